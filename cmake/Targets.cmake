@@ -1,0 +1,68 @@
+# The sources of a folder and those below it, without the ones of another platform.
+function(qx_sources out)
+    file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${ARGN})
+    set(${out} ${sources} PARENT_SCOPE)
+endfunction()
+
+# A shared library of the framework: public headers in include/NAME, sources in src.
+#   qx_framework_library(NAME LIBS public libraries... PRIVATE_LIBS libraries...)
+function(qx_framework_library name)
+    cmake_parse_arguments(ARG "" "" "LIBS;PRIVATE_LIBS" ${ARGN})
+    qx_sources(sources "src/*.cpp" "src/*.h")
+    qx_sources(headers "include/*.h")
+    add_library(${name} SHARED ${sources})
+    target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS include FILES ${headers})
+    target_include_directories(${name} PRIVATE src)
+    string(TOUPPER ${name} upper)
+    target_compile_definitions(${name} PRIVATE ${upper}_BUILD)
+    target_link_libraries(${name} PUBLIC ${ARG_LIBS} PRIVATE QxWarnings ${ARG_PRIVATE_LIBS})
+    set_target_properties(${name} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
+endfunction()
+
+# A test program of the sources in the current folder, each test a CTest test of its own.
+#   qx_tests(NAME LABEL unit|ui|system LIBS libraries... TIMEOUT seconds)
+function(qx_tests name)
+    cmake_parse_arguments(ARG "" "LABEL;TIMEOUT" "LIBS;SOURCES;PROPERTIES" ${ARGN})
+    if(NOT ARG_SOURCES)
+        file(GLOB ARG_SOURCES CONFIGURE_DEPENDS "*Tests.cpp")
+    endif()
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 60)
+    endif()
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE ${ARG_LIBS} GTest::gtest GTest::gmock GTest::gtest_main QxWarnings)
+    target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}")
+    target_compile_definitions(${name} PRIVATE
+        QX_SOURCE_DIR="${CMAKE_SOURCE_DIR}" QX_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
+        QX_TEST_OUTPUT_DIR="${CMAKE_BINARY_DIR}/test-output")
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}."
+        PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT ${ARG_TIMEOUT} ${ARG_PROPERTIES})
+endfunction()
+
+# A benchmark program of the sources in the current folder.
+function(qx_bench name)
+    cmake_parse_arguments(ARG "" "" "LIBS" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS "*Bench.cpp")
+    add_executable(${name} ${sources})
+    target_link_libraries(${name} PRIVATE ${ARG_LIBS} benchmark::benchmark_main QxWarnings)
+    target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}")
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bench")
+endfunction()
+
+# A fuzz target and the test that replays its corpus: SOURCE has LLVMFuzzerTestOneInput, CORPUS is a folder of inputs.
+#   qx_fuzz(NAME SOURCE file CORPUS folder LIBS libraries...)
+function(qx_fuzz name)
+    cmake_parse_arguments(ARG "" "SOURCE;CORPUS" "LIBS" ${ARGN})
+    if(QX_BUILD_FUZZ)
+        add_executable(${name} ${ARG_SOURCE})
+        target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+    else()
+        add_executable(${name} ${ARG_SOURCE} "${CMAKE_SOURCE_DIR}/tests/support/ReplayCorpus.cpp")
+        add_test(NAME ${name}.replay COMMAND ${name} "${CMAKE_CURRENT_SOURCE_DIR}/${ARG_CORPUS}")
+        set_tests_properties(${name}.replay PROPERTIES LABELS unit TIMEOUT 60)
+    endif()
+    target_link_libraries(${name} PRIVATE ${ARG_LIBS} QxWarnings)
+    target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}")
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/fuzz")
+endfunction()

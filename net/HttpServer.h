@@ -1,0 +1,104 @@
+#pragma once
+
+#include <tl/expected.hpp>
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace VX
+{
+
+/// Orders header names without letter case, as RFC 9110 compares them.
+struct HeaderNameLess
+{
+    using is_transparent = void;
+    bool operator()(std::string_view a, std::string_view b) const;
+};
+
+using HttpHeaders = std::map<std::string, std::string, HeaderNameLess>;
+
+struct HttpRequest
+{
+    std::string method;                         ///< as sent: "GET"
+    std::string path;                           ///< percent-decoded, begins with "/"
+    std::string rawQuery;                       ///< as sent, without the "?"
+    std::map<std::string, std::string> query;   ///< percent-decoded; "+" stays a plus; of equal keys the last
+    HttpHeaders headers;
+    std::string body;                           ///< empty where the body went to a file
+    std::filesystem::path bodyFile;             ///< the complete body, where `HttpBodySink::file` asked for it
+    std::string peerAddress;                    ///< "127.0.0.1"
+    std::uint16_t peerPort = 0;
+};
+
+struct HttpResponse
+{
+    int status = 200;
+    HttpHeaders headers;
+    std::string body;
+    /// Streamed as the body in place of `body` where not empty; a file that cannot be opened gives status 500.
+    std::filesystem::path file;
+};
+
+/// Where the body of a request goes.
+struct HttpBodySink
+{
+    std::uint64_t limit = 1U << 20U;    ///< bytes; a longer body is answered with status 413
+    std::filesystem::path file;         ///< empty: memory. Created with mode 0600, removed where the body is cut off
+};
+
+/// Answers the requests of an `HttpServer`. Both operations are called on the server's threads, several at a time.
+class HttpHandler
+{
+public:
+    using Respond = std::function<void(HttpResponse)>;
+
+    virtual ~HttpHandler() = default;
+
+    /// Decides from the head alone where the body goes, or refuses the request before its body is read.
+    virtual tl::expected<HttpBodySink, HttpResponse> acceptBody(const HttpRequest& head);
+
+    /// Answers one request by calling `respond` exactly once, now or later, on any thread. It does nothing once the
+    /// client has gone or the server has stopped. A `respond` that is dropped uncalled answers with status 500.
+    virtual void handle(HttpRequest request, Respond respond) = 0;
+};
+
+/// A small HTTP/1.1 server for loopback: keep-alive, Content-Length and chunked bodies, "Expect: 100-continue", HEAD.
+class HttpServer
+{
+public:
+    struct Settings
+    {
+        std::uint16_t port = 0;             ///< on 127.0.0.1; 0: the system chooses
+        int listenFd = -1;                  ///< a bound (and perhaps listening) socket to take over instead; -1: none
+        unsigned threads = 2;
+        std::uint64_t headLimit = 64U << 10U;       ///< bytes of request line and headers
+        std::chrono::seconds idleTimeout{75};       ///< a connection without a byte for so long is closed
+    };
+
+    /// Starts serving; `handler` lives at least as long as the server.
+    /// @return the running server, or a sentence that says why the port cannot be used
+    [[nodiscard]] static tl::expected<std::unique_ptr<HttpServer>, std::string> start(Settings settings,
+                                                                                      HttpHandler& handler);
+
+    /// Closes every connection and waits for the threads; a handler that is running is waited for.
+    ~HttpServer();
+
+    HttpServer(const HttpServer&) = delete;
+    HttpServer& operator=(const HttpServer&) = delete;
+
+    [[nodiscard]] std::uint16_t port() const;
+
+private:
+    class Impl;
+    explicit HttpServer(std::unique_ptr<Impl> impl);
+
+    std::unique_ptr<Impl> impl_;
+};
+
+} // namespace VX
