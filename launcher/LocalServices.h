@@ -1,0 +1,42 @@
+#pragma once
+
+#include "launcher/SupervisedProcess.h"
+
+#include <tl/expected.hpp>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace VX
+{
+
+/// The services of this installation, run for one user on a loopback port that is bound at once, so that its address is
+/// known and requests wait in the socket's queue while the service starts or restarts.
+class LocalServices
+{
+public:
+    /// @return the bound but not yet started services, or one sentence
+    [[nodiscard]] static tl::expected<std::unique_ptr<LocalServices>, std::string> bind();
+
+    /// Stops the service.
+    ~LocalServices();
+
+    LocalServices(const LocalServices&) = delete;
+    LocalServices& operator=(const LocalServices&) = delete;
+
+    /// "http://127.0.0.1:PORT", without a final slash.
+    [[nodiscard]] std::string baseUrl() const;
+
+    /// Starts the service; a second call does nothing.
+    void start();
+
+private:
+    LocalServices(int socket, std::uint16_t port);
+
+    int socket_;
+    std::uint16_t port_;
+    std::unique_ptr<SupervisedProcess> process_;
+};
+
+} // namespace VX

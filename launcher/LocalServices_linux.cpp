@@ -1,0 +1,63 @@
+#include "launcher/LocalServices.h"
+
+#include <VXMesh/StringConvert.h>
+#include <VXMesh/SystemPath.h>
+#include <VXMesh/UserFolders.h>
+
+#include <fmt/format.h>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace VX
+{
+
+tl::expected<std::unique_ptr<LocalServices>, std::string> LocalServices::bind()
+{
+    const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    auto* const generic = reinterpret_cast<sockaddr*>(&address);
+    if (socket < 0 || ::bind(socket, generic, size) != 0 || listen(socket, SOMAXCONN) != 0 ||
+        getsockname(socket, generic, &size) != 0)
+    {
+        const int error = errno;
+        if (socket >= 0)
+            close(socket);
+        return tl::unexpected(fmt::format("Cannot open a local port for the conversion service: errno {}.", error));
+    }
+    return std::unique_ptr<LocalServices>(new LocalServices(socket, ntohs(address.sin_port)));
+}
+
+LocalServices::LocalServices(int socket, std::uint16_t port)
+    : socket_(socket)
+    , port_(port)
+{
+}
+
+LocalServices::~LocalServices()
+{
+    process_.reset();
+    close(socket_);
+}
+
+std::string LocalServices::baseUrl() const { return fmt::format("http://127.0.0.1:{}", port_); }
+
+void LocalServices::start()
+{
+    if (process_)
+        return;
+    const auto folder = SystemPath::getExecutablePath().value_or(std::filesystem::path()).parent_path();
+    process_ = std::make_unique<SupervisedProcess>(SupervisedProcess::Command{
+        folder / "quorvix-backend",
+        {"serve", "--listen-fd", "3", "--data", utf8string(getUserDataDir() / "services"), "--exit-with-parent"},
+        socket_});
+}
+
+} // namespace VX

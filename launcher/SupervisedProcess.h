@@ -1,0 +1,36 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace VX
+{
+
+/// A process that is started again whenever it ends, until this object goes: then it is asked to end and, if it does
+/// not within two seconds, killed. Restarts wait longer and longer while the process keeps failing.
+class SupervisedProcess
+{
+public:
+    struct Command
+    {
+        std::filesystem::path executable;
+        std::vector<std::string> arguments;
+        /// Open in the process as descriptor 3; owned by the caller, who keeps it open as long as this object lives.
+        int inheritedFd = -1;
+    };
+
+    /// Starts the process on a thread of its own and returns at once; failures to start are logged and tried again.
+    explicit SupervisedProcess(Command command);
+    ~SupervisedProcess();
+
+    SupervisedProcess(const SupervisedProcess&) = delete;
+    SupervisedProcess& operator=(const SupervisedProcess&) = delete;
+
+private:
+    class Impl;
+    std::unique_ptr<Impl> impl_;
+};
+
+} // namespace VX
