@@ -1,1 +1,80 @@
-int main() { return 0; }
+#include "CommandArguments.h"
+#include "PrivateFiles.h"
+#include "Service.h"
+#include "ShutdownWait.h"
+
+#include <fmt/format.h>
+#include <spdlog/sinks/stdout_sinks.h>
+#include <spdlog/spdlog.h>
+
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace
+{
+
+int usageError(const std::string& message)
+{
+    fmt::print(stderr, "{}\n\n{}", message, VX::commandHelp());
+    return 2;
+}
+
+int startError(const std::string& message)
+{
+    fmt::print(stderr, "{}\n", message);
+    return 1;
+}
+
+/// Everything goes to standard error: whoever starts the service decides where that leads.
+void startLog()
+{
+    auto logger =
+        std::make_shared<spdlog::logger>("quorvix-backend", std::make_shared<spdlog::sinks::stderr_sink_mt>());
+    logger->set_pattern("%Y-%m-%d %H:%M:%S.%e %l: %v");
+    spdlog::set_default_logger(std::move(logger));
+}
+
+tl::expected<VX::ServerConfig, std::string> readConfig(const std::filesystem::path& file)
+{
+    if (file.empty())
+        return VX::defaultServerConfig();
+    return VX::loadServerConfig(file);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const auto arguments = VX::CommandArguments::parse({argv + 1, argv + argc});
+    if (!arguments)
+        return usageError(arguments.error());
+    if (arguments->help)
+    {
+        fmt::print("{}", VX::commandHelp());
+        return 0;
+    }
+
+    // What users upload is nobody else's business.
+    VX::keepNewFilesPrivate();
+    startLog();
+    auto shutdown = VX::ShutdownWait::create(arguments->exitWithParent);
+    if (!shutdown)
+        return startError(shutdown.error());
+    auto config = readConfig(arguments->configFile);
+    if (!config)
+        return startError(config.error());
+
+    VX::HttpServer::Settings http;
+    http.port = arguments->port;
+    http.listenFd = arguments->listenFd;
+    auto service = VX::Service::start(std::move(*config), arguments->dataFolder, http);
+    if (!service)
+        return startError(service.error());
+    spdlog::info("Serving on http://127.0.0.1:{}", (*service)->port());
+    shutdown->wait();
+    service->reset();
+    spdlog::info("Stopped");
+    return 0;
+}

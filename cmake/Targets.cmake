@@ -19,6 +19,21 @@ function(qx_framework_library name)
     set_target_properties(${name} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
 endfunction()
 
+# Runs the tests that ctest finds in the variable `list` with folders of their own in place of the user's. A list does
+# not get through PROPERTIES of gtest_discover_tests, so a file that ctest reads afterwards sets it.
+function(qx_keep_from_home list)
+    set(home "${CMAKE_BINARY_DIR}/test-home")
+    file(MAKE_DIRECTORY "${home}/run")
+    set(script "${CMAKE_CURRENT_BINARY_DIR}/${list}_home.cmake")
+    file(WRITE "${script}" "if(${list})
+    set_tests_properties(\${${list}} PROPERTIES ENVIRONMENT_MODIFICATION \"HOME=set:${home};\
+XDG_CONFIG_HOME=set:${home}/config;XDG_DATA_HOME=set:${home}/data;XDG_STATE_HOME=set:${home}/state;\
+XDG_RUNTIME_DIR=set:${home}/run\")
+endif()
+")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${script}")
+endfunction()
+
 # A test program of the sources in the current folder, each test a CTest test of its own.
 #   qx_tests(NAME LABEL unit|ui|system LIBS libraries... TIMEOUT seconds)
 function(qx_tests name)
@@ -36,8 +51,9 @@ function(qx_tests name)
         QX_SOURCE_DIR="${CMAKE_SOURCE_DIR}" QX_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
         QX_TEST_OUTPUT_DIR="${CMAKE_BINARY_DIR}/test-output")
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}."
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}." TEST_LIST ${name}_names
         PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT ${ARG_TIMEOUT} ${ARG_PROPERTIES})
+    qx_keep_from_home(${name}_names)
 endfunction()
 
 # A benchmark program of the sources in the current folder.
@@ -57,6 +73,8 @@ function(qx_fuzz name)
     if(QX_BUILD_FUZZ)
         add_executable(${name} ${ARG_SOURCE})
         target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+        # tools/fuzz finds the targets and their corpora by these files.
+        file(WRITE "${CMAKE_BINARY_DIR}/fuzz/${name}.corpus" "${CMAKE_CURRENT_SOURCE_DIR}/${ARG_CORPUS}")
     else()
         add_executable(${name} ${ARG_SOURCE} "${CMAKE_SOURCE_DIR}/tests/support/ReplayCorpus.cpp")
         add_test(NAME ${name}.replay COMMAND ${name} "${CMAKE_CURRENT_SOURCE_DIR}/${ARG_CORPUS}")

@@ -44,7 +44,7 @@ bool parseSize(CommandLine& line, const std::string& text)
 
 /// An option that stores its value as a path or text in `member`.
 template <typename T>
-auto storeIn(T CommandLine::*member)
+auto storeIn(T CommandLine::* member)
 {
     return [member](CommandLine& line, const std::string& text)
     {
@@ -56,7 +56,7 @@ auto storeIn(T CommandLine::*member)
     };
 }
 
-auto raise(bool CommandLine::*member)
+auto raise(bool CommandLine::* member)
 {
     return [member](CommandLine& line, const std::string&) { return line.*member = true; };
 }
@@ -65,7 +65,8 @@ const std::vector<Option>& options()
 {
     static const std::vector<Option> all{
         {"-hidden", "", "run off-screen, without a window", raise(&CommandLine::hidden)},
-        {"-screenshot", "F.png", "open the files, save a picture of the scene, exit", storeIn(&CommandLine::screenshot)},
+        {"-screenshot", "F.png", "open the files, save a picture of the scene, exit",
+         storeIn(&CommandLine::screenshot)},
         {"-windowShot", "F.png", "open the files, save a picture of the window, exit",
          storeIn(&CommandLine::windowShot)},
         {"-sceneInfo", "F", "open the files, write the scene tree as JSON (- for standard output), exit",
@@ -108,11 +109,12 @@ tl::expected<CommandLine, std::string> parseCommandLine(const std::vector<std::s
             continue;
         }
         if (std::next(argument) == arguments.end())
-            return tl::unexpected(fmt::format("Option \"{}\" needs a value: {} {}.", *argument, option->name, option->value));
+            return tl::unexpected(
+                fmt::format("Option \"{}\" needs a value: {} {}.", *argument, option->name, option->value));
         const auto& value = *++argument;
         if (!option->apply(line, value))
-            return tl::unexpected(
-                fmt::format("\"{}\" is not a value for {}: write {} {}.", value, option->name, option->name, option->value));
+            return tl::unexpected(fmt::format("\"{}\" is not a value for {}: write {} {}.", value, option->name,
+                                              option->name, option->value));
     }
     return line;
 }

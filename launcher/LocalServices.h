@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string>
 
 namespace VX
@@ -25,10 +26,10 @@ public:
     LocalServices(const LocalServices&) = delete;
     LocalServices& operator=(const LocalServices&) = delete;
 
-    /// "http://127.0.0.1:PORT", without a final slash.
-    [[nodiscard]] std::string baseUrl() const;
+    [[nodiscard]] std::uint16_t port() const { return port_; }
 
-    /// Starts the service; a second call does nothing.
+    /// Starts the service; later calls do nothing.
+    /// @threads any
     void start();
 
 private:
@@ -36,6 +37,7 @@ private:
 
     int socket_;
     std::uint16_t port_;
+    std::once_flag started_;
     std::unique_ptr<SupervisedProcess> process_;
 };
 

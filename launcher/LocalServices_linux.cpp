@@ -47,17 +47,19 @@ LocalServices::~LocalServices()
     close(socket_);
 }
 
-std::string LocalServices::baseUrl() const { return fmt::format("http://127.0.0.1:{}", port_); }
-
 void LocalServices::start()
 {
-    if (process_)
-        return;
-    const auto folder = SystemPath::getExecutablePath().value_or(std::filesystem::path()).parent_path();
-    process_ = std::make_unique<SupervisedProcess>(SupervisedProcess::Command{
-        folder / "quorvix-backend",
-        {"serve", "--listen-fd", "3", "--data", utf8string(getUserDataDir() / "services"), "--exit-with-parent"},
-        socket_});
+    std::call_once(started_,
+                   [this]
+                   {
+                       const auto folder =
+                           SystemPath::getExecutablePath().value_or(std::filesystem::path()).parent_path();
+                       process_ = std::make_unique<SupervisedProcess>(
+                           SupervisedProcess::Command{folder / "quorvix-backend",
+                                                      {"serve", "--listen-fd", "3", "--data",
+                                                       utf8string(getUserDataDir() / "services"), "--exit-with-parent"},
+                                                      socket_});
+                   });
 }
 
 } // namespace VX

@@ -9,12 +9,15 @@ namespace VX
 class VXMESH_API VisualObject : public Object
 {
 public:
+    /// A light grey: what an object has until it gets a colour.
+    [[nodiscard]] static constexpr Color defaultColor() { return {200, 204, 210, 255}; }
+
     [[nodiscard]] Color color() const { return color_; }
 
     void setColor(Color color);
 
 private:
-    Color color_{200, 204, 210, 255};
+    Color color_ = defaultColor();
 };
 
 } // namespace VX

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <VXMesh/ThreadAnnotations.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <filesystem>
+#include <thread>
+
+namespace VX
+{
+
+class BlobStore;
+class JobQueue;
+
+/// Removes what nobody needs any more: jobs, uploads and results after their time, and what a crash left behind.
+/// It does so on a thread of its own, once at the start and then every hour.
+class Housekeeping
+{
+public:
+    static constexpr std::chrono::hours interval{1};
+
+    /// @param workFolder  the folder with one folder for each running conversion
+    /// @param keep        how long jobs and blobs stay
+    Housekeeping(JobQueue& queue, const BlobStore& blobs, std::filesystem::path workFolder, std::chrono::seconds keep);
+    ~Housekeeping();
+
+    Housekeeping(const Housekeeping&) = delete;
+    Housekeeping& operator=(const Housekeeping&) = delete;
+
+private:
+    void work_();
+    void clean_();
+    void removeDeadWork_();
+    [[nodiscard]] bool sleep_();
+
+    JobQueue& queue_;
+    const BlobStore& blobs_;
+    const std::filesystem::path workFolder_;
+    const std::chrono::seconds keep_;
+    Mutex mutex_;
+    std::condition_variable_any stopped_;
+    bool stopping_ VX_GUARDED_BY(mutex_) = false;
+    std::thread thread_;
+};
+
+} // namespace VX

@@ -1,0 +1,138 @@
+#include "ServerConfig.h"
+
+#include "JobQueue.h"
+#include "MachineMemory.h"
+
+#include <VXMesh/Json.h>
+#include <VXMesh/StringConvert.h>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <functional>
+#include <map>
+
+namespace VX
+{
+
+namespace
+{
+
+using Result = tl::expected<void, std::string>;
+/// Puts the value of one member into the configuration.
+using Reader = std::function<Result(const std::string& name, const Json::Value& value, ServerConfig& config)>;
+
+constexpr std::uint64_t mebibyte = std::uint64_t{1} << 20U;
+
+/// A whole number from `from` to `to`, given to `store`.
+Reader number(std::uint64_t from, std::uint64_t to, std::function<void(std::uint64_t, ServerConfig&)> store)
+{
+    return [=](const std::string& name, const Json::Value& value, ServerConfig& config) -> Result
+    {
+        if (!value.isUInt64() || value.asUInt64() < from || value.asUInt64() > to)
+            return tl::unexpected(fmt::format("\"{}\" must be a whole number from {} to {}.", name, from, to));
+        store(value.asUInt64(), config);
+        return {};
+    };
+}
+
+Reader seconds(std::uint64_t from, std::uint64_t to, std::chrono::seconds ServerConfig::* member)
+{
+    return number(from, to,
+                  [=](std::uint64_t value, ServerConfig& config) { config.*member = std::chrono::seconds(value); });
+}
+
+Result readPublicUrl(const std::string& name, const Json::Value& value, ServerConfig& config)
+{
+    if (value.isString())
+        config.publicUrl = value.asString();
+    while (config.publicUrl.ends_with('/'))
+        config.publicUrl.pop_back();
+    if (!config.publicUrl.starts_with("http://") && !config.publicUrl.starts_with("https://"))
+        return tl::unexpected(fmt::format("\"{}\" must be an http or https address.", name));
+    return {};
+}
+
+Result readConverter(const std::string& name, const Json::Value& value, ServerConfig& config)
+{
+    if (value.isString())
+        config.converter = pathFromUtf8(value.asString());
+    if (!config.converter.is_absolute())
+        return tl::unexpected(fmt::format("\"{}\" must be the absolute path of a program.", name));
+    return {};
+}
+
+Result readRequireToken(const std::string& name, const Json::Value& value, ServerConfig& config)
+{
+    if (!value.isBool())
+        return tl::unexpected(fmt::format("\"{}\" must be true or false.", name));
+    config.requireToken = value.asBool();
+    return {};
+}
+
+std::map<std::string, Reader> makeReaders()
+{
+    constexpr std::uint64_t day = 24 * 3600;
+    constexpr std::uint64_t tebibyte = mebibyte; // counted in mebibytes
+    return {
+        {"publicUrl", readPublicUrl},
+        {"requireToken", readRequireToken},
+        {"converter", readConverter},
+        {"workers", number(1, 256, [](std::uint64_t n, ServerConfig& c) { c.workers = static_cast<unsigned>(n); })},
+        {"timeLimitSeconds",
+         number(1, day, [](std::uint64_t n, ServerConfig& c) { c.limits.time = std::chrono::seconds(n); })},
+        {"memoryLimitMiB",
+         number(0, tebibyte, [](std::uint64_t n, ServerConfig& c) { c.limits.memory = n * mebibyte; })},
+        {"inputLimitMiB", number(1, tebibyte, [](std::uint64_t n, ServerConfig& c) { c.limits.input = n * mebibyte; })},
+        {"uploadLimitMiB", number(1, tebibyte, [](std::uint64_t n, ServerConfig& c) { c.uploadLimit = n * mebibyte; })},
+        {"leaseSeconds", seconds(1, std::chrono::duration_cast<std::chrono::seconds>(JobQueue::longestLease).count(),
+                                 &ServerConfig::lease)},
+        {"linkLifetimeSeconds", seconds(1, 7 * day, &ServerConfig::linkLifetime)},
+        {"keepSeconds", seconds(1, 365 * day, &ServerConfig::keep)},
+        {"statusHoldMilliseconds",
+         number(0, 60'000, [](std::uint64_t n, ServerConfig& c) { c.statusHold = std::chrono::milliseconds(n); })},
+    };
+}
+
+tl::expected<ServerConfig, std::string> readConfig(const Json::Value& document)
+{
+    if (!document.isObject())
+        return tl::unexpected(std::string("It must be a JSON object."));
+    static const std::map<std::string, Reader> readers = makeReaders();
+
+    ServerConfig config = defaultServerConfig();
+    for (const std::string& name : document.getMemberNames())
+    {
+        const auto reader = readers.find(name);
+        if (reader == readers.end())
+            return tl::unexpected(fmt::format("\"{}\" is not a known setting.", name));
+        if (auto read = reader->second(name, document[name], config); !read)
+            return tl::unexpected(std::move(read.error()));
+    }
+    return config;
+}
+
+} // namespace
+
+ServerConfig defaultServerConfig()
+{
+    ServerConfig config;
+    config.limits.memory = std::max(machineMemory() / 2, 1024 * mebibyte);
+    return config;
+}
+
+tl::expected<ServerConfig, std::string> parseServerConfig(const std::string& text)
+{
+    return deserializeJsonValue(text).and_then(readConfig);
+}
+
+tl::expected<ServerConfig, std::string> loadServerConfig(const std::filesystem::path& file)
+{
+    auto config = deserializeJsonValue(file).and_then(readConfig);
+    if (!config)
+        return tl::unexpected(fmt::format("The configuration file \"{}\" cannot be used: {}",
+                                          utf8string(file.filename()), config.error()));
+    return config;
+}
+
+} // namespace VX

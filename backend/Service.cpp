@@ -1,0 +1,169 @@
+#include "Service.h"
+
+#include "BlobStore.h"
+#include "ConversionWorkers.h"
+#include "ConverterApi.h"
+#include "DataFolder.h"
+#include "Housekeeping.h"
+#include "JobQueue.h"
+#include "JsonAnswer.h"
+#include "PresignedUrl.h"
+#include "Router.h"
+#include "SigningSecret.h"
+#include "StorageApi.h"
+
+#include <VXMesh/SystemPath.h>
+
+#include <fmt/format.h>
+
+#include <future>
+#include <utility>
+
+namespace VX
+{
+
+namespace
+{
+
+ConverterApi::Settings converterSettings(const ServerConfig& config, const std::shared_future<std::string>& publicUrl)
+{
+    return {.requireToken = config.requireToken,
+            .uploadLimit = config.uploadLimit,
+            .linkLifetime = config.linkLifetime,
+            .statusHold = config.statusHold,
+            .publicUrl = [publicUrl] { return publicUrl.get(); }};
+}
+
+ConversionSettings conversionSettings(const ServerConfig& config, const DataFolder& folder)
+{
+    return {.converter = config.converter, .workFolder = folder.work(), .limits = config.limits, .lease = config.lease};
+}
+
+void answerHealth(const HttpRequest&, const HttpHandler::Respond& respond)
+{
+    Json::Value document;
+    document["status"] = "ok";
+    respond(jsonAnswer(document));
+}
+
+} // namespace
+
+class Service::Impl
+{
+public:
+    Impl(ServerConfig config, const DataFolder& folder, std::unique_ptr<JobQueue> queue, BlobStore blobs,
+         const SigningSecret& secret);
+
+    [[nodiscard]] tl::expected<void, std::string> serve(const HttpServer::Settings& http);
+
+    [[nodiscard]] std::uint16_t port() const { return server_->port(); }
+
+private:
+    void addRoutes_();
+
+    const ServerConfig config_;
+    const DataFolder folder_;
+    const std::unique_ptr<JobQueue> queue_;
+    const BlobStore blobs_;
+    const PresignedUrl links_;
+    std::promise<std::string> publicUrl_; ///< known once the port is; a request that is faster waits for it
+    ConverterApi converter_;
+    StorageApi storage_;
+    Router router_;
+    ConversionWorkers workers_;
+    std::unique_ptr<Housekeeping> housekeeping_;
+    std::unique_ptr<HttpServer> server_; ///< last, because its threads use the others
+};
+
+Service::Impl::Impl(ServerConfig config, const DataFolder& folder, std::unique_ptr<JobQueue> queue, BlobStore blobs,
+                    const SigningSecret& secret)
+    : config_(std::move(config))
+    , folder_(folder)
+    , queue_(std::move(queue))
+    , blobs_(std::move(blobs))
+    , links_(secret)
+    , converter_(*queue_, blobs_, links_, converterSettings(config_, publicUrl_.get_future().share()))
+    , storage_(blobs_, links_)
+    , workers_(*queue_, blobs_, conversionSettings(config_, folder_))
+{
+    addRoutes_();
+    queue_->setListener(
+        [this]
+        {
+            workers_.wake();
+            converter_.jobsChanged();
+        });
+}
+
+void Service::Impl::addRoutes_()
+{
+    const auto download = [this](const auto& request, const auto& respond) { storage_.download(request, respond); };
+    router_.add("POST", "/converter/v2/request",
+                [this](const auto& request, const auto& respond) { converter_.request(request, respond); });
+    router_.add("POST", "/converter/v2/convert",
+                [this](const auto& request, const auto& respond) { converter_.convert(request, respond); });
+    router_.add("GET", "/converter/v2/status",
+                [this](const auto& request, const auto& respond) { converter_.status(request, respond); });
+    router_.add(
+        "PUT", "/storage/", [this](const auto& request, const auto& respond) { storage_.upload(request, respond); },
+        [this](const auto& head) { return storage_.acceptUpload(head); });
+    router_.add("GET", "/storage/", download);
+    router_.add("HEAD", "/storage/", download);
+    router_.add("GET", "/healthz", answerHealth);
+}
+
+tl::expected<void, std::string> Service::Impl::serve(const HttpServer::Settings& http)
+{
+    auto server = HttpServer::start(http, router_);
+    if (!server)
+        return tl::unexpected(std::move(server.error()));
+    server_ = std::move(*server);
+    publicUrl_.set_value(config_.publicUrl.empty() ? fmt::format("http://127.0.0.1:{}", port()) : config_.publicUrl);
+    workers_.start(config_.workers);
+    housekeeping_ = std::make_unique<Housekeeping>(*queue_, blobs_, folder_.work(), config_.keep);
+    return {};
+}
+
+tl::expected<std::unique_ptr<Service>, std::string>
+Service::start(ServerConfig config, const std::filesystem::path& dataFolder, const HttpServer::Settings& http)
+{
+    if (config.converter.empty())
+    {
+        const auto program = SystemPath::getExecutablePath();
+        if (!program)
+            return tl::unexpected(program.error());
+        config.converter = program->parent_path() / "quorvix-convert";
+    }
+
+    const auto folder = DataFolder::open(dataFolder);
+    if (!folder)
+        return tl::unexpected(folder.error());
+    auto blobs = BlobStore::open(folder->blobs());
+    if (!blobs)
+        return tl::unexpected(std::move(blobs.error()));
+    const auto secret = loadOrCreateSecret(folder->secret());
+    if (!secret)
+        return tl::unexpected(secret.error());
+    auto queue = JobQueue::open(folder->database(), {.lease = config.lease});
+    if (!queue)
+        return tl::unexpected(std::move(queue.error()));
+
+    auto impl = std::make_unique<Impl>(std::move(config), *folder, std::move(*queue), std::move(*blobs), *secret);
+    if (auto serving = impl->serve(http); !serving)
+        return tl::unexpected(std::move(serving.error()));
+    return std::unique_ptr<Service>(new Service(std::move(impl)));
+}
+
+Service::Service(std::unique_ptr<Impl> impl)
+    : impl_(std::move(impl))
+{
+}
+
+Service::~Service() = default;
+
+std::uint16_t Service::port() const
+{
+    return impl_->port();
+}
+
+} // namespace VX

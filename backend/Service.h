@@ -1,0 +1,42 @@
+#pragma once
+
+#include "ServerConfig.h"
+
+#include <tl/expected.hpp>
+
+#include <net/HttpServer.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+namespace VX
+{
+
+/// The whole service over one data folder: the conversion protocol, the storage behind presigned links, and the
+/// conversions themselves.
+class Service
+{
+public:
+    /// Creates `dataFolder` where it is missing and serves from then on.
+    /// @return the running service; or why the folder, the database or the port cannot be used
+    [[nodiscard]] static tl::expected<std::unique_ptr<Service>, std::string>
+    start(ServerConfig config, const std::filesystem::path& dataFolder, const HttpServer::Settings& http);
+
+    /// Stops serving, kills the conversions and gives their jobs back.
+    ~Service();
+
+    Service(const Service&) = delete;
+    Service& operator=(const Service&) = delete;
+
+    [[nodiscard]] std::uint16_t port() const;
+
+private:
+    class Impl;
+    explicit Service(std::unique_ptr<Impl> impl);
+
+    std::unique_ptr<Impl> impl_;
+};
+
+} // namespace VX

@@ -1,0 +1,93 @@
+#include "StorageApi.h"
+
+#include "BlobStore.h"
+#include "DiskFull.h"
+#include "JsonAnswer.h"
+
+#include <charconv>
+#include <system_error>
+
+namespace VX
+{
+
+namespace
+{
+
+/// The length that the client announces; nothing where it does not.
+std::optional<std::uint64_t> announcedLength(const HttpRequest& head)
+{
+    const auto header = head.headers.find("Content-Length");
+    if (header == head.headers.end())
+        return std::nullopt;
+    const std::string& text = header->second;
+    std::uint64_t length = 0;
+    const auto parsed = std::from_chars(text.data(), text.data() + text.size(), length);
+    return parsed.ec == std::errc() ? std::optional(length) : std::nullopt;
+}
+
+HttpResponse forbiddenAnswer()
+{
+    return errorAnswer(403, "This link is not valid or has expired: open the file again.");
+}
+
+} // namespace
+
+StorageApi::StorageApi(const BlobStore& blobs, const PresignedUrl& links)
+    : blobs_(blobs)
+    , links_(links)
+{
+}
+
+std::optional<PresignedUrl::Grant> StorageApi::grant_(const HttpRequest& request) const
+{
+    return links_.verify(request.method, request.path, request.query, std::chrono::system_clock::now());
+}
+
+tl::expected<HttpBodySink, HttpResponse> StorageApi::acceptUpload(const HttpRequest& head) const
+{
+    const auto grant = grant_(head);
+    if (!grant)
+        return tl::unexpected(forbiddenAnswer());
+    // Told now, the client need not send what cannot be kept.
+    const auto length = announcedLength(head);
+    const auto space = blobs_.freeSpace();
+    if (length && space && *length <= grant->limit && *length > *space)
+        return tl::unexpected(failureAnswer(diskFullText()));
+    return HttpBodySink{.limit = grant->limit, .file = blobs_.incomingFile()};
+}
+
+void StorageApi::upload(const HttpRequest& request, const HttpHandler::Respond& respond) const
+{
+    // Once there is a body, its link was valid when the upload began, and may expire during it. Without a body nobody
+    // has looked at the link yet.
+    const bool checked = !request.bodyFile.empty();
+    const auto grant = links_.verify(request.method, request.path, request.query,
+                                     checked ? PresignedUrl::anyTime : std::chrono::system_clock::now());
+    if (!grant)
+        return respond(forbiddenAnswer());
+    if (!checked)
+        return respond(errorAnswer(400, "The uploaded file is empty."));
+    if (auto stored = blobs_.put(request.bodyFile, grant->key); !stored)
+    {
+        std::error_code ignored;
+        std::filesystem::remove(request.bodyFile, ignored);
+        return respond(failureAnswer(stored.error()));
+    }
+    respond(HttpResponse{});
+}
+
+void StorageApi::download(const HttpRequest& request, const HttpHandler::Respond& respond) const
+{
+    const auto grant = grant_(request);
+    if (!grant)
+        return respond(forbiddenAnswer());
+    if (!blobs_.size(grant->key))
+        return respond(errorAnswer(404, "The file is not there any more: open the file again."));
+    HttpResponse response;
+    response.headers["Content-Type"] = "application/octet-stream";
+    response.headers["Cache-Control"] = "no-store";
+    response.file = blobs_.path(grant->key);
+    respond(std::move(response));
+}
+
+} // namespace VX

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <VXMesh/ObjectFile.h>
+#include <VXViewer/Camera.h>
+#include <VXViewer/Export.h>
+#include <VXViewer/FileDialog.h>
+#include <VXViewer/NotificationType.h>
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace VX
+{
+
+class Viewer;
+
+/// Opens files into the scene, wherever they come from: the dialog, dropped files, the command line. Files load in the
+/// background, several at once; what they hold comes into the scene on the UI thread, in the order in which the files
+/// were given.
+/// @threads the UI thread
+class VXVIEWER_API FileOpening
+{
+public:
+    /// Reads one file on a worker thread, as `loadObjectFromFile` does.
+    using Opener =
+        std::function<tl::expected<LoadedObjects, std::string>(const std::filesystem::path&, const ProgressCallback&)>;
+
+    /// Takes a message about a file that could not be opened (Error) or not wholly (Warning).
+    using MessageHandler = std::function<void(NotificationType, const std::string&)>;
+
+    explicit FileOpening(Viewer& viewer);
+
+    /// `extension` (lower case, with its dot) goes to `opener`; files of any other go to the library's readers.
+    void setOpener(const std::string& extension, Opener opener);
+
+    /// Where messages go instead of the menu's modal message.
+    void setMessageHandler(MessageHandler handler);
+
+    /// Starts to load `paths`. A folder is refused with a message. The view shows all of the scene with its first
+    /// content, and follows further content until the user moves it.
+    void open(const std::vector<std::filesystem::path>& paths);
+
+    /// True while no file is being opened.
+    [[nodiscard]] bool isIdle() const { return pending_ == 0; }
+
+    /// The extensions that can be opened, in lower case with their dots.
+    [[nodiscard]] std::vector<std::string> readableExtensions() const;
+
+    /// The choices of a dialog: all of them, each format, any file.
+    [[nodiscard]] std::vector<FileFilter> dialogFilters() const;
+
+private:
+    using Result = tl::expected<LoadedObjects, std::string>;
+
+    void openOne_(const std::filesystem::path& path, std::uint64_t order);
+    void finish_(const std::filesystem::path& path, std::uint64_t order, Result result);
+    void addInOrder_(std::vector<std::shared_ptr<Object>> objects, std::uint64_t order);
+    void showContent_(bool first);
+    void report_(NotificationType type, const std::string& text) const;
+
+    Viewer& viewer_;
+    std::map<std::string, Opener> openers_;
+    MessageHandler messageHandler_;
+    int pending_ = 0;
+    std::uint64_t lastOrder_ = 0;
+    /// The place of top-level objects, by their id, while other files still load.
+    std::map<std::uint64_t, std::uint64_t> orderOfObject_;
+    std::optional<Camera> cameraShowingAll_;
+};
+
+} // namespace VX

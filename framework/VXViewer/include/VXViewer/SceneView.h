@@ -1,0 +1,124 @@
+#pragma once
+
+#include <VXViewer/CameraController.h>
+#include <VXViewer/Export.h>
+#include <VXViewer/Image.h>
+#include <VXViewer/InputEvent.h>
+#include <VXViewer/SceneRenderer.h>
+#include <VXViewer/Window.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace VX
+{
+
+class CornerControllerObject;
+class Object;
+class ScenePicker;
+
+/// The part of the window that shows the scene: its camera, its picture, the view cube, and what the mouse does there.
+/// Positions of events are the window's; the view takes off where it begins.
+/// @threads the UI thread
+class VXVIEWER_API SceneView
+{
+public:
+    explicit SceneView(std::shared_ptr<Object> root);
+    ~SceneView();
+
+    SceneView(const SceneView&) = delete;
+    SceneView& operator=(const SceneView&) = delete;
+
+    /// Creates what needs the OpenGL context, which is current from now on.
+    void startGraphics();
+
+    /// Destroys it, with the context still current.
+    void stopGraphics();
+
+    [[nodiscard]] CameraController& controller() { return controller_; }
+
+    [[nodiscard]] const Camera& camera() const { return controller_.camera(); }
+
+    /// How the scene is drawn; `scale` follows `setArea`.
+    [[nodiscard]] SceneOptions& options() { return options_; }
+
+    [[nodiscard]] CornerControllerObject& cornerController() { return *cornerController_; }
+
+    /// The pixels that the scene takes up, from the upper left corner of the window.
+    [[nodiscard]] const PixelRect& area() const { return area_; }
+
+    /// @param scale  pixels in a unit of the design
+    void setArea(const PixelRect& area, float scale);
+
+    [[nodiscard]] bool contains(const Vector2f& position) const;
+
+    /// The extent of what is visible, in scene coordinates.
+    [[nodiscard]] const Box3d& box() const;
+
+    /// Shows all of the scene.
+    void fitAll(bool animated = true);
+
+    /// Shows all of `objects`.
+    void fit(const std::vector<std::shared_ptr<Object>>& objects);
+
+    /// Turns to `view`, animated, and shows all.
+    void showFrom(StandardView view);
+
+    void toggleProjection();
+
+    /// Takes an event in the view, or of a drag that began there. @return true when it was used
+    bool handle(const MouseButtonEvent& event);
+    bool handle(const MouseMoveEvent& event);
+    bool handle(const ScrollEvent& event);
+    bool handle(const KeyEvent& event);
+
+    /// Ends a drag, as when the window loses the mouse.
+    void cancelDrag();
+
+    /// Moves an animation on. @return true while the view goes on to move by itself
+    bool animate();
+
+    /// Seconds until the picture changes by itself, as from the stand-in back to full detail; nothing: it does not.
+    [[nodiscard]] std::optional<double> secondsToChange() const;
+
+    /// True when the picture in the window is not the one that `draw` would make.
+    [[nodiscard]] bool isOutdated() const;
+
+    /// Draws the scene, or takes the picture from the cache, and copies it into the window; then the view cube.
+    void draw(const Window& window);
+
+    /// The scene as it is, without interface, in full detail. Empty without graphics.
+    [[nodiscard]] Image capture(PixelSize size);
+
+    /// Of the pictures drawn.
+    [[nodiscard]] SceneStatistics statistics() const;
+
+private:
+    [[nodiscard]] Vector2d toView_(const Vector2f& position) const;
+
+    [[nodiscard]] PixelSize size_() const { return {area_.width, area_.height}; }
+
+    [[nodiscard]] std::optional<Vector3d> pointUnderCursor_(const Vector2d& pixel);
+    [[nodiscard]] SceneFrame frame_() const;
+    void updateBox_();
+    void select_(const Vector2d& pixel, int mods);
+
+    std::shared_ptr<Object> root_;
+    std::unique_ptr<CornerControllerObject> cornerController_;
+    std::unique_ptr<SceneRenderer> renderer_;
+    std::unique_ptr<ScenePicker> picker_;
+    CameraController controller_;
+    SceneOptions options_;
+    PixelRect area_;
+    float scale_ = 1;
+    bool dragging_ = false;
+    mutable Box3d box_;
+    mutable std::uint64_t boxRevision_ = 0;
+    /// What the window shows.
+    std::uint64_t shownRevision_ = 0;
+    Camera shownCamera_;
+};
+
+} // namespace VX

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <VXViewer/Export.h>
+#include <VXViewer/Window.h>
+
+#include <memory>
+
+namespace VX
+{
+
+/// The interface in a window, from its fonts to the pixels: the one owner of the Dear ImGui context. No settings file
+/// is read or written.
+/// @threads the UI thread, with the window's context current
+class VXVIEWER_API UiSession
+{
+public:
+    /// @param window  outlives the session
+    explicit UiSession(Window& window);
+    ~UiSession();
+
+    UiSession(const UiSession&) = delete;
+    UiSession& operator=(const UiSession&) = delete;
+
+    void feed(const InputEvent& event);
+
+    /// True where a press would reach the interface and not the scene.
+    [[nodiscard]] bool isOverUi(const Vector2f& position) const;
+
+    /// True while the keyboard types into a text field or a modal window is open.
+    [[nodiscard]] bool takesKeyboard() const;
+
+    /// True while events that were fed wait for the next frame.
+    [[nodiscard]] bool hasQueuedInput() const;
+
+    /// Begins a frame in the window's present size and scale.
+    void beginFrame();
+
+    /// Ends it; `draw` can be called now.
+    void endFrame();
+
+    /// Draws the frame over what is in the window.
+    void draw();
+
+private:
+    struct State;
+
+    void setScale_(float scale);
+
+    Window& window_;
+    std::unique_ptr<State> state_;
+};
+
+} // namespace VX

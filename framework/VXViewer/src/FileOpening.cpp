@@ -1,0 +1,175 @@
+#include <VXMesh/FileError.h>
+#include <VXMesh/StringConvert.h>
+#include <VXViewer/FileOpening.h>
+#include <VXViewer/ImGuiMenu.h>
+#include <VXViewer/Locale.h>
+#include <VXViewer/ProgressBar.h>
+#include <VXViewer/SceneView.h>
+#include <VXViewer/UiSession.h>
+#include <VXViewer/Viewer.h>
+
+#include <fmt/format.h>
+#include <spdlog/spdlog.h>
+
+#include <algorithm>
+#include <new>
+#include <utility>
+
+namespace VX
+{
+
+namespace
+{
+
+std::string extensionOf(const std::filesystem::path& path)
+{
+    return toLower(utf8string(path.extension()));
+}
+
+/// A library that runs out of memory throws.
+tl::expected<LoadedObjects, std::string> openSafely(const FileOpening::Opener& opener,
+                                                    const std::filesystem::path& path, const ProgressCallback& progress)
+{
+    try
+    {
+        return opener(path, progress);
+    }
+    catch (const std::exception& e)
+    {
+        spdlog::error("Opening a file failed: {}", e.what());
+        return tl::make_unexpected(
+            fmt::format("Cannot open \"{}\": there is not enough memory.", utf8string(path.filename())));
+    }
+}
+
+} // namespace
+
+FileOpening::FileOpening(Viewer& viewer)
+    : viewer_(viewer)
+{
+}
+
+void FileOpening::setOpener(const std::string& extension, Opener opener)
+{
+    openers_[extension] = std::move(opener);
+}
+
+void FileOpening::setMessageHandler(MessageHandler handler)
+{
+    messageHandler_ = std::move(handler);
+}
+
+void FileOpening::open(const std::vector<std::filesystem::path>& paths)
+{
+    for (const std::filesystem::path& path : paths)
+        openOne_(path, ++lastOrder_);
+}
+
+void FileOpening::openOne_(const std::filesystem::path& path, std::uint64_t order)
+{
+    const auto found = openers_.find(extensionOf(path));
+    Opener opener = found != openers_.end() ? found->second : Opener(loadObjectFromFile);
+    ++pending_;
+    ProgressBar::order(
+        fmt::format(fmt::runtime(Locale::translate("Opening {}")), utf8string(path.filename())),
+        [this, path, order, opener = std::move(opener)](const ProgressCallback& progress) -> ProgressBar::Finish
+        {
+            auto result = std::make_shared<Result>(openSafely(opener, path, progress));
+            return [this, path, order, result] { finish_(path, order, std::move(*result)); };
+        },
+        [this] { --pending_; });
+}
+
+void FileOpening::finish_(const std::filesystem::path& path, std::uint64_t order, Result result)
+{
+    --pending_;
+    if (!result)
+    {
+        if (result.error() != operationCanceledText())
+            report_(NotificationType::Error, result.error());
+    }
+    else
+    {
+        const bool wasEmpty = viewer_.scene().children().empty();
+        addInOrder_(std::move(result->objects), order);
+        if (wasEmpty)
+            viewer_.setSceneName(utf8string(path.filename()));
+        showContent_(wasEmpty);
+        for (const std::string& warning : result->warnings)
+            report_(NotificationType::Warning, warning);
+    }
+    if (isIdle())
+        orderOfObject_.clear();
+}
+
+void FileOpening::addInOrder_(std::vector<std::shared_ptr<Object>> objects, std::uint64_t order)
+{
+    Object& scene = viewer_.scene();
+    std::vector<std::shared_ptr<Object>> later;
+    for (const std::shared_ptr<Object>& child : scene.children())
+    {
+        const auto known = orderOfObject_.find(child->id());
+        if (known != orderOfObject_.end() && known->second > order)
+            later.push_back(child);
+    }
+    for (const std::shared_ptr<Object>& object : later)
+        scene.removeChild(*object);
+    for (std::shared_ptr<Object>& object : objects)
+    {
+        orderOfObject_[object->id()] = order;
+        scene.addChild(std::move(object));
+    }
+    for (std::shared_ptr<Object>& object : later)
+        scene.addChild(std::move(object));
+}
+
+void FileOpening::showContent_(bool first)
+{
+    SceneView& view = viewer_.view();
+    const bool untouched = cameraShowingAll_ && *cameraShowingAll_ == view.camera();
+    if (!first && !untouched)
+        return;
+    view.fitAll(false);
+    cameraShowingAll_ = view.camera();
+}
+
+void FileOpening::report_(NotificationType type, const std::string& text) const
+{
+    if (messageHandler_)
+        messageHandler_(type, text);
+    else if (viewer_.getMenuPlugin() && viewer_.ui())
+        viewer_.getMenuPlugin()->showModalMessage(text, type);
+    else
+        spdlog::warn("A file could not be opened as a whole.");
+}
+
+std::vector<std::string> FileOpening::readableExtensions() const
+{
+    std::vector<std::string> extensions;
+    for (const auto& [extension, opener] : openers_)
+        extensions.push_back(extension);
+    for (const FileFormat& format : fileFormats())
+    {
+        if (format.load)
+            extensions.insert(extensions.end(), format.extensions.begin(), format.extensions.end());
+    }
+    std::sort(extensions.begin(), extensions.end());
+    extensions.erase(std::unique(extensions.begin(), extensions.end()), extensions.end());
+    return extensions;
+}
+
+std::vector<FileFilter> FileOpening::dialogFilters() const
+{
+    std::vector<FileFilter> filters{{Locale::translate("All that can be opened"), readableExtensions()}};
+    for (const auto& [extension, opener] : openers_)
+        filters.push_back({extension.substr(1), {extension}});
+    for (const FileFormat& format : fileFormats())
+    {
+        if (format.load)
+            filters.push_back({format.name, format.extensions});
+    }
+    filters.push_back({Locale::translate("Any file"), {}});
+    return filters;
+}
+
+} // namespace VX

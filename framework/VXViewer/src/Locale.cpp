@@ -1,0 +1,189 @@
+#include <VXMesh/StringConvert.h>
+#include <VXMesh/SystemPath.h>
+#include <VXMesh/ThreadAnnotations.h>
+#include <VXViewer/Locale.h>
+
+#include <boost/locale/generator.hpp>
+#include <boost/locale/message.hpp>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <filesystem>
+#include <locale>
+#include <memory>
+#include <system_error>
+#include <utility>
+
+namespace VX
+{
+
+namespace
+{
+
+constexpr std::string_view english = "en";
+
+/// What `translate` reads; replaced as a whole.
+struct Language
+{
+    std::string name{english};
+    std::locale locale;
+};
+
+class LocaleState
+{
+public:
+    static LocaleState& instance()
+    {
+        static LocaleState state;
+        return state;
+    }
+
+    /// Null while the language is English: nothing is looked up then.
+    [[nodiscard]] std::shared_ptr<const Language> language() const
+    {
+        const MutexLock lock(mutex_);
+        return language_;
+    }
+
+    void setLanguage(std::shared_ptr<const Language> language)
+    {
+        translates_ = language != nullptr;
+        const MutexLock lock(mutex_);
+        language_ = std::move(language);
+    }
+
+    [[nodiscard]] bool translates() const { return translates_; }
+
+    [[nodiscard]] std::vector<std::string> domains() const
+    {
+        const MutexLock lock(mutex_);
+        return domains_;
+    }
+
+    int addDomain(const std::string& name)
+    {
+        const MutexLock lock(mutex_);
+        const auto found = std::find(domains_.begin(), domains_.end(), name);
+        if (found != domains_.end())
+            return static_cast<int>(found - domains_.begin());
+        domains_.push_back(name);
+        return static_cast<int>(domains_.size()) - 1;
+    }
+
+private:
+    std::atomic<bool> translates_ = false;
+    mutable Mutex mutex_;
+    std::shared_ptr<const Language> language_ VX_GUARDED_BY(mutex_);
+    std::vector<std::string> domains_ VX_GUARDED_BY(mutex_) = {"VXViewer"};
+};
+
+std::filesystem::path catalogFolder()
+{
+    const auto executable = SystemPath::getExecutablePath();
+    return executable ? executable->parent_path().parent_path() / "locale" : std::filesystem::path();
+}
+
+bool hasCatalog(const std::string& name)
+{
+    const std::filesystem::path folder = catalogFolder() / name / "LC_MESSAGES";
+    const std::vector<std::string> domains = LocaleState::instance().domains();
+    return std::any_of(domains.begin(), domains.end(),
+                       [&](const std::string& domain)
+                       {
+                           std::error_code error;
+                           return std::filesystem::is_regular_file(folder / (domain + ".mo"), error);
+                       });
+}
+
+std::shared_ptr<const Language> loadLanguage(const std::string& name)
+{
+    boost::locale::generator generator;
+    generator.categories(boost::locale::category_t::message);
+    generator.add_messages_path(utf8string(catalogFolder()));
+    for (const std::string& domain : LocaleState::instance().domains())
+        generator.add_messages_domain(domain);
+    return std::make_shared<Language>(Language{name, generator(name + ".UTF-8")});
+}
+
+} // namespace
+
+std::string Locale::translate(const std::string& text, int domain)
+{
+    const LocaleState& state = LocaleState::instance();
+    // The empty text is the key of a catalogue's own header.
+    if (!state.translates() || text.empty())
+        return text;
+    const std::shared_ptr<const Language> language = state.language();
+    const std::vector<std::string> domains = state.domains();
+    if (!language || domain < 0 || domain >= static_cast<int>(domains.size()))
+        return text;
+    return boost::locale::dgettext<char>(domains[static_cast<std::size_t>(domain)].c_str(), text.c_str(),
+                                         language->locale);
+}
+
+int Locale::addDomain(const char* name)
+{
+    LocaleState& state = LocaleState::instance();
+    const int domain = state.addDomain(name);
+    if (state.translates())
+        state.setLanguage(loadLanguage(getName()));
+    return domain;
+}
+
+int Locale::findDomain(const char* name)
+{
+    const std::vector<std::string> domains = LocaleState::instance().domains();
+    const auto found = std::find(domains.begin(), domains.end(), name);
+    return found != domains.end() ? static_cast<int>(found - domains.begin()) : 0;
+}
+
+std::vector<std::string> Locale::getAvailableLocales()
+{
+    std::vector<std::string> names{std::string(english)};
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(catalogFolder(), error))
+    {
+        const std::string name = utf8string(entry.path().filename());
+        if (name != english && hasCatalog(name))
+            names.push_back(name);
+    }
+    std::sort(names.begin() + 1, names.end());
+    return names;
+}
+
+std::string Locale::getDisplayName(const std::string& name)
+{
+    static constexpr std::array<std::pair<const char*, const char*>, 10> known{{{"en", "English"},
+                                                                                {"de", "Deutsch"},
+                                                                                {"es", "Español"},
+                                                                                {"fr", "Français"},
+                                                                                {"it", "Italiano"},
+                                                                                {"ja", "日本語"},
+                                                                                {"ko", "한국어"},
+                                                                                {"pt", "Português"},
+                                                                                {"ru", "Русский"},
+                                                                                {"zh", "中文"}}};
+    const auto* const found =
+        std::find_if(known.begin(), known.end(), [&](const auto& entry) { return entry.first == name; });
+    return found != known.end() ? found->second : name;
+}
+
+std::string Locale::getName()
+{
+    const std::shared_ptr<const Language> language = LocaleState::instance().language();
+    return language ? language->name : std::string(english);
+}
+
+bool Locale::set(const std::string& name)
+{
+    if (name == english || !hasCatalog(name))
+    {
+        LocaleState::instance().setLanguage(nullptr);
+        return name == english;
+    }
+    LocaleState::instance().setLanguage(loadLanguage(name));
+    return true;
+}
+
+} // namespace VX

@@ -1,0 +1,178 @@
+#include "InputRouter.h"
+
+#include <VXViewer/Clock.h>
+#include <VXViewer/CommandLoop.h>
+#include <VXViewer/FileOpening.h>
+#include <VXViewer/ImGuiMenu.h>
+#include <VXViewer/MainLoop.h>
+#include <VXViewer/SceneView.h>
+#include <VXViewer/UiSession.h>
+#include <VXViewer/Viewer.h>
+
+#include <epoxy/gl.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace VX
+{
+
+namespace
+{
+
+/// The interface needs these frames after an event until sizes and what is
+/// under the mouse have settled.
+constexpr int framesToSettle = 3;
+
+} // namespace
+
+MainLoop::MainLoop(Viewer& viewer)
+    : viewer_(viewer)
+    , router_(std::make_unique<InputRouter>(viewer))
+{
+}
+
+MainLoop::~MainLoop() = default;
+
+void MainLoop::run()
+{
+    while (viewer_.window() && !viewer_.window()->isCloseRequested())
+        turn(true);
+}
+
+bool MainLoop::turn(bool mayWait)
+{
+    Window& window = *viewer_.window();
+    window.waitEvents(mayWait ? waitTime_() : std::optional(0.0));
+
+    const bool woken = viewer_.takeWakeUp();
+    const bool commanded = CommandLoop::processCommands(started_ ? StartPosition::SetupDone : StartPosition::MenuReady);
+    const bool hadInput = router_->route(window.takeEvents());
+    if (woken || commanded || hadInput)
+        requestFrames(viewer_.ui() ? framesToSettle : 1);
+
+    const bool due = isFrameDue_();
+    if (due)
+    {
+        const bool show = !showLastOnly_ || framesToDraw_ <= 1;
+        drawFrame_(show);
+        framesToDraw_ = std::max(0, framesToDraw_ - 1);
+        showLastOnly_ = showLastOnly_ && framesToDraw_ > 0;
+        if (show)
+            start_();
+    }
+    if (!due || framesToDraw_ == 0)
+        runLoadedCallback_();
+    return woken || commanded || hadInput || due;
+}
+
+bool MainLoop::runUntilIdle(int maxTurns)
+{
+    for (int i = 0; i < maxTurns; ++i)
+    {
+        if (!turn(false))
+            return true;
+    }
+    return false;
+}
+
+void MainLoop::requestFrames(int count, bool showLastOnly)
+{
+    showLastOnly_ = framesToDraw_ == 0 ? showLastOnly : showLastOnly_ && showLastOnly;
+    framesToDraw_ = std::max(framesToDraw_, count);
+}
+
+void MainLoop::requestFrameAfter(double seconds)
+{
+    const double time = monotonicSeconds() + seconds;
+    nextFrameTime_ = nextFrameTime_ ? std::min(*nextFrameTime_, time) : time;
+}
+
+void MainLoop::whenLoaded(std::function<void()> callback)
+{
+    loadedCallback_ = std::move(callback);
+}
+
+std::optional<double> MainLoop::waitTime_() const
+{
+    if (framesToDraw_ > 0 || router_->hasPending() || viewer_.view().controller().isAnimating())
+        return 0;
+    std::optional<double> time = viewer_.view().secondsToChange();
+    if (nextFrameTime_)
+    {
+        const double left = *nextFrameTime_ - monotonicSeconds();
+        time = time ? std::min(*time, left) : left;
+    }
+    return time ? std::optional(std::max(0.0, *time)) : std::nullopt;
+}
+
+bool MainLoop::isFrameDue_() const
+{
+    const SceneView& view = viewer_.view();
+    return framesToDraw_ > 0 || (nextFrameTime_ && *nextFrameTime_ <= monotonicSeconds()) || router_->hasPending() ||
+           view.isOutdated();
+}
+
+void MainLoop::drawFrame_(bool show)
+{
+    Window& window = *viewer_.window();
+    const PixelSize size = window.framebufferSize();
+    if (size.isEmpty())
+        return;
+    const double start = monotonicSeconds();
+    nextFrameTime_.reset();
+    SceneView& view = viewer_.view();
+    UiSession* ui = viewer_.ui();
+    PixelRect sceneArea{0, 0, size.width, size.height};
+    if (ui)
+    {
+        ui->beginFrame();
+        sceneArea = viewer_.getMenuPlugin() ? viewer_.getMenuPlugin()->drawFrame() : sceneArea;
+        ui->endFrame();
+    }
+    view.setArea(sceneArea, window.contentScale());
+    view.animate();
+    view.draw(window);
+    if (ui)
+        ui->draw();
+    if (show)
+        window.swapBuffers();
+    ++framesDrawn_;
+    lastFrameSeconds_ = monotonicSeconds() - start;
+}
+
+void MainLoop::start_()
+{
+    if (started_)
+        return;
+    started_ = true;
+    viewer_.window()->show();
+    // Commands that waited for the first frame are due.
+    framesToDraw_ = std::max(framesToDraw_, 1);
+}
+
+void MainLoop::runLoadedCallback_()
+{
+    if (!loadedCallback_ || !started_ || !CommandLoop::isEmpty() || !viewer_.fileOpening().isIdle())
+        return;
+    std::exchange(loadedCallback_, {})();
+}
+
+Image MainLoop::captureWindow()
+{
+    drawFrame_(false);
+    const PixelSize size = viewer_.framebufferSize();
+    Image image{size, std::vector<Color>(static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height))};
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, viewer_.window()->defaultFramebuffer());
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glReadPixels(0, 0, size.width, size.height, GL_RGBA, GL_UNSIGNED_BYTE, image.pixels.data());
+    std::for_each(image.pixels.begin(), image.pixels.end(), [](Color& pixel) { pixel.a = 255; });
+    for (int top = 0, bottom = size.height - 1; top < bottom; ++top, --bottom)
+    {
+        const auto row = [&](int y) { return image.pixels.begin() + std::ptrdiff_t{y} * size.width; };
+        std::swap_ranges(row(top), row(top) + size.width, row(bottom));
+    }
+    return image;
+}
+
+} // namespace VX

@@ -1,0 +1,251 @@
+#include <VXMesh/Object.h>
+#include <VXViewer/Clock.h>
+#include <VXViewer/CommandLoop.h>
+#include <VXViewer/CornerControllerObject.h>
+#include <VXViewer/ScenePicker.h>
+#include <VXViewer/SceneView.h>
+#include <VXViewer/Selection.h>
+#include <VXViewer/Viewer.h>
+
+#include <GLFW/glfw3.h>
+
+#include <utility>
+
+namespace VX
+{
+
+SceneView::SceneView(std::shared_ptr<Object> root)
+    : root_(std::move(root))
+    , cornerController_(std::make_unique<CornerControllerObject>())
+    , controller_([this](const Vector2d& pixel) { return pointUnderCursor_(pixel); })
+{
+}
+
+SceneView::~SceneView() = default;
+
+void SceneView::startGraphics()
+{
+    // A stand-in that is ready, and a pick that was made, want a new frame.
+    renderer_ = std::make_unique<SceneRenderer>([] { getViewerInstance().postEmptyEvent(); });
+    picker_ = std::make_unique<ScenePicker>([](std::function<void()> command)
+                                            { CommandLoop::appendCommand(std::move(command)); });
+}
+
+void SceneView::stopGraphics()
+{
+    picker_.reset();
+    renderer_.reset();
+    cornerController_ = std::make_unique<CornerControllerObject>();
+}
+
+void SceneView::setArea(const PixelRect& area, float scale)
+{
+    area_ = area;
+    scale_ = scale;
+    options_.scale = scale;
+    controller_.setViewport(size_());
+}
+
+bool SceneView::contains(const Vector2f& position) const
+{
+    const Vector2d pixel = toView_(position);
+    return pixel.x() >= 0 && pixel.y() >= 0 && pixel.x() < area_.width && pixel.y() < area_.height;
+}
+
+const Box3d& SceneView::box() const
+{
+    if (boxRevision_ != root_->revision())
+    {
+        box_ = SceneRenderer::visibleBox(*root_, options_.viewport);
+        boxRevision_ = root_->revision();
+    }
+    return box_;
+}
+
+void SceneView::updateBox_()
+{
+    controller_.setSceneBox(box());
+}
+
+void SceneView::fitAll(bool animated)
+{
+    updateBox_();
+    if (animated)
+    {
+        controller_.fit(box(), monotonicSeconds());
+        return;
+    }
+    Camera camera = controller_.camera();
+    camera.fit(box(), size_());
+    controller_.setCamera(camera);
+}
+
+void SceneView::fit(const std::vector<std::shared_ptr<Object>>& objects)
+{
+    Box3d box;
+    for (const std::shared_ptr<Object>& object : objects)
+        box.extend(object->worldBox());
+    controller_.fit(box, monotonicSeconds());
+}
+
+void SceneView::showFrom(StandardView view)
+{
+    updateBox_();
+    controller_.turnTo(Camera::standardRotation(view), monotonicSeconds());
+}
+
+void SceneView::toggleProjection()
+{
+    Camera camera = controller_.camera();
+    camera.setProjection(camera.projection() == Projection::Perspective ? Projection::Orthographic
+                                                                        : Projection::Perspective);
+    controller_.setCamera(camera);
+}
+
+bool SceneView::handle(const MouseButtonEvent& event)
+{
+    const Vector2d pixel = toView_(event.position);
+    const double now = monotonicSeconds();
+    updateBox_();
+    if (event.pressed)
+    {
+        const bool onCube = event.button == GLFW_MOUSE_BUTTON_LEFT &&
+                            cornerController_->click(pixel, controller_, size_(), scale_, now);
+        dragging_ = !onCube;
+        if (onCube)
+            return true;
+    }
+    else if (!std::exchange(dragging_, false))
+    {
+        return false;
+    }
+    MouseButtonEvent inView = event;
+    inView.position = pixel.cast<float>();
+    const bool used = controller_.handle(inView, now);
+    if (!event.pressed && controller_.wasClick())
+        select_(pixel, event.mods);
+    return used;
+}
+
+bool SceneView::handle(const MouseMoveEvent& event)
+{
+    MouseMoveEvent inView = event;
+    inView.position = toView_(event.position).cast<float>();
+    cornerController_->hover(inView.position.cast<double>(), controller_.camera(), size_(), scale_);
+    return controller_.handle(inView, monotonicSeconds());
+}
+
+bool SceneView::handle(const ScrollEvent& event)
+{
+    ScrollEvent inView = event;
+    inView.position = toView_(event.position).cast<float>();
+    updateBox_();
+    return controller_.handle(inView, monotonicSeconds());
+}
+
+bool SceneView::handle(const KeyEvent& event)
+{
+    updateBox_();
+    return controller_.handle(event, monotonicSeconds());
+}
+
+void SceneView::cancelDrag()
+{
+    dragging_ = false;
+    controller_.cancelDrag();
+}
+
+bool SceneView::animate()
+{
+    controller_.update(monotonicSeconds());
+    return controller_.isAnimating();
+}
+
+std::optional<double> SceneView::secondsToChange() const
+{
+    const double now = monotonicSeconds();
+    const std::optional<double> rest = controller_.restTime(now);
+    return rest ? std::optional(*rest - now) : std::nullopt;
+}
+
+bool SceneView::isOutdated() const
+{
+    return renderer_ && (shownRevision_ != root_->revision() || !(shownCamera_ == controller_.camera()));
+}
+
+void SceneView::draw(const Window& window)
+{
+    if (!renderer_ || size_().isEmpty())
+        return;
+    renderer_->draw(frame_());
+    renderer_->blit(window.defaultFramebuffer(), area_.x, window.framebufferSize().height - area_.y - area_.height);
+    cornerController_->draw(controller_.camera(), size_(), scale_, options_.viewport);
+    shownRevision_ = root_->revision();
+    shownCamera_ = controller_.camera();
+}
+
+Image SceneView::capture(PixelSize size)
+{
+    if (!renderer_)
+        return {};
+    SceneFrame frame = frame_();
+    frame.size = size;
+    frame.interactive = false;
+    frame.pivotMark.reset();
+    renderer_->draw(frame);
+    return renderer_->readPixels();
+}
+
+SceneStatistics SceneView::statistics() const
+{
+    return renderer_ ? renderer_->statistics() : SceneStatistics{};
+}
+
+Vector2d SceneView::toView_(const Vector2f& position) const
+{
+    return position.cast<double>() - Vector2d(area_.x, area_.y);
+}
+
+std::optional<Vector3d> SceneView::pointUnderCursor_(const Vector2d& pixel)
+{
+    return renderer_ ? renderer_->pointUnderCursor(pixel) : std::nullopt;
+}
+
+SceneFrame SceneView::frame_() const
+{
+    SceneFrame frame;
+    frame.root = root_.get();
+    frame.camera = controller_.camera();
+    frame.size = size_();
+    frame.options = options_;
+    frame.interactive = controller_.isMoving(monotonicSeconds());
+    if (controller_.isDragging())
+        frame.pivotMark = controller_.pivot();
+    return frame;
+}
+
+void SceneView::select_(const Vector2d& pixel, int mods)
+{
+    if (!picker_)
+        return;
+    ScenePicker::Request request;
+    request.root = root_.get();
+    request.camera = controller_.camera();
+    request.size = size_();
+    request.pixel = pixel;
+    request.viewport = options_.viewport;
+    request.scale = scale_;
+    picker_->pick(request,
+                  [root = root_, mods](const std::optional<PickResult>& hit)
+                  {
+                      const std::shared_ptr<Object> object = hit ? hit->object.lock() : nullptr;
+                      const bool toggle = (mods & GLFW_MOD_CONTROL) != 0;
+                      const bool add = (mods & GLFW_MOD_SHIFT) != 0;
+                      if (!toggle && !add)
+                          selectOnly(*root, object.get());
+                      else if (object)
+                          object->setSelected(add || !object->isSelected());
+                  });
+}
+
+} // namespace VX

@@ -1,0 +1,14 @@
+#include <VXViewer/ViewerPlugin.h>
+
+namespace VX
+{
+
+ViewerPlugin::~ViewerPlugin() = default;
+
+void ViewerPlugin::init(Viewer*) {}
+
+void ViewerPlugin::shutdown() {}
+
+void ViewerPlugin::draw() {}
+
+} // namespace VX

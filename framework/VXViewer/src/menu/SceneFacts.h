@@ -1,0 +1,32 @@
+#pragma once
+
+#include <VXMesh/Object.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace VX
+{
+
+/// How much there is in a part of the scene.
+struct SceneFacts
+{
+    std::uint64_t objects = 0; ///< with geometry
+    std::uint64_t triangles = 0;
+    std::uint64_t vertices = 0; ///< of meshes
+    std::uint64_t points = 0;   ///< of point clouds
+    std::uint64_t segments = 0;
+    Box3d box; ///< in scene coordinates
+
+    /// Counts `object` and everything below it.
+    void add(const Object& object);
+};
+
+/// "1,234,567"
+[[nodiscard]] std::string countText(std::uint64_t count);
+
+/// A length or coordinate in scene units with six digits that count.
+[[nodiscard]] std::string lengthText(double length);
+
+} // namespace VX

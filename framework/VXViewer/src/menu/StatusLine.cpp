@@ -1,0 +1,42 @@
+#include "StatusLine.h"
+
+#include "Translate.h"
+
+#include <VXViewer/SceneView.h>
+#include <VXViewer/UI.h>
+#include <VXViewer/Viewer.h>
+
+#include <algorithm>
+#include <vector>
+
+namespace VX
+{
+
+void StatusLine::draw()
+{
+    if (revision_ != viewer_.scene().revision())
+    {
+        revision_ = viewer_.scene().revision();
+        facts_ = {};
+        facts_.add(viewer_.scene());
+    }
+    std::vector<std::string> parts;
+    if (facts_.objects > 0)
+        parts.push_back(trf("{} objects", countText(facts_.objects)));
+    if (facts_.triangles > 0)
+        parts.push_back(trf("{} triangles", countText(facts_.triangles)));
+    if (facts_.points > 0)
+        parts.push_back(trf("{} points", countText(facts_.points)));
+    std::string left;
+    for (const std::string& part : parts)
+        left += (left.empty() ? "" : "   \u00B7   ") + part;
+    const std::string right = trf("Frame {}", countText(viewer_.view().statistics().frames));
+    const float width = ImGui::GetContentRegionAvail().x;
+    const float rightWidth = ImGui::CalcTextSize(right.c_str()).x;
+    const float start = ImGui::GetCursorPosX();
+    UI::secondaryText(left.empty() ? tr("Empty scene") : UI::elided(left, std::max(0.0F, width - rightWidth)));
+    ImGui::SameLine(start + width - rightWidth);
+    UI::secondaryText(right);
+}
+
+} // namespace VX

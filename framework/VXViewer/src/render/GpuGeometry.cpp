@@ -1,0 +1,237 @@
+#include "render/GpuGeometry.h"
+
+#include "render/Creases.h"
+#include "render/GpuUpload.h"
+
+#include <tbb/parallel_reduce.h>
+
+#include <algorithm>
+
+namespace VX
+{
+
+namespace
+{
+
+static_assert(sizeof(GpuVertex) == 16 && sizeof(Color) == 4 && sizeof(Triangle) == 12 && sizeof(Segment) == 8);
+
+constexpr GLuint positionSlot = 0;
+constexpr GLuint normalSlot = 1;
+constexpr GLuint colorSlot = 2;
+
+Box3f boxOf(const std::vector<Vector3f>& points)
+{
+    return tbb::parallel_reduce(
+        tbb::blocked_range<std::size_t>(0, points.size(), 1 << 15), Box3f(),
+        [&](const tbb::blocked_range<std::size_t>& range, Box3f box)
+        {
+            for (std::size_t i = range.begin(); i != range.end(); ++i)
+                box.extend(points[i]);
+            return box;
+        },
+        [](const Box3f& a, const Box3f& b) { return a.merged(b); });
+}
+
+Vector3d middleOf(const Box3f& box)
+{
+    return box.isEmpty() ? Vector3d::Zero() : Vector3d(box.cast<double>().center().cast<float>().cast<double>());
+}
+
+/// Makes the bound vertex array read `vertices` and, where there are any, `colors`, every `step`th of them.
+void setVertexPointers(const Gl::Buffer& vertices, const Gl::Buffer& colors, std::uint32_t step = 1)
+{
+    const auto stride = static_cast<GLsizei>(sizeof(GpuVertex) * step);
+    glBindBuffer(GL_ARRAY_BUFFER, vertices.name());
+    glEnableVertexAttribArray(positionSlot);
+    glVertexAttribPointer(positionSlot, 3, GL_FLOAT, GL_FALSE, stride, nullptr);
+    glEnableVertexAttribArray(normalSlot);
+    glVertexAttribPointer(normalSlot, 2, GL_SHORT, GL_TRUE, stride,
+                          reinterpret_cast<const void*>(offsetof(GpuVertex, normal)));
+    if (!colors)
+        return;
+    glBindBuffer(GL_ARRAY_BUFFER, colors.name());
+    glEnableVertexAttribArray(colorSlot);
+    glVertexAttribPointer(colorSlot, 4, GL_UNSIGNED_BYTE, GL_TRUE, static_cast<GLsizei>(sizeof(Color) * step), nullptr);
+}
+
+Gl::VertexArray makeVertexArray(const Gl::Buffer& vertices, const Gl::Buffer& colors, const Gl::Buffer& indices)
+{
+    Gl::VertexArray array = Gl::VertexArray::create();
+    glBindVertexArray(array.name());
+    setVertexPointers(vertices, colors);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, indices.name());
+    glBindVertexArray(0);
+    return array;
+}
+
+Gl::Buffer makePositions(const std::vector<Vector3f>& points, const std::vector<Vector3f>& normals,
+                         const Vector3f& center)
+{
+    return makeBuffer<GpuVertex>(GL_ARRAY_BUFFER, points.size(),
+                                 [&](GpuVertex* vertices)
+                                 {
+                                     forEachIndex(points.size(),
+                                                  [&](std::size_t i)
+                                                  {
+                                                      vertices[i].position = points[i] - center;
+                                                      vertices[i].normal = normals.empty() ? OctahedralNormal{}
+                                                                                           : encodeNormal(normals[i]);
+                                                  });
+                                 });
+}
+
+/// As `makePositions`, with normals from the sums and the vertices that the creases add.
+Gl::Buffer makePositions(const Mesh& mesh, const NormalSums& sums, const Creases& creases, const Vector3f& center)
+{
+    const std::size_t count = mesh.points.size();
+    const auto fill = [&](GpuVertex* vertices)
+    {
+        forEachIndex(count,
+                     [&](std::size_t i)
+                     {
+                         vertices[i].position = mesh.points[i] - center;
+                         vertices[i].normal = encodeNormal(sums.sum(static_cast<std::uint32_t>(i)));
+                     });
+        for (const Creases::Vertex& vertex : creases.changed)
+            vertices[vertex.point].normal = encodeNormal(vertex.normal);
+        for (std::size_t i = 0; i < creases.added.size(); ++i)
+        {
+            const Creases::Vertex& vertex = creases.added[i];
+            vertices[count + i] = {mesh.points[vertex.point] - center, encodeNormal(vertex.normal)};
+        }
+    };
+    return makeBuffer<GpuVertex>(GL_ARRAY_BUFFER, count + creases.added.size(), fill);
+}
+
+Gl::Buffer makeIndices(const Mesh& mesh, const Creases& creases)
+{
+    const auto fill = [&](Triangle* triangles)
+    {
+        forEachIndex(mesh.triangles.size(), [&](std::size_t i) { triangles[i] = mesh.triangles[i]; });
+        const auto firstAdded = static_cast<std::uint32_t>(mesh.points.size());
+        for (const Creases::Patch& patch : creases.patches)
+            triangles[patch.corner / 3][patch.corner % 3] = firstAdded + patch.vertex;
+    };
+    // Bound to a vertex array's place for indices only later: here any array that is bound would take it.
+    return makeBuffer<Triangle>(GL_ARRAY_BUFFER, mesh.triangles.size(), fill);
+}
+
+Gl::Buffer makeVertexColors(const Mesh& mesh, const Creases& creases)
+{
+    const std::size_t count = mesh.points.size();
+    const auto fill = [&](Color* colors)
+    {
+        std::copy(mesh.vertexColors.begin(), mesh.vertexColors.end(), colors);
+        for (std::size_t i = 0; i < creases.added.size(); ++i)
+            colors[count + i] = mesh.vertexColors[creases.added[i].point];
+    };
+    return makeBuffer<Color>(GL_ARRAY_BUFFER, count + creases.added.size(), fill);
+}
+
+} // namespace
+
+GpuSegments::GpuSegments(const Gl::Buffer& points, const std::vector<Segment>& segments)
+    : count(static_cast<GLsizei>(segments.size()))
+{
+    if (count == 0)
+        return;
+    buffer = makeBuffer(GL_TEXTURE_BUFFER, segments);
+    pointTexture = makeBufferTexture(points, GL_RGBA32F);
+    segmentTexture = makeBufferTexture(buffer, GL_RG32UI);
+}
+
+void GpuSegments::draw() const
+{
+    glActiveTexture(GL_TEXTURE1);
+    glBindTexture(GL_TEXTURE_BUFFER, segmentTexture.name());
+    glActiveTexture(GL_TEXTURE0);
+    glBindTexture(GL_TEXTURE_BUFFER, pointTexture.name());
+    glDrawArrays(GL_TRIANGLES, 0, 6 * count);
+}
+
+GpuMesh::GpuMesh(const Mesh& mesh)
+{
+    MeshAnalysis analysis = analyzeMesh(mesh);
+    box = analysis.box;
+    center = middleOf(box);
+    const Vector3f origin = center.cast<float>();
+    box.translate(-origin);
+    clusters = std::move(analysis.clusters);
+    for (MeshCluster& cluster : clusters)
+        cluster.box.translate(-origin);
+    solid = analysis.solid;
+    triangleCount = static_cast<std::uint32_t>(mesh.triangles.size());
+    if (triangleCount == 0)
+        return;
+
+    const Creases creases = analysis.normalSums ? findCreases(mesh, *analysis.normalSums) : Creases{};
+    vertices = analysis.normalSums ? makePositions(mesh, *analysis.normalSums, creases, origin)
+                                   : makePositions(mesh.points, mesh.normals, origin);
+    analysis.normalSums.reset();
+    indices = makeIndices(mesh, creases);
+    hasVertexColors = !mesh.vertexColors.empty();
+    if (hasVertexColors)
+        vertexColors = makeVertexColors(mesh, creases);
+    full = makeVertexArray(vertices, vertexColors, indices);
+    hasFaceColors = !mesh.faceColors.empty();
+    if (hasFaceColors)
+    {
+        faceColorBuffer = makeBuffer(GL_TEXTURE_BUFFER, mesh.faceColors);
+        faceColors = makeBufferTexture(faceColorBuffer, GL_RGBA8);
+    }
+    edges = GpuSegments(vertices, creases.edges);
+}
+
+void GpuMesh::setStandIn(const StandIn& standIn)
+{
+    standInTriangles = static_cast<std::uint32_t>(standIn.triangles.size());
+    if (standInTriangles == 0)
+        return;
+    standInIndices = makeBuffer(GL_ARRAY_BUFFER, standIn.triangles);
+    simple = makeVertexArray(vertices, vertexColors, standInIndices);
+    if (hasFaceColors)
+    {
+        standInColorBuffer = makeBuffer(GL_TEXTURE_BUFFER, standIn.faceColors);
+        standInColors = makeBufferTexture(standInColorBuffer, GL_RGBA8);
+    }
+}
+
+void GpuMesh::draw(std::uint32_t first, std::uint32_t count) const
+{
+    glDrawElements(GL_TRIANGLES, static_cast<GLsizei>(count * 3), GL_UNSIGNED_INT,
+                   reinterpret_cast<const void*>(std::size_t{first} * sizeof(Triangle)));
+}
+
+GpuPoints::GpuPoints(const PointCloud& cloud)
+    : box(boxOf(cloud.points))
+    , hasNormals(!cloud.normals.empty())
+    , hasColors(!cloud.colors.empty())
+    , count(static_cast<std::uint32_t>(cloud.points.size()))
+{
+    center = middleOf(box);
+    box.translate(-center.cast<float>());
+    if (count == 0)
+        return;
+    vertices = makePositions(cloud.points, cloud.normals, center.cast<float>());
+    if (hasColors)
+        colors = makeBuffer(GL_ARRAY_BUFFER, cloud.colors);
+    array = Gl::VertexArray::create();
+}
+
+void GpuPoints::draw(std::uint32_t step) const
+{
+    glBindVertexArray(array.name());
+    setVertexPointers(vertices, colors, step);
+    glDrawArrays(GL_POINTS, 0, static_cast<GLsizei>(count / step));
+}
+
+GpuLines::GpuLines(const Lines& lines)
+    : box(boxOf(lines.points))
+{
+    center = middleOf(box);
+    box.translate(-center.cast<float>());
+    vertices = makePositions(lines.points, {}, center.cast<float>());
+    segments = GpuSegments(vertices, lines.segments);
+}
+
+} // namespace VX

@@ -1,0 +1,109 @@
+#include "render/MeshAnalysis.h"
+
+#include "render/ConnectedParts.h"
+
+#include <tbb/blocked_range.h>
+#include <tbb/parallel_reduce.h>
+
+#include <algorithm>
+
+namespace VX
+{
+
+namespace
+{
+
+/// Scrambles an edge into a number; equal edges give equal numbers (the finalizer of MurmurHash3, A. Appleby).
+std::uint64_t scramble(std::uint64_t x)
+{
+    x ^= x >> 33;
+    x *= 0xff51afd7ed558ccdULL;
+    x ^= x >> 33;
+    x *= 0xc4ceb9fe1a85ec53ULL;
+    return x ^ (x >> 33);
+}
+
+/// A term that cancels against that of the same edge run through the other way.
+std::uint64_t edgeTerm(std::uint64_t from, std::uint64_t to)
+{
+    if (from == to)
+        return 0;
+    return from < to ? scramble(from << 32 | to) : 0 - scramble(to << 32 | from);
+}
+
+/// Sums over triangles.
+struct Totals
+{
+    std::uint64_t edges = 0; ///< 0: each edge runs as often one way as the other
+    Box3f box;
+
+    void add(const Totals& other)
+    {
+        edges += other.edges;
+        box.extend(other.box);
+    }
+};
+
+Totals analyzeCluster(const Mesh& mesh, MeshCluster& cluster, NormalSums* sums)
+{
+    Totals totals;
+    const std::uint32_t end = cluster.firstTriangle + cluster.triangleCount;
+    for (std::uint32_t i = cluster.firstTriangle; i < end; ++i)
+    {
+        const Triangle& t = mesh.triangles[i];
+        const Vector3f& a = mesh.points[t[0]];
+        const Vector3f& b = mesh.points[t[1]];
+        const Vector3f& c = mesh.points[t[2]];
+        cluster.box.extend(a);
+        cluster.box.extend(b);
+        cluster.box.extend(c);
+        totals.edges += edgeTerm(t[0], t[1]) + edgeTerm(t[1], t[2]) + edgeTerm(t[2], t[0]);
+        const TriangleShape shape = shapeOf(a, b, c);
+        if (shape.normal.isZero(0))
+            continue;
+        cluster.normals.extend(shape.normal);
+        if (sums == nullptr)
+            continue;
+        for (int k = 0; k < 3; ++k)
+            sums->add(t[k], shape.normal, shape.angles[k]);
+    }
+    totals.box = cluster.box;
+    return totals;
+}
+
+} // namespace
+
+MeshAnalysis analyzeMesh(const Mesh& mesh)
+{
+    MeshAnalysis result;
+    const auto triangleCount = static_cast<std::uint32_t>(mesh.triangles.size());
+    constexpr std::uint32_t step = MeshAnalysis::clusterTriangles;
+    result.clusters.resize((triangleCount + step - 1) / step);
+    if (mesh.normals.empty())
+        result.normalSums.emplace(mesh.points.size());
+    NormalSums* sums = result.normalSums ? &*result.normalSums : nullptr;
+
+    const Totals totals = tbb::parallel_deterministic_reduce(
+        tbb::blocked_range<std::size_t>(0, result.clusters.size()), Totals{},
+        [&](const tbb::blocked_range<std::size_t>& range, Totals partial)
+        {
+            for (std::size_t i = range.begin(); i != range.end(); ++i)
+            {
+                MeshCluster& cluster = result.clusters[i];
+                cluster.firstTriangle = static_cast<std::uint32_t>(i) * step;
+                cluster.triangleCount = std::min(step, triangleCount - cluster.firstTriangle);
+                partial.add(analyzeCluster(mesh, cluster, sums));
+            }
+            return partial;
+        },
+        [](Totals a, const Totals& b)
+        {
+            a.add(b);
+            return a;
+        });
+    result.box = totals.box;
+    result.solid = triangleCount > 0 && totals.edges == 0 && allPartsFaceOutwards(mesh);
+    return result;
+}
+
+} // namespace VX

@@ -1,0 +1,348 @@
+#include "render/SceneDrawing.h"
+
+#include "render/StandInMaker.h"
+
+#include <Eigen/LU>
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+namespace VX
+{
+
+namespace
+{
+
+const Eigen::Vector3f accentColor(1.0F, 0.55F, 0.12F);
+const Eigen::Vector3f edgeColor(0.07F, 0.08F, 0.10F);
+constexpr float highlightStrength = 0.55F;
+constexpr float edgeWidth = 1.1F;
+constexpr float lineWidth = 1.6F;
+constexpr float selectedLineWidth = 2.6F;
+constexpr float basisWidth = 2;
+constexpr float pointSize = 3;
+constexpr float pivotSize = 10;
+const Eigen::Vector3f pivotColor(0.95F, 0.95F, 0.95F);
+
+Eigen::Vector3f toFloats(Color color)
+{
+    return Eigen::Vector3f(color.r, color.g, color.b) / 255.0F;
+}
+
+/// Colours are mixed as squares in the shaders.
+Eigen::Vector4f highlightOf(bool selected)
+{
+    if (!selected)
+        return Eigen::Vector4f::Zero();
+    Eigen::Vector4f result;
+    result << accentColor.cwiseProduct(accentColor), highlightStrength;
+    return result;
+}
+
+Box3d placedBox(const Eigen::Matrix4d& place, const Box3f& box)
+{
+    Box3d result;
+    if (box.isEmpty())
+        return result;
+    for (int i = 0; i < 8; ++i)
+    {
+        const Vector3d corner = box.cast<double>().corner(static_cast<Box3d::CornerType>(i));
+        result.extend(Vector3d((place * corner.homogeneous()).head<3>()));
+    }
+    return result;
+}
+
+} // namespace
+
+SceneDrawing::SceneDrawing(const SceneFrame& frame, const SceneContents& contents, GpuScene& gpu,
+                           std::uint64_t triangleBudget)
+    : frame_(frame)
+    , contents_(contents)
+    , gpu_(gpu)
+    , budget_(triangleBudget)
+    , range_(frame.camera.clipRange(contents.box))
+    , view_(frame.camera.viewMatrix())
+    , projection_(frame.camera.projectionMatrix(frame.size, range_))
+{
+    if (frame.camera.projection() == Projection::Perspective)
+    {
+        // From a pixel to the direction to it at depth 1.
+        const auto scaleX = static_cast<float>(2 / (projection_(0, 0) * frame.size.width));
+        const auto scaleY = static_cast<float>(2 / (projection_(1, 1) * frame.size.height));
+        viewRay_ = {scaleX, scaleY, static_cast<float>(-1 / projection_(0, 0)),
+                    static_cast<float>(-1 / projection_(1, 1))};
+    }
+}
+
+SceneDrawing::Placement::Placement(const SceneDrawing& drawing, const Transform& world, const Vector3d& center)
+    // Composed in double: the large numbers of far-away places cancel before they become floats.
+    : toCamera(drawing.view_ * (world * Eigen::Translation3d(center)).matrix())
+    , toClip((drawing.projection_ * toCamera).cast<float>())
+    , normalToCamera(toCamera.topLeftCorner<3, 3>().inverse().transpose().cast<float>())
+{
+}
+
+void SceneDrawing::draw()
+{
+    glDisable(GL_SCISSOR_TEST);
+    glDisable(GL_STENCIL_TEST);
+    glDisable(GL_CULL_FACE);
+    glDisable(GL_BLEND);
+    glDisable(GL_FRAMEBUFFER_SRGB);
+    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+    glDepthMask(GL_TRUE);
+    glDepthFunc(GL_LESS);
+    glDepthRange(0, 1);
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glClearDepth(1);
+    glClear(GL_DEPTH_BUFFER_BIT);
+    drawBackground_();
+    glEnable(GL_DEPTH_TEST);
+    drawMeshes_();
+    drawPoints_();
+    drawLines_();
+    drawBasis_();
+    drawPivotMark_();
+    glDisable(GL_DEPTH_TEST);
+    glBindVertexArray(0);
+    glUseProgram(0);
+}
+
+void SceneDrawing::drawBackground_()
+{
+    glDisable(GL_DEPTH_TEST);
+    const BackgroundProgram& background = gpu_.programs.background();
+    background.program.use();
+    ShaderProgram::set(background.top, toFloats(frame_.options.backgroundTop));
+    ShaderProgram::set(background.bottom, toFloats(frame_.options.backgroundBottom));
+    glBindVertexArray(gpu_.marks.emptyArray().name());
+    glDrawArrays(GL_TRIANGLES, 0, 3);
+}
+
+void SceneDrawing::drawMeshes_()
+{
+    // Nearest first, so that what is hidden is not shaded; while moving, biggest first, for the budget to do most good.
+    std::vector<std::pair<double, std::size_t>> order;
+    for (std::size_t i = 0; i < contents_.meshes.size(); ++i)
+    {
+        const auto& item = contents_.meshes[i];
+        const Vector3d center = item.world * item.gpu->center;
+        const double depth = frame_.camera.depth(center);
+        const double size = (item.world.linear() * item.gpu->box.sizes().cast<double>()).norm();
+        order.emplace_back(budget_ == 0 ? depth : -size / frame_.camera.pixelSize(center, frame_.size), i);
+    }
+    std::sort(order.begin(), order.end());
+
+    // Lines along edges win against the surface they lie on.
+    glEnable(GL_POLYGON_OFFSET_FILL);
+    glPolygonOffset(1, 1);
+    std::uint64_t left = budget_;
+    for (const auto& [key, index] : order)
+        drawMesh_(contents_.meshes[index], left);
+    glDisable(GL_POLYGON_OFFSET_FILL);
+    glDisable(GL_CULL_FACE);
+    glFrontFace(GL_CCW);
+}
+
+bool SceneDrawing::hidesBacks_(const GpuMesh& mesh, const Placement& placement) const
+{
+    // Cut open by the near plane, a solid shows its inside.
+    return mesh.solid && -placedBox(placement.toCamera, mesh.box).max().z() >= range_.nearPlane;
+}
+
+void SceneDrawing::drawMesh_(const SceneContents::MeshItem& item, std::uint64_t& budget)
+{
+    const GpuMesh& mesh = *item.gpu;
+    if (mesh.triangleCount == 0)
+        return;
+    const Placement placement(*this, item.world, mesh.center);
+    if (!ViewVolume(placement.toCamera, projection_, frame_.camera.projection()).mayShow(mesh.box))
+        return;
+
+    const bool standIn = budget_ != 0 && mesh.standInTriangles != 0;
+    std::uint32_t step = 1;
+    if (budget_ != 0)
+    {
+        const std::uint64_t cost = standIn ? mesh.standInTriangles : mesh.triangleCount;
+        simplified_ = true;
+        if (budget == 0)
+            return;
+        if (!standIn)
+            step = static_cast<std::uint32_t>((cost + budget - 1) / budget);
+        budget -= std::min(budget, cost / step);
+    }
+
+    const unsigned flavor = (item.object->isFlatShaded() ? MeshFlavor::flat : 0) |
+                            (mesh.hasVertexColors ? MeshFlavor::vertexColors : 0) |
+                            (mesh.hasFaceColors ? MeshFlavor::faceColors : 0);
+    const MeshProgram& program = gpu_.programs.mesh(flavor);
+    program.program.use();
+    ShaderProgram::set(program.toClip, placement.toClip);
+    ShaderProgram::set(program.toCamera, Eigen::Matrix4f(placement.toCamera.cast<float>()));
+    ShaderProgram::set(program.normalToCamera, placement.normalToCamera);
+    ShaderProgram::set(program.viewRay, viewRay_);
+    const bool ownColors = mesh.hasVertexColors || mesh.hasFaceColors;
+    ShaderProgram::set(program.color, ownColors ? Eigen::Vector3f::Ones().eval() : toFloats(item.object->color()));
+    ShaderProgram::set(program.highlight, highlightOf(item.selected));
+    glFrontFace(placement.toCamera.topLeftCorner<3, 3>().determinant() < 0 ? GL_CW : GL_CCW);
+
+    if (mesh.hasFaceColors)
+        glBindTexture(GL_TEXTURE_BUFFER, standIn ? mesh.standInColors.name() : mesh.faceColors.name());
+    glBindVertexArray(standIn ? mesh.simple.name() : mesh.full.name());
+    if (standIn)
+    {
+        glDisable(GL_CULL_FACE);
+        ShaderProgram::set(program.firstTriangle, 0);
+        mesh.draw(0, mesh.standInTriangles);
+        drawnTriangles_ += mesh.standInTriangles;
+    }
+    else
+    {
+        drawClusters_(mesh, placement, program, step);
+    }
+}
+
+void SceneDrawing::drawClusters_(const GpuMesh& mesh, const Placement& placement, const MeshProgram& program,
+                                 std::uint32_t step)
+{
+    const bool hideBacks = hidesBacks_(mesh, placement);
+    if (hideBacks)
+        glEnable(GL_CULL_FACE);
+    else
+        glDisable(GL_CULL_FACE);
+    const ViewVolume volume(placement.toCamera, projection_, frame_.camera.projection());
+
+    // Neighbours that show are drawn in one go.
+    std::uint32_t first = 0;
+    std::uint32_t count = 0;
+    const auto flush = [&]
+    {
+        if (count == 0)
+            return;
+        ShaderProgram::set(program.firstTriangle, static_cast<int>(first));
+        mesh.draw(first, count);
+        drawnTriangles_ += count;
+        count = 0;
+    };
+    for (const MeshCluster& cluster : mesh.clusters)
+    {
+        if (!volume.mayShow(cluster.box) || (hideBacks && volume.facesAway(cluster.box, cluster.normals)))
+        {
+            flush();
+            continue;
+        }
+        const std::uint32_t shown = std::max(1U, cluster.triangleCount / step);
+        if (count == 0 || first + count != cluster.firstTriangle)
+        {
+            flush();
+            first = cluster.firstTriangle;
+        }
+        count += shown;
+    }
+    flush();
+}
+
+void SceneDrawing::drawLines_()
+{
+    glEnable(GL_BLEND);
+    if (frame_.options.featureEdges && budget_ == 0)
+    {
+        for (const auto& item : contents_.meshes)
+        {
+            const Placement placement(*this, item.world, item.gpu->center);
+            drawSegments_(item.gpu->edges, placement, edgeColor, edgeWidth);
+        }
+    }
+    for (const auto& item : contents_.lines)
+    {
+        const Placement placement(*this, item.world, item.gpu->center);
+        drawSegments_(item.gpu->segments, placement, item.selected ? accentColor : toFloats(item.object->color()),
+                      item.selected ? selectedLineWidth : lineWidth);
+    }
+    glDisable(GL_BLEND);
+}
+
+void SceneDrawing::drawSegments_(const GpuSegments& segments, const Placement& placement, const Eigen::Vector3f& color,
+                                 float width)
+{
+    if (segments.count == 0)
+        return;
+    const LineProgram& program = gpu_.programs.lines();
+    program.program.use();
+    ShaderProgram::set(program.toClip, placement.toClip);
+    ShaderProgram::set(program.halfViewport, Eigen::Vector2f(frame_.size.width / 2.0F, frame_.size.height / 2.0F));
+    ShaderProgram::set(program.halfWidth, width * frame_.options.scale / 2);
+    ShaderProgram::set(program.towardsViewer, 0.0F);
+    ShaderProgram::set(program.color, color);
+    glBindVertexArray(gpu_.marks.emptyArray().name());
+    segments.draw();
+}
+
+void SceneDrawing::drawPoints_()
+{
+    glEnable(GL_PROGRAM_POINT_SIZE);
+    for (const auto& item : contents_.points)
+        drawPointItem_(item);
+    glDisable(GL_PROGRAM_POINT_SIZE);
+}
+
+void SceneDrawing::drawPointItem_(const SceneContents::PointsItem& item)
+{
+    const GpuPoints& points = *item.gpu;
+    const Placement placement(*this, item.world, points.center);
+    if (points.count == 0 ||
+        !ViewVolume(placement.toCamera, projection_, frame_.camera.projection()).mayShow(points.box))
+        return;
+    const PointProgram& program = gpu_.programs.points((points.hasNormals ? PointFlavor::normals : 0) |
+                                                       (points.hasColors ? PointFlavor::vertexColors : 0));
+    program.program.use();
+    ShaderProgram::set(program.toClip, placement.toClip);
+    ShaderProgram::set(program.normalToCamera, placement.normalToCamera);
+    ShaderProgram::set(program.size, pointSize * frame_.options.scale);
+    ShaderProgram::set(program.color,
+                       points.hasColors ? Eigen::Vector3f::Ones().eval() : toFloats(item.object->color()));
+    ShaderProgram::set(program.highlight, highlightOf(item.selected));
+    const std::uint64_t step = budget_ == 0 ? 1 : contents_.pointCount / budget_ + 1;
+    simplified_ |= step > 1;
+    points.draw(static_cast<std::uint32_t>(std::min<std::uint64_t>(step, points.count)));
+}
+
+void SceneDrawing::drawBasis_()
+{
+    if ((frame_.options.globalBasis & frame_.options.viewport).isEmpty() || contents_.box.isEmpty())
+        return;
+    Transform grown = Transform::Identity();
+    grown.linear() *= std::max(contents_.box.diagonal().norm() * 0.2, 1e-9);
+    glEnable(GL_BLEND);
+    for (int axis = 0; axis < 3; ++axis)
+    {
+        const GpuLines& arrow = gpu_.marks.arrow(axis);
+        drawSegments_(arrow.segments, Placement(*this, grown, arrow.center), axisColor(axis), basisWidth);
+    }
+    glDisable(GL_BLEND);
+}
+
+void SceneDrawing::drawPivotMark_()
+{
+    if (!frame_.pivotMark)
+        return;
+    const PointProgram& program = gpu_.programs.points(0);
+    program.program.use();
+    const Placement placement(*this, Transform::Identity(), *frame_.pivotMark);
+    ShaderProgram::set(program.toClip, placement.toClip);
+    ShaderProgram::set(program.highlight, Eigen::Vector4f::Zero().eval());
+    // Shown through what is in front of it, and not to be found as a point under the cursor.
+    glDisable(GL_DEPTH_TEST);
+    glEnable(GL_PROGRAM_POINT_SIZE);
+    for (const auto& [size, color] : {std::pair(pivotSize, edgeColor), std::pair(pivotSize - 3, pivotColor)})
+    {
+        ShaderProgram::set(program.size, size * frame_.options.scale);
+        ShaderProgram::set(program.color, color);
+        gpu_.marks.dot().draw(1);
+    }
+    glDisable(GL_PROGRAM_POINT_SIZE);
+}
+
+} // namespace VX

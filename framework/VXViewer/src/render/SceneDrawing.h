@@ -1,0 +1,117 @@
+#pragma once
+
+#include "render/GeometryCache.h"
+#include "render/GpuGeometry.h"
+#include "render/SceneMarks.h"
+#include "render/ScenePrograms.h"
+#include "render/SceneWalk.h"
+#include "render/ViewVolume.h"
+
+#include <VXMesh/ObjectLines.h>
+#include <VXMesh/ObjectMesh.h>
+#include <VXMesh/ObjectPoints.h>
+#include <VXViewer/SceneRenderer.h>
+
+#include <vector>
+
+namespace VX
+{
+
+/// What the renderer keeps on the graphics between pictures.
+struct GpuScene
+{
+    ScenePrograms programs;
+    GeometryCache<Mesh, GpuMesh> meshes;
+    GeometryCache<PointCloud, GpuPoints> points;
+    GeometryCache<Lines, GpuLines> lines;
+    SceneMarks marks;
+};
+
+/// The visible objects of a picture with what they are drawn from.
+struct SceneContents
+{
+    struct MeshItem
+    {
+        const ObjectMesh* object;
+        GpuMesh* gpu;
+        Transform world;
+        bool selected;
+    };
+
+    struct PointsItem
+    {
+        const ObjectPoints* object;
+        GpuPoints* gpu;
+        Transform world;
+        bool selected;
+    };
+
+    struct LinesItem
+    {
+        const ObjectLines* object;
+        GpuLines* gpu;
+        Transform world;
+        bool selected;
+    };
+
+    /// Uploads what is not on the graphics yet.
+    SceneContents(const SceneFrame& frame, GpuScene& gpu, const Box3d& sceneBox);
+
+    std::vector<MeshItem> meshes;
+    std::vector<PointsItem> points;
+    std::vector<LinesItem> lines;
+    Box3d box;
+    std::uint64_t pointCount = 0;
+};
+
+/// Draws one picture into the bound framebuffer.
+class SceneDrawing
+{
+public:
+    /// @param triangleBudget  about how many triangles or points to draw at most, with stand-ins and parts of the
+    ///                        detail; 0: all
+    SceneDrawing(const SceneFrame& frame, const SceneContents& contents, GpuScene& gpu, std::uint64_t triangleBudget);
+
+    void draw();
+
+    [[nodiscard]] std::uint64_t drawnTriangles() const { return drawnTriangles_; }
+
+    [[nodiscard]] bool isSimplified() const { return simplified_; }
+
+private:
+    /// From the coordinates of some geometry, relative to the middle of its box.
+    struct Placement
+    {
+        Placement(const SceneDrawing& drawing, const Transform& world, const Vector3d& center);
+
+        Eigen::Matrix4d toCamera;
+        Eigen::Matrix4f toClip;
+        Eigen::Matrix3f normalToCamera;
+    };
+
+    void drawBackground_();
+    void drawMeshes_();
+    void drawMesh_(const SceneContents::MeshItem& item, std::uint64_t& budget);
+    void drawClusters_(const GpuMesh& mesh, const Placement& placement, const MeshProgram& program, std::uint32_t step);
+    [[nodiscard]] bool hidesBacks_(const GpuMesh& mesh, const Placement& placement) const;
+    void drawLines_();
+    void drawSegments_(const GpuSegments& segments, const Placement& placement, const Eigen::Vector3f& color,
+                       float width);
+    void drawPoints_();
+    void drawPointItem_(const SceneContents::PointsItem& item);
+    void drawBasis_();
+    void drawPivotMark_();
+
+    const SceneFrame& frame_;
+    const SceneContents& contents_;
+    GpuScene& gpu_;
+    std::uint64_t budget_;
+    ClipRange range_;
+    Eigen::Matrix4d view_;
+    Eigen::Matrix4d projection_;
+    Eigen::Vector4f viewRay_ = Eigen::Vector4f::Zero();
+    std::uint64_t drawnTriangles_ = 0;
+    bool simplified_ = false;
+};
+
+} // namespace VX

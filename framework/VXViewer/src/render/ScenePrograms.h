@@ -1,0 +1,102 @@
+#pragma once
+
+#include "render/ShaderProgram.h"
+
+#include <array>
+#include <optional>
+
+namespace VX
+{
+
+/// What the shader of triangles is switched to; bits.
+struct MeshFlavor
+{
+    static constexpr unsigned flat = 1;
+    static constexpr unsigned vertexColors = 2;
+    static constexpr unsigned faceColors = 4;
+    static constexpr unsigned count = 8;
+};
+
+/// What the shader of points is switched to; bits.
+struct PointFlavor
+{
+    static constexpr unsigned normals = 1;
+    static constexpr unsigned vertexColors = 2;
+    static constexpr unsigned count = 4;
+};
+
+struct MeshProgram
+{
+    explicit MeshProgram(unsigned flavor);
+
+    ShaderProgram program;
+    GLint toClip;
+    GLint toCamera;
+    GLint normalToCamera;
+    GLint viewRay;
+    GLint color;
+    GLint highlight;
+    GLint firstTriangle;
+};
+
+struct PointProgram
+{
+    explicit PointProgram(unsigned flavor);
+
+    ShaderProgram program;
+    GLint toClip;
+    GLint normalToCamera;
+    GLint size;
+    GLint color;
+    GLint highlight;
+};
+
+struct LineProgram
+{
+    LineProgram();
+
+    ShaderProgram program;
+    GLint toClip;
+    GLint halfViewport;
+    GLint halfWidth;
+    GLint towardsViewer;
+    GLint color;
+};
+
+struct BackgroundProgram
+{
+    BackgroundProgram();
+
+    ShaderProgram program;
+    GLint top;
+    GLint bottom;
+};
+
+/// The programs of the scene, each compiled when it is needed first: compiling costs more than drawing a small scene.
+class ScenePrograms
+{
+public:
+    const MeshProgram& mesh(unsigned flavor) { return made_(meshes_.at(flavor), flavor); }
+
+    const PointProgram& points(unsigned flavor) { return made_(points_.at(flavor), flavor); }
+
+    const LineProgram& lines() { return made_(lines_); }
+
+    const BackgroundProgram& background() { return made_(background_); }
+
+private:
+    template <class Program, class... Args>
+    static const Program& made_(std::optional<Program>& slot, Args... args)
+    {
+        if (!slot)
+            slot.emplace(args...);
+        return *slot;
+    }
+
+    std::array<std::optional<MeshProgram>, MeshFlavor::count> meshes_;
+    std::array<std::optional<PointProgram>, PointFlavor::count> points_;
+    std::optional<LineProgram> lines_;
+    std::optional<BackgroundProgram> background_;
+};
+
+} // namespace VX

@@ -1,0 +1,67 @@
+#include <gtest/gtest.h>
+
+#include <backend/CommandArguments.h>
+
+namespace VX::Test
+{
+
+namespace
+{
+
+TEST(CommandArguments, readsEveryOption)
+{
+    const auto arguments = CommandArguments::parse(
+        {"serve", "--port", "8080", "--data", "/d", "--config", "/c.json", "--listen-fd", "5", "--exit-with-parent"});
+    ASSERT_TRUE(arguments) << arguments.error();
+    EXPECT_EQ(arguments->port, 8080);
+    EXPECT_EQ(arguments->dataFolder, "/d");
+    EXPECT_EQ(arguments->configFile, "/c.json");
+    EXPECT_EQ(arguments->listenFd, 5);
+    EXPECT_TRUE(arguments->exitWithParent);
+    EXPECT_FALSE(arguments->help);
+}
+
+TEST(CommandArguments, needsNoMoreThanFolderAndPort)
+{
+    const auto arguments = CommandArguments::parse({"serve", "--data", "/d", "--port", "0"});
+    ASSERT_TRUE(arguments) << arguments.error();
+    EXPECT_EQ(arguments->port, 0);
+    EXPECT_EQ(arguments->listenFd, -1);
+    EXPECT_FALSE(arguments->exitWithParent);
+    EXPECT_TRUE(CommandArguments::parse({"serve", "--data", "/d", "--listen-fd", "3"}));
+}
+
+TEST(CommandArguments, helps)
+{
+    const auto arguments = CommandArguments::parse({"--help"});
+    ASSERT_TRUE(arguments);
+    EXPECT_TRUE(arguments->help);
+    for (const char* option : {"--data", "--port", "--listen-fd", "--config", "--exit-with-parent"})
+        EXPECT_NE(commandHelp().find(option), std::string::npos) << option;
+}
+
+TEST(CommandArguments, saysWhatIsWrong)
+{
+    const std::pair<std::vector<std::string>, const char*> cases[] = {
+        {{}, "Say what to do: \"serve\" starts the service."},
+        {{"start"}, "\"start\" is not known."},
+        {{"serve", "--datas", "/d"}, "\"--datas\" is not known."},
+        {{"serve", "--data"}, "\"--data\" needs a value."},
+        {{"serve", "--port", "1"}, "\"--data\" is missing."},
+        {{"serve", "--data", "/d"}, "\"--port\" or \"--listen-fd\" is missing."},
+        {{"serve", "--port", "65536"}, "\"--port\" needs a whole number from 0 to 65535."},
+        {{"serve", "--port", "-1"}, "\"--port\" needs a whole number from 0 to 65535."},
+        {{"serve", "--port", "80x"}, "\"--port\" needs a whole number from 0 to 65535."},
+        {{"serve", "--listen-fd", ""}, "\"--listen-fd\" needs a whole number from 0 to 2147483647."},
+    };
+    for (const auto& [arguments, error] : cases)
+    {
+        const auto parsed = CommandArguments::parse(arguments);
+        ASSERT_FALSE(parsed) << error;
+        EXPECT_EQ(parsed.error(), error);
+    }
+}
+
+} // namespace
+
+} // namespace VX::Test

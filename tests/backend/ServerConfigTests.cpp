@@ -1,0 +1,81 @@
+#include "tests/support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <backend/ServerConfig.h>
+
+namespace VX::Test
+{
+
+namespace
+{
+
+using namespace std::chrono_literals;
+
+TEST(ServerConfig, readsEverySetting)
+{
+    const auto config = parseServerConfig(R"({
+        "publicUrl": "https://service.example/quorvix/", "requireToken": true, "converter": "/opt/convert",
+        "workers": 3, "timeLimitSeconds": 60, "memoryLimitMiB": 100, "inputLimitMiB": 5, "uploadLimitMiB": 2,
+        "leaseSeconds": 7, "linkLifetimeSeconds": 8, "keepSeconds": 9, "statusHoldMilliseconds": 10})");
+    ASSERT_TRUE(config) << config.error();
+    EXPECT_EQ(config->publicUrl, "https://service.example/quorvix");
+    EXPECT_TRUE(config->requireToken);
+    EXPECT_EQ(config->converter, "/opt/convert");
+    EXPECT_EQ(config->workers, 3U);
+    EXPECT_EQ(config->limits.time, 60s);
+    EXPECT_EQ(config->limits.memory, 100U << 20U);
+    EXPECT_EQ(config->limits.input, 5U << 20U);
+    EXPECT_EQ(config->uploadLimit, 2U << 20U);
+    EXPECT_EQ(config->lease, 7s);
+    EXPECT_EQ(config->linkLifetime, 8s);
+    EXPECT_EQ(config->keep, 9s);
+    EXPECT_EQ(config->statusHold, 10ms);
+}
+
+TEST(ServerConfig, keepsTheDefaultOfWhatIsLeftOut)
+{
+    const auto config = parseServerConfig("{}");
+    ASSERT_TRUE(config) << config.error();
+    EXPECT_EQ(config->workers, 2U);
+    EXPECT_EQ(config->keep, 24h);
+    EXPECT_FALSE(config->requireToken);
+    EXPECT_GE(config->limits.memory, std::uint64_t{1} << 30U);
+}
+
+TEST(ServerConfig, refusesWhatItDoesNotUnderstand)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"[]", "It must be a JSON object."},
+        {R"({"worker": 2})", "\"worker\" is not a known setting."},
+        {R"({"workers": 0})", "\"workers\" must be a whole number from 1 to 256."},
+        {R"({"workers": -1})", "\"workers\" must be a whole number from 1 to 256."},
+        {R"({"workers": 1.5})", "\"workers\" must be a whole number from 1 to 256."},
+        {R"({"workers": "2"})", "\"workers\" must be a whole number from 1 to 256."},
+        {R"({"leaseSeconds": 301})", "\"leaseSeconds\" must be a whole number from 1 to 300."},
+        {R"({"requireToken": 1})", "\"requireToken\" must be true or false."},
+        {R"({"publicUrl": 1})", "\"publicUrl\" must be an http or https address."},
+        {R"({"publicUrl": "ftp://a"})", "\"publicUrl\" must be an http or https address."},
+        {R"({"converter": "convert"})", "\"converter\" must be the absolute path of a program."},
+        {R"({"converter": {}})", "\"converter\" must be the absolute path of a program."},
+    };
+    for (const auto& [text, error] : cases)
+    {
+        const auto config = parseServerConfig(text);
+        ASSERT_FALSE(config) << text;
+        EXPECT_EQ(config.error(), error);
+    }
+}
+
+TEST(ServerConfig, namesTheFileThatIsWrong)
+{
+    const TempDir folder;
+    const auto config = loadServerConfig(folder.write("service.json", R"({"x": 1})"));
+    ASSERT_FALSE(config);
+    EXPECT_EQ(config.error(), "The configuration file \"service.json\" cannot be used: \"x\" is not a known setting.");
+    EXPECT_FALSE(loadServerConfig(folder.path() / "missing.json"));
+}
+
+} // namespace
+
+} // namespace VX::Test

@@ -1,0 +1,259 @@
+#include "BackendProcess.h"
+#include "tests/backend/support/BackendTestSupport.h"
+#include "tests/support/EnvironmentVariable.h"
+#include "tests/support/TempDir.h"
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+#include <json/writer.h>
+
+#include <algorithm>
+#include <memory>
+#include <set>
+#include <thread>
+
+namespace VX::Test
+{
+
+namespace
+{
+
+class BackendSystemTest : public ::testing::Test
+{
+protected:
+    BackendSystemTest()
+    {
+        settings["converter"] = fakeConverter().string();
+        settings["leaseSeconds"] = 1;
+        settings["statusHoldMilliseconds"] = 100;
+    }
+
+    [[nodiscard]] std::vector<std::string> configArguments() const
+    {
+        const std::string text = Json::writeString(Json::StreamWriterBuilder(), settings);
+        return {"--config", folder.write("config.json", text).string()};
+    }
+
+    [[nodiscard]] std::unique_ptr<BackendProcess> start(std::vector<std::string> more = {}) const
+    {
+        const auto config = configArguments();
+        more.insert(more.end(), config.begin(), config.end());
+        return std::make_unique<BackendProcess>(data, log, more);
+    }
+
+    [[nodiscard]] static Client client(const std::unique_ptr<BackendProcess>& backend)
+    {
+        return Client(backend->port());
+    }
+
+    /// Queues a job and waits until its converter runs for the `count`th time.
+    static std::string startJob(const std::unique_ptr<BackendProcess>& backend, const std::string& command)
+    {
+        std::string id = client(backend).upload(command);
+        EXPECT_EQ(client(backend).convert(id).status, 200);
+        return id;
+    }
+
+    [[nodiscard]] bool waitForRuns(std::size_t count) const
+    {
+        return waitUntil([&] { return readLines(runs).size() == count; });
+    }
+
+    TempDir folder;
+    const std::filesystem::path data = folder.path() / "data";
+    const std::filesystem::path log = folder.path() / "log";
+    const std::filesystem::path runs = folder.path() / "runs";
+    const EnvironmentVariable runsVariable{"FAKE_CONVERTER_LOG", runs.string()};
+    Json::Value settings;
+};
+
+TEST_F(BackendSystemTest, convertsAFile)
+{
+    const auto backend = start();
+    EXPECT_EQ(client(backend).run("succeed a part"), "converted a part");
+}
+
+TEST_F(BackendSystemTest, endsWellOnSigterm)
+{
+    const auto backend = start();
+    EXPECT_EQ(client(backend).send("GET", "/healthz").status, 200);
+    EXPECT_EQ(backend->terminate(), 0);
+}
+
+TEST_F(BackendSystemTest, takesItsConversionsWithItOnSigterm)
+{
+    auto backend = start();
+    const auto go = folder.path() / "go";
+    const std::string id = startJob(backend, "wait " + go.string());
+    ASSERT_TRUE(waitForRuns(1));
+    const auto converters = childrenOf(backend->id());
+    ASSERT_EQ(converters.size(), 1U);
+    EXPECT_EQ(backend->terminate(), 0);
+    EXPECT_FALSE(isRunning(converters.front()));
+
+    folder.write("go", "");
+    backend = start();
+    EXPECT_EQ(client(backend).waitForEnd(id).json()["result"]["state"], "finished");
+}
+
+TEST_F(BackendSystemTest, takesItsConversionsWithItWhenItIsKilled)
+{
+    auto backend = start();
+    startJob(backend, "wait /never");
+    ASSERT_TRUE(waitForRuns(1));
+    const auto converters = childrenOf(backend->id());
+    ASSERT_EQ(converters.size(), 1U);
+    backend->killNow();
+    EXPECT_TRUE(waitUntil([&] { return !isRunning(converters.front()); }));
+}
+
+TEST_F(BackendSystemTest, runsAJobAgainAfterItWasKilled)
+{
+    auto backend = start();
+    const auto go = folder.path() / "go";
+    const std::string id = startJob(backend, "wait " + go.string());
+    ASSERT_TRUE(waitForRuns(1));
+    backend->killNow();
+
+    backend = start();
+    ASSERT_TRUE(waitForRuns(2));
+    folder.write("go", "");
+    EXPECT_EQ(client(backend).waitForEnd(id).json()["result"]["state"], "finished");
+    EXPECT_TRUE(waitUntil([&] { return std::filesystem::is_empty(data / "work"); }));
+}
+
+TEST_F(BackendSystemTest, failsAJobDuringWhichItWasKilledTwice)
+{
+    auto backend = start();
+    const std::string id = startJob(backend, "wait /never");
+    ASSERT_TRUE(waitForRuns(1));
+    backend->killNow();
+    backend = start();
+    ASSERT_TRUE(waitForRuns(2));
+    backend->killNow();
+
+    backend = start();
+    EXPECT_EQ(client(backend).waitForEnd(id).errorMessage(),
+              "The conversion was interrupted twice. Try again; if that does not help, the file may be damaged.");
+    EXPECT_EQ(readLines(runs).size(), 2U);
+}
+
+TEST_F(BackendSystemTest, failsAJobWhoseConverterIsKilledTwice)
+{
+    const auto backend = start();
+    const std::string id = startJob(backend, "wait /never");
+    for (std::size_t run = 1; run <= 2; ++run)
+    {
+        ASSERT_TRUE(waitForRuns(run));
+        for (const int converter : childrenOf(backend->id()))
+            killProcess(converter);
+    }
+    EXPECT_EQ(client(backend).waitForEnd(id).errorMessage(),
+              "The converter stopped unexpectedly. The file may be damaged: export it again from the program that "
+              "wrote it.");
+}
+
+TEST_F(BackendSystemTest, sharesItsDataFolderWithAnother)
+{
+    constexpr int jobsEach = 50;
+    const std::unique_ptr<BackendProcess> backends[] = {start(), start()};
+    std::vector<std::thread> clients;
+    std::vector<std::string> results(2 * jobsEach);
+    for (int c = 0; c < 10; ++c)
+        clients.emplace_back(
+            [&, c]
+            {
+                // Each client stays with one of the two; the jobs are done by both.
+                for (int i = c; i < 2 * jobsEach; i += 10)
+                    results[static_cast<std::size_t>(i)] = client(backends[c % 2]).run(fmt::format("succeed {}", i));
+            });
+    for (auto& thread : clients)
+        thread.join();
+
+    for (int i = 0; i < 2 * jobsEach; ++i)
+        EXPECT_EQ(results[static_cast<std::size_t>(i)], fmt::format("converted {}", i));
+    auto done = readLines(runs);
+    EXPECT_EQ(done.size(), static_cast<std::size_t>(2 * jobsEach));
+    EXPECT_EQ(std::set<std::string>(done.begin(), done.end()).size(), done.size()) << "no job is done twice";
+}
+
+TEST_F(BackendSystemTest, finishesTheJobsThatAnotherLeft)
+{
+    auto first = start();
+    const auto second = start();
+    const auto go = folder.path() / "go";
+    const std::string id = startJob(first, "wait " + go.string());
+    ASSERT_TRUE(waitForRuns(1));
+    if (childrenOf(first->id()).empty())
+        GTEST_FAIL() << "the process that was asked starts the job";
+    first->killNow();
+    folder.write("go", "");
+    EXPECT_EQ(client(second).waitForEnd(id).json()["result"]["state"], "finished");
+}
+
+TEST_F(BackendSystemTest, endsWithItsParentIfToldTo)
+{
+    const auto numberFile = folder.path() / "number";
+    auto arguments = configArguments();
+    arguments.insert(arguments.begin(), {"serve", "--data", data.string(), "--port", "0", "--exit-with-parent"});
+    const int shell = startShellOfBackend(arguments, numberFile);
+    ASSERT_TRUE(waitUntil([&] { return readLines(numberFile).size() == 1 && exists(data / "service.sqlite"); }));
+    const int backend = std::stoi(readLines(numberFile).front());
+    EXPECT_TRUE(isRunning(backend));
+    killProcess(shell);
+    EXPECT_TRUE(waitUntil([&] { return !isRunning(backend); }));
+}
+
+TEST_F(BackendSystemTest, outlivesTheThreadThatStartedIt)
+{
+    std::unique_ptr<BackendProcess> backend;
+    std::thread([&] { backend = start({"--exit-with-parent"}); }).join();
+    EXPECT_EQ(client(backend).run("succeed x"), "converted x");
+    EXPECT_EQ(backend->terminate(), 0);
+}
+
+TEST_F(BackendSystemTest, tellsWhatIsWrongWithItsArguments)
+{
+    EXPECT_EQ(runBackend({"serve", "--port", "0"}, log), 2);
+    EXPECT_NE(readFile(log).find("\"--data\" is missing.\n\nUsage: quorvix-backend serve"), std::string::npos);
+}
+
+TEST_F(BackendSystemTest, tellsWhyItCannotStart)
+{
+    const auto config = folder.write("wrong.json", R"({"worker":1})");
+    EXPECT_EQ(runBackend({"serve", "--port", "0", "--data", data.string(), "--config", config.string()}, log), 1);
+    EXPECT_EQ(readFile(log),
+              "The configuration file \"wrong.json\" cannot be used: \"worker\" is not a known setting.\n");
+}
+
+TEST_F(BackendSystemTest, helps)
+{
+    EXPECT_EQ(runBackend({"--help"}, log), 0);
+    EXPECT_TRUE(readFile(log).starts_with("Usage: quorvix-backend serve"));
+}
+
+TEST_F(BackendSystemTest, keepsItsFilesPrivate)
+{
+    const auto backend = start();
+    EXPECT_EQ(client(backend).run("succeed x"), "converted x");
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(data))
+        EXPECT_EQ(entry.status().permissions() & ~std::filesystem::perms::owner_all, std::filesystem::perms::none)
+            << entry.path();
+}
+
+TEST_F(BackendSystemTest, logsNoLinksAndNoIdentifiers)
+{
+    const auto backend = start();
+    const std::string id = client(backend).upload("succeed x");
+    EXPECT_EQ(client(backend).convert(id).status, 200);
+    EXPECT_EQ(client(backend).waitForEnd(id).status, 200);
+    EXPECT_EQ(backend->terminate(), 0);
+    const std::string text = readFile(log);
+    EXPECT_EQ(text.find("signature="), std::string::npos) << text;
+    EXPECT_EQ(text.find(id), std::string::npos) << text;
+    EXPECT_NE(text.find("finished after"), std::string::npos) << text;
+}
+
+} // namespace
+
+} // namespace VX::Test
