@@ -13,11 +13,12 @@ namespace VX
 {
 
 Housekeeping::Housekeeping(JobQueue& queue, const BlobStore& blobs, std::filesystem::path workFolder,
-                           std::chrono::seconds keep)
+                           std::chrono::seconds keep, std::chrono::milliseconds lease)
     : queue_(queue)
     , blobs_(blobs)
     , workFolder_(std::move(workFolder))
     , keep_(keep)
+    , lease_(lease)
     , thread_([this] { work_(); })
 {
 }
@@ -34,15 +35,16 @@ Housekeeping::~Housekeeping()
 
 void Housekeeping::work_()
 {
-    do
+    clean_();
+    // A service that was killed a moment ago left work behind whose lease still held.
+    for (std::chrono::milliseconds time = lease_; sleep_(time); time = interval)
         clean_();
-    while (sleep_());
 }
 
 /// @return false when the object is being destroyed
-bool Housekeeping::sleep_()
+bool Housekeeping::sleep_(std::chrono::milliseconds time)
 {
-    const auto until = std::chrono::steady_clock::now() + interval;
+    const auto until = std::chrono::steady_clock::now() + time;
     MutexLock lock(mutex_);
     while (!stopping_ && stopped_.wait_until(lock, until) == std::cv_status::no_timeout)
         continue;

@@ -14,7 +14,8 @@ class BlobStore;
 class JobQueue;
 
 /// Removes what nobody needs any more: jobs, uploads and results after their time, and what a crash left behind.
-/// It does so on a thread of its own, once at the start and then every hour.
+/// It does so on a thread of its own: at the start, once more when the leases of that time have run out, and then every
+/// hour.
 class Housekeeping
 {
 public:
@@ -22,7 +23,9 @@ public:
 
     /// @param workFolder  the folder with one folder for each running conversion
     /// @param keep        how long jobs and blobs stay
-    Housekeeping(JobQueue& queue, const BlobStore& blobs, std::filesystem::path workFolder, std::chrono::seconds keep);
+    /// @param lease       as the queue's
+    Housekeeping(JobQueue& queue, const BlobStore& blobs, std::filesystem::path workFolder, std::chrono::seconds keep,
+                 std::chrono::milliseconds lease);
     ~Housekeeping();
 
     Housekeeping(const Housekeeping&) = delete;
@@ -32,12 +35,13 @@ private:
     void work_();
     void clean_();
     void removeDeadWork_();
-    [[nodiscard]] bool sleep_();
+    [[nodiscard]] bool sleep_(std::chrono::milliseconds time);
 
     JobQueue& queue_;
     const BlobStore& blobs_;
     const std::filesystem::path workFolder_;
     const std::chrono::seconds keep_;
+    const std::chrono::milliseconds lease_;
     Mutex mutex_;
     std::condition_variable_any stopped_;
     bool stopping_ VX_GUARDED_BY(mutex_) = false;

@@ -120,7 +120,7 @@ tl::expected<void, std::string> Service::Impl::serve(const HttpServer::Settings&
     server_ = std::move(*server);
     publicUrl_.set_value(config_.publicUrl.empty() ? fmt::format("http://127.0.0.1:{}", port()) : config_.publicUrl);
     workers_.start(config_.workers);
-    housekeeping_ = std::make_unique<Housekeeping>(*queue_, blobs_, folder_.work(), config_.keep);
+    housekeeping_ = std::make_unique<Housekeeping>(*queue_, blobs_, folder_.work(), config_.keep, config_.lease);
     return {};
 }
 

@@ -20,7 +20,8 @@ namespace
 
 constexpr int busyTimeoutMs = 5000;
 
-std::string errorText(sqlite3* database)
+/// @param name  of the file
+std::string errorText(sqlite3* database, const std::string& name)
 {
     const int code = sqlite3_errcode(database);
     const std::error_code system(sqlite3_system_errno(database), std::generic_category());
@@ -28,12 +29,15 @@ std::string errorText(sqlite3* database)
         return diskFullText();
     if (code == SQLITE_BUSY)
         return "The database is busy: try again.";
-
-    const char* file = sqlite3_db_filename(database, "main");
-    const std::string name = file ? utf8string(pathFromUtf8(file).filename()) : std::string();
     if (code == SQLITE_CORRUPT || code == SQLITE_NOTADB)
         return fmt::format("The database \"{}\" is damaged: move it away and start the service again.", name);
     return fmt::format("The database \"{}\" cannot be used: {}.", name, sqlite3_errmsg(database));
+}
+
+std::string errorText(sqlite3* database)
+{
+    const char* file = sqlite3_db_filename(database, "main");
+    return errorText(database, file ? utf8string(pathFromUtf8(file).filename()) : std::string());
 }
 
 } // namespace
@@ -125,7 +129,8 @@ tl::expected<SqliteDatabase, std::string> SqliteDatabase::open(const std::filesy
     const int code = sqlite3_open_v2(utf8string(file).c_str(), &handle, flags, nullptr);
     SqliteDatabase database(handle);
     if (code != SQLITE_OK)
-        return tl::unexpected(handle ? errorText(handle) : std::string("Not enough memory for the database."));
+        return tl::unexpected(handle ? errorText(handle, utf8string(file.filename()))
+                                     : std::string("Not enough memory for the database."));
 
     // The log files beside the database take their mode from it. A file system without modes is not an error.
     std::error_code ignored;

@@ -49,9 +49,11 @@ tl::expected<HttpBodySink, HttpResponse> StorageApi::acceptUpload(const HttpRequ
     if (!grant)
         return tl::unexpected(forbiddenAnswer());
     // Told now, the client need not send what cannot be kept.
-    const auto length = announcedLength(head);
-    const auto space = blobs_.freeSpace();
-    if (length && space && *length <= grant->limit && *length > *space)
+    const std::uint64_t length = announcedLength(head).value_or(0);
+    if (length > grant->limit)
+        return tl::unexpected(errorAnswer(413, "The file is too large for the conversion service: split it into "
+                                               "smaller ones."));
+    if (length > blobs_.freeSpace().value_or(length))
         return tl::unexpected(failureAnswer(diskFullText()));
     return HttpBodySink{.limit = grant->limit, .file = blobs_.incomingFile()};
 }

@@ -13,7 +13,7 @@ class BlobStore;
 
 /// Uploads to and downloads from the store by presigned links; bodies go straight from and to the disk.
 /// A link that is forged, expired or for something else is answered with status 403, a blob that is not there with 404,
-/// an upload that the disk has no room for with 507.
+/// an upload that is larger than the link allows with 413, one that the disk has no room for with 507.
 /// @threads any
 class StorageApi
 {

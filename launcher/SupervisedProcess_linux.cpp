@@ -6,7 +6,7 @@
 #include <signal.h>
 #include <spawn.h>
 #include <sys/eventfd.h>
-#include <sys/pidfd.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -87,7 +87,7 @@ private:
             spdlog::error("Cannot start the local services: errno {}", error);
             return waitReadable(stopEvent_, cLongestPause);
         }
-        const int process = pidfd_open(pid, 0);
+        const auto process = static_cast<int>(::syscall(SYS_pidfd_open, pid, 0));
         pollfd entries[]{{stopEvent_, POLLIN, 0}, {process, POLLIN, 0}};
         while (poll(entries, 2, -1) < 0)
         {

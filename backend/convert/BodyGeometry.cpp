@@ -1,21 +1,18 @@
 #include "BodyGeometry.h"
 
+#include "FaceColors.h"
 #include "FaceMesh.h"
 #include "SharpEdges.h"
-
-#include <framework/VXMesh/src/formats/PointOffset.h>
-
-#include <VXMesh/ObjectMesh.h>
 
 #include <BRep_Builder.hxx>
 #include <TopExp.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Compound.hxx>
+#include <framework/VXMesh/src/formats/PointOffset.h>
 #include <tbb/parallel_for.h>
 
 #include <algorithm>
-#include <functional>
 
 namespace VX
 {
@@ -73,26 +70,6 @@ void collectFaces(std::span<const StepSolid* const> solids, BodyFaces& body)
     }
 }
 
-/// Gives the mesh a colour for each triangle where faces differ.
-/// @return the colour of all faces where they do not
-std::optional<Color> colorFaces(const BodyFaces& body, Mesh& mesh)
-{
-    const bool isUniform =
-        std::ranges::adjacent_find(body.colors, std::ranges::not_equal_to()) == body.colors.end();
-    if (isUniform)
-        return body.colors.front();
-    mesh.faceColors.resize(mesh.triangles.size(), ObjectMesh().color());
-    for (std::size_t face = 0; face < body.colors.size(); ++face)
-    {
-        const std::size_t begin = body.firstTriangles[face];
-        const std::size_t end = face + 1 < body.colors.size() ? body.firstTriangles[face + 1] : mesh.triangles.size();
-        if (body.colors[face])
-            std::fill(mesh.faceColors.begin() + static_cast<std::ptrdiff_t>(begin),
-                      mesh.faceColors.begin() + static_cast<std::ptrdiff_t>(end), *body.colors[face]);
-    }
-    return std::nullopt;
-}
-
 std::shared_ptr<const Lines> makeLines(const BodyFaces& body, const Mesh& mesh)
 {
     auto lines = std::make_shared<Lines>();
@@ -111,6 +88,12 @@ std::shared_ptr<const Lines> makeLines(const BodyFaces& body, const Mesh& mesh)
 }
 
 } // namespace
+
+bool isDrawable(const Mesh& mesh)
+{
+    return !mesh.triangles.empty() &&
+           std::ranges::all_of(mesh.points, [](const Vector3f& point) { return point.allFinite(); });
+}
 
 std::optional<BodyGeometry> makeBodyGeometry(std::span<const StepSolid* const> solids)
 {
@@ -133,7 +116,9 @@ std::optional<BodyGeometry> makeBodyGeometry(std::span<const StepSolid* const> s
                       });
     BodyGeometry geometry;
     mesh->points = subtractOffset(points, geometry.offset);
-    geometry.color = colorFaces(body, *mesh);
+    if (!isDrawable(*mesh))
+        return std::nullopt;
+    geometry.color = applyFaceColors(*mesh, body.firstTriangles, body.colors);
     geometry.edges = makeLines(body, *mesh);
     geometry.mesh = mesh;
     return geometry;

@@ -17,6 +17,9 @@ struct BodyGeometry
     std::optional<Color> color;         ///< of all faces, where `mesh` has no colours
 };
 
+/// Whether there is a triangle and all points are finite: a damaged file may place them beyond all numbers.
+[[nodiscard]] bool isDrawable(const Mesh& mesh);
+
 /// Gathers the triangles of meshed solids into one mesh. Vertices belong to one face each, with the normals of its
 /// surface, so that curved faces look smooth and the edges between them crisp.
 /// The edges are the boundaries of faces, and those between faces whose normals differ by more than 3 degrees; seams of

@@ -1,5 +1,7 @@
 #include "FaceMesh.h"
 
+#include "LibraryCall.h"
+
 #include <BRep_Tool.hxx>
 #include <GeomAdaptor_Surface.hxx>
 #include <Poly_Triangulation.hxx>
@@ -30,16 +32,15 @@ public:
     {
         TopLoc_Location location;
         const Handle(Geom_Surface)& surface = BRep_Tool::Surface(face, location);
-        if (!surface.IsNull())
-            surface_.Load(surface);
-        isPlane_ = !surface.IsNull() && surface_.GetType() == GeomAbs_Plane;
+        isValid_ = !surface.IsNull() && callLibrary([&] { surface_.Load(surface); });
+        isPlane_ = isValid_ && surface_.GetType() == GeomAbs_Plane;
         if (isPlane_)
             planeNormal_ = at_(gp_Pnt2d(0, 0));
     }
 
     [[nodiscard]] Vector3d at(const gp_Pnt2d& uv) const { return isPlane_ ? planeNormal_ : at_(uv); }
 
-    [[nodiscard]] bool isValid() const { return !surface_.Surface().IsNull(); }
+    [[nodiscard]] bool isValid() const { return isValid_; }
 
 private:
     [[nodiscard]] Vector3d at_(const gp_Pnt2d& uv) const
@@ -48,7 +49,8 @@ private:
         gp_Pnt point;
         gp_Vec du;
         gp_Vec dv;
-        surface_.D1(uv.X(), uv.Y(), point, du, dv);
+        if (!callLibrary([&] { surface_.D1(uv.X(), uv.Y(), point, du, dv); }))
+            return Vector3d::Zero();
         const Vector3d normal = toVector(du.XYZ()).cross(toVector(dv.XYZ()));
         const double length = normal.norm();
         return length > parallel * du.Magnitude() * dv.Magnitude() && std::isfinite(length)
@@ -57,6 +59,7 @@ private:
     }
 
     GeomAdaptor_Surface surface_;
+    bool isValid_ = false;
     bool isPlane_ = false;
     Vector3d planeNormal_ = Vector3d::Zero();
 };

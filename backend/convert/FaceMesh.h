@@ -28,8 +28,8 @@ struct FaceMeshTarget
     std::uint32_t firstPoint = 0; ///< the index of the first vertex in the mesh
 };
 
-/// Writes the vertices, normals and triangles of a meshed face, seen from outside. The normals are those of the surface;
-/// at points without one, such as the tip of a cone, the average of the triangles there.
+/// Writes the vertices, normals and triangles of a meshed face, seen from outside. The normals are those of the
+/// surface; at points without one, such as the tip of a cone, the average of the triangles there.
 /// @threads any
 void writeFaceMesh(const TopoDS_Face& face, const FaceMeshTarget& target);
 

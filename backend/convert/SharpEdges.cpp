@@ -57,7 +57,8 @@ public:
     {
         if (lines.size() != 2 || lines[0].size() != lines[1].size())
             return true;
-        // The ends are often corners or tips, where the normals say little about the edge; a straight edge has only them.
+        // The ends are often corners or tips, where the normals say little about the edge; a straight edge has only
+        // them.
         const std::size_t count = lines[0].size();
         if (count == 2)
             return isCreased_(lines, 0) && isCreased_(lines, 1);

@@ -19,8 +19,9 @@ namespace VX
 /// @param normals     of the mesh's vertices
 /// @return each edge's vertices of the mesh, in order along the edge
 /// @threads any
-[[nodiscard]] std::vector<std::vector<std::uint32_t>>
-findSharpEdges(const TopoDS_Shape& shape, const TopTools_IndexedMapOfShape& faces,
-               const std::vector<std::uint32_t>& firstPoints, const std::vector<Vector3f>& normals);
+[[nodiscard]] std::vector<std::vector<std::uint32_t>> findSharpEdges(const TopoDS_Shape& shape,
+                                                                     const TopTools_IndexedMapOfShape& faces,
+                                                                     const std::vector<std::uint32_t>& firstPoints,
+                                                                     const std::vector<Vector3f>& normals);
 
 } // namespace VX

@@ -126,7 +126,8 @@ public:
         {
             const int number = numberOf_(item.item);
             isEmpty = isEmpty && number == 0;
-            excerpt_.items.push_back({number == 0 ? 0 : writeRepresentation_(number, numberOf_(contextOf_(item))), number});
+            excerpt_.items.push_back(
+                {number == 0 ? 0 : writeRepresentation_(number, numberOf_(contextOf_(item))), number});
         }
         writeOpen_(false);
         excerpt_.text += "ENDSEC;\nEND-ISO-10303-21;\n";

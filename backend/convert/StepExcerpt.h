@@ -22,8 +22,8 @@ struct StepExcerpt
     };
 
     std::string text;
-    std::vector<Item> items;                   ///< one each for the items asked for
-    int size = 0;                              ///< instances have the numbers from 1 to this
+    std::vector<Item> items;                    ///< one each for the items asked for
+    int size = 0;                               ///< instances have the numbers from 1 to this
     std::unordered_map<StepIndex, int> numbers; ///< of the file's instances in the text, 0 where damaged
 };
 

@@ -1,5 +1,7 @@
 #include "StepHealing.h"
 
+#include "LibraryCall.h"
+
 #include <ShapeBuild_ReShape.hxx>
 #include <ShapeFix_Edge.hxx>
 #include <ShapeFix_Face.hxx>
@@ -7,7 +9,6 @@
 #include <ShapeFix_Shell.hxx>
 #include <ShapeFix_Solid.hxx>
 #include <ShapeFix_Wire.hxx>
-#include <Standard_Failure.hxx>
 
 namespace VX
 {
@@ -36,27 +37,24 @@ void healStepSolid(StepSolid& solid, HealingDepth depth)
 {
     if (solid.shape.shape.IsNull())
         return;
-    try
-    {
-        const Handle(ShapeFix_Shape) healing = new ShapeFix_Shape(solid.shape.shape);
-        healing->SetPrecision(solid.shape.precision);
-        healing->SetMaxTolerance(solid.shape.maxTolerance);
-        // As the library's own reader sets it.
-        healing->FixFaceTool()->FixWireTool()->FixSameParameterMode() = no;
-        healing->FixSolidTool()->CreateOpenSolidMode() = Standard_False;
-        if (depth == HealingDepth::Quick)
-            skipChecks(*healing);
-        healing->Perform();
-        if (healing->Shape().IsNull())
-            return;
-        solid.shape.shape = healing->Shape();
-        for (auto& [face, color] : solid.faceColors)
-            face = healing->Context()->Apply(face);
-    }
-    catch (const Standard_Failure&)
-    {
-        return;
-    }
+    callLibrary(
+        [&]
+        {
+            const Handle(ShapeFix_Shape) healing = new ShapeFix_Shape(solid.shape.shape);
+            healing->SetPrecision(solid.shape.precision);
+            healing->SetMaxTolerance(solid.shape.maxTolerance);
+            // As the library's own reader sets it.
+            healing->FixFaceTool()->FixWireTool()->FixSameParameterMode() = no;
+            healing->FixSolidTool()->CreateOpenSolidMode() = Standard_False;
+            if (depth == HealingDepth::Quick)
+                skipChecks(*healing);
+            healing->Perform();
+            if (healing->Shape().IsNull())
+                return;
+            for (auto& [face, color] : solid.faceColors)
+                face = healing->Context()->Apply(face);
+            solid.shape.shape = healing->Shape();
+        });
 }
 
 } // namespace VX

@@ -11,8 +11,8 @@ enum class HealingDepth
     /// What meshing needs: curves of the edges in the surfaces' parameters, seams, degenerated edges, the order and the
     /// orientation of edges, wires and faces.
     Quick,
-    /// All that the library knows, self-intersections and tolerances among it: twice as slow, for shapes that the mesher
-    /// cannot mesh otherwise.
+    /// All that the library knows, self-intersections and tolerances among it: twice as slow, for shapes that the
+    /// mesher cannot mesh otherwise.
     Thorough
 };
 

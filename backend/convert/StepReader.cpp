@@ -1,7 +1,8 @@
 #include "StepReader.h"
 
+#include "LibraryCall.h"
+
 #include <STEPControl_Reader.hxx>
-#include <Standard_Failure.hxx>
 #include <StepData_StepModel.hxx>
 #include <TransferBRep.hxx>
 #include <Transfer_TransientProcess.hxx>
@@ -33,9 +34,10 @@ class PostponedHealing : public XSAlgo_AlgoContainer
 public:
     PostponedHealing() { SetToolContainer(XSAlgo::AlgoContainer()->ToolContainer()); }
 
-    TopoDS_Shape ProcessShape(const TopoDS_Shape& shape, const Standard_Real precision, const Standard_Real maxTolerance,
-                              const Standard_CString /*resource*/, const Standard_CString /*sequence*/,
-                              Handle(Standard_Transient) & /*info*/, const Message_ProgressRange& /*progress*/,
+    TopoDS_Shape ProcessShape(const TopoDS_Shape& shape, const Standard_Real precision,
+                              const Standard_Real maxTolerance, const Standard_CString /*resource*/,
+                              const Standard_CString /*sequence*/, Handle(Standard_Transient) & /*info*/,
+                              const Message_ProgressRange& /*progress*/,
                               const Standard_Boolean /*nonManifold*/) const override
     {
         last_ = {shape, precision, maxTolerance};
@@ -43,6 +45,8 @@ public:
     }
 
     [[nodiscard]] const StepShape& last() const { return last_; }
+
+    void forget() { last_ = {}; }
 
 private:
     mutable StepShape last_;
@@ -55,6 +59,19 @@ struct StepReader::Session
     STEPControl_Reader reader;
     opencascade::handle<PostponedHealing> healing;
     std::vector<Handle(Standard_Transient)> entities; ///< by number in the excerpt
+
+    void listEntities(std::size_t size)
+    {
+        const Handle(StepData_StepModel) model = reader.StepModel();
+        entities.resize(size + 1);
+        for (int index = 1; index <= model->NbEntities(); ++index)
+        {
+            const Handle(Standard_Transient) entity = model->Value(index);
+            const auto number = static_cast<std::size_t>(model->IdentLabel(entity));
+            if (number < entities.size())
+                entities[number] = entity;
+        }
+    }
 
     [[nodiscard]] Handle(Standard_Transient) entity(int number) const
     {
@@ -74,29 +91,20 @@ StepReader::~StepReader() = default;
 
 tl::expected<void, std::string> StepReader::read(const StepExcerpt& excerpt)
 {
-    const auto damaged = tl::unexpected<std::string>("The STEP file is damaged: its geometry cannot be read.");
-    try
-    {
-        std::string text = excerpt.text;
-        TextBuffer buffer(text);
-        std::istream stream(&buffer);
-        if (session_->reader.ReadStream("excerpt", stream) != IFSelect_RetDone)
-            return damaged;
-        const Handle(StepData_StepModel) model = session_->reader.StepModel();
-        session_->entities.resize(static_cast<std::size_t>(excerpt.size) + 1);
-        for (int index = 1; index <= model->NbEntities(); ++index)
+    std::string text = excerpt.text;
+    TextBuffer buffer(text);
+    std::istream stream(&buffer);
+    bool isRead = false;
+    callLibrary(
+        [&]
         {
-            const Handle(Standard_Transient) entity = model->Value(index);
-            const auto number = static_cast<std::size_t>(model->IdentLabel(entity));
-            if (number < session_->entities.size())
-                session_->entities[number] = entity;
-        }
-        return {};
-    }
-    catch (const Standard_Failure&)
-    {
-        return damaged;
-    }
+            isRead = session_->reader.ReadStream("excerpt", stream) == IFSelect_RetDone;
+            if (isRead)
+                session_->listEntities(static_cast<std::size_t>(excerpt.size));
+        });
+    if (!isRead)
+        return tl::unexpected<std::string>("The STEP file is damaged: its geometry cannot be read.");
+    return {};
 }
 
 StepShape StepReader::translate(const StepExcerpt::Item& item)
@@ -104,14 +112,8 @@ StepShape StepReader::translate(const StepExcerpt::Item& item)
     const Handle(Standard_Transient) representation = session_->entity(item.representation);
     if (representation.IsNull())
         return {};
-    try
-    {
-        session_->reader.TransferEntity(representation);
-    }
-    catch (const Standard_Failure&)
-    {
-        return {};
-    }
+    session_->healing->forget();
+    callLibrary([&] { session_->reader.TransferEntity(representation); });
     StepShape result = session_->healing->last();
     result.shape = find(item.item);
     return result;

@@ -84,7 +84,8 @@ StepInstance parseInstance(std::string_view statement)
     if (!id)
         return {};
     if (first.kind == StepTokenKind::Keyword)
-        return {*id, stepType(first.text), statement.substr(static_cast<std::size_t>(first.text.data() - statement.data()))};
+        return {*id, stepType(first.text),
+                statement.substr(static_cast<std::size_t>(first.text.data() - statement.data()))};
     if (first.kind == StepTokenKind::Open)
         return {*id, complexStepType, statement.substr(tokens.position() - 1)};
     return {};

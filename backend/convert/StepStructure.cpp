@@ -147,8 +147,8 @@ private:
 
     void addUsage_(StepNode& node, const StepUsage& usage, const Transform& transform)
     {
-        node.children.push_back(
-            {nodeOf_(usage.component), usage.usage, usableStepName(stepString(file_.record(usage.usage)[1])), transform});
+        node.children.push_back({nodeOf_(usage.component), usage.usage, true,
+                                 usableStepName(stepString(file_.record(usage.usage)[1])), transform});
     }
 
     /// Gathers the items of the representations and of those that hold more of the same.
@@ -177,7 +177,7 @@ private:
                     open.push_back(neighbour.representation);
                 else if (neighbour.toNeighboured.matrix().allFinite())
                     node.children.push_back(
-                        {nodeOf_(neighbour.representation), noStepInstance, {}, neighbour.toNeighboured});
+                        {nodeOf_(neighbour.representation), noStepInstance, false, {}, neighbour.toNeighboured});
             }
         }
     }
@@ -205,7 +205,8 @@ private:
                     const std::unordered_set<StepIndex>& components, std::vector<StepUsage>& unplaced)
     {
         const StepRecord mapped = file_.record(item);
-        const StepRecord map = file_.record(file_.reference(mapped[1]), "REPRESENTATION_MAP"_step).value_or(StepRecord());
+        const StepRecord map =
+            file_.record(file_.reference(mapped[1]), "REPRESENTATION_MAP"_step).value_or(StepRecord());
         const StepIndex representation = file_.reference(map[1]);
         const std::optional<StepRepresentation> shape = relations_.representation(representation);
         if (!shape)
@@ -221,8 +222,9 @@ private:
         const StepIndex owner = relations_.ownerOf(representation);
         if (!components.contains(owner))
         {
-            const std::size_t child = nodeOf_(owner != noStepInstance ? owner : representation);
-            node.children.push_back({child, item, usableStepName(stepString(mapped[0])), transform});
+            const bool isProduct = owner != noStepInstance;
+            const std::size_t child = nodeOf_(isProduct ? owner : representation);
+            node.children.push_back({child, item, isProduct, usableStepName(stepString(mapped[0])), transform});
             return;
         }
         // The mapped item is how this file places a usage of its product.
@@ -260,6 +262,7 @@ private:
             std::size_t node;
             std::size_t next;
         };
+
         std::vector<Visit> path{{start, 0}};
         states_[start] = State::Open;
         while (!path.empty())
@@ -306,8 +309,7 @@ private:
         if (instance.type == complexStepType)
             return file_.is(index, "SHAPE_REPRESENTATION"_step) && !file_.is(index, "DRAUGHTING_MODEL"_step);
         const StepToken keyword = StepTokenizer(instance.text).next();
-        return keyword.text.ends_with("SHAPE_REPRESENTATION") &&
-               !keyword.text.starts_with("CONTEXT_DEPENDENT_");
+        return keyword.text.ends_with("SHAPE_REPRESENTATION") && !keyword.text.starts_with("CONTEXT_DEPENDENT_");
     }
 
     enum class State

@@ -23,17 +23,18 @@ struct StepItem
 struct StepChild
 {
     std::size_t node = 0;
-    StepIndex usage = noStepInstance;             ///< the usage occurrence or the mapped item
-    std::string name;                             ///< of the instance, may be empty
+    StepIndex usage = noStepInstance;            ///< the usage occurrence or the mapped item
+    bool isProduct = false;                      ///< a product in an assembly, not just mapped geometry
+    std::string name;                            ///< of the instance, may be empty
     Transform transform = Transform::Identity(); ///< to the coordinates of the parent, millimetres
 };
 
 /// A part, an assembly, or both.
 struct StepNode
 {
-    std::string name;                   ///< may be empty
-    std::vector<StepItem> solids;       ///< exact geometry, for the library to translate
-    std::vector<StepItem> tessellated;  ///< triangles
+    std::string name;                  ///< may be empty
+    std::vector<StepItem> solids;      ///< exact geometry, for the library to translate
+    std::vector<StepItem> tessellated; ///< triangles
     std::vector<StepChild> children;
 };
 

@@ -37,6 +37,7 @@ std::optional<Color> predefinedColor(const std::string& name)
         std::string_view name;
         Color color;
     };
+
     static constexpr std::array<Named, 8> colors{{{"red", {255, 0, 0}},
                                                   {"green", {0, 255, 0}},
                                                   {"blue", {0, 0, 255}},
@@ -49,7 +50,8 @@ std::optional<Color> predefinedColor(const std::string& name)
     return found == colors.end() ? std::nullopt : std::optional(found->color);
 }
 
-/// Instances that a search has been to: each is looked at once, however often and in whatever circles it is referred to.
+/// Instances that a search has been to: each is looked at once, however often and in whatever circles it is referred
+/// to.
 using Seen = std::unordered_set<StepIndex>;
 
 /// Follows the surface styles below `style` to their colour; styles of curves and points are not looked at.
@@ -128,9 +130,9 @@ bool isFace(StepType type)
 /// What stands between an item and its faces.
 bool isFaceSet(StepType type)
 {
-    static constexpr std::array sets{"CLOSED_SHELL"_step,          "OPEN_SHELL"_step,        "ORIENTED_CLOSED_SHELL"_step,
-                                     "ORIENTED_OPEN_SHELL"_step,   "CONNECTED_FACE_SET"_step, "ORIENTED_FACE"_step,
-                                     "TESSELLATED_SHELL"_step};
+    static constexpr std::array sets{
+        "CLOSED_SHELL"_step,       "OPEN_SHELL"_step,    "ORIENTED_CLOSED_SHELL"_step, "ORIENTED_OPEN_SHELL"_step,
+        "CONNECTED_FACE_SET"_step, "ORIENTED_FACE"_step, "TESSELLATED_SHELL"_step};
     return std::ranges::find(sets, type) != sets.end();
 }
 
@@ -151,8 +153,8 @@ StepStyles::StepStyles(const StepFile& file)
         if (isUsage(file_.type(usage)))
             shapeUsages_.emplace(file_.reference(record[1]), usage);
     }
-    for (const StepType type : {"STYLED_ITEM"_step, "OVER_RIDING_STYLED_ITEM"_step,
-                                "CONTEXT_DEPENDENT_OVER_RIDING_STYLED_ITEM"_step})
+    for (const StepType type :
+         {"STYLED_ITEM"_step, "OVER_RIDING_STYLED_ITEM"_step, "CONTEXT_DEPENDENT_OVER_RIDING_STYLED_ITEM"_step})
         for (const StepIndex index : file_.all(type))
             style_(index);
     readHidden_();

@@ -1,12 +1,12 @@
 #include "StepTessellation.h"
 
+#include "LibraryCall.h"
 #include "StepHealing.h"
 
 #include <BRepBndLib.hxx>
 #include <BRepMesh_IncrementalMesh.hxx>
 #include <BRep_Tool.hxx>
 #include <Bnd_Box.hxx>
-#include <Standard_Failure.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopLoc_Location.hxx>
 #include <TopoDS.hxx>
@@ -38,18 +38,11 @@ void mesh(const TopoDS_Shape& shape, double diagonal)
 {
     if (shape.IsNull())
         return;
-    try
-    {
-        IMeshTools_Parameters parameters;
-        parameters.Deflection = std::max(diagonal * chordTolerance, smallestDeflection);
-        parameters.Angle = angleTolerance;
-        parameters.InParallel = Standard_True;
-        const BRepMesh_IncrementalMesh mesher(shape, parameters);
-    }
-    catch (const Standard_Failure&)
-    {
-        return;
-    }
+    IMeshTools_Parameters parameters;
+    parameters.Deflection = std::max(diagonal * chordTolerance, smallestDeflection);
+    parameters.Angle = angleTolerance;
+    parameters.InParallel = Standard_True;
+    callLibrary([&] { const BRepMesh_IncrementalMesh mesher(shape, parameters); });
 }
 
 } // namespace
@@ -65,7 +58,7 @@ double diagonalOf(std::span<const StepSolid* const> solids)
     Bnd_Box box;
     for (const StepSolid* solid : solids)
         if (!solid->shape.shape.IsNull())
-            BRepBndLib::Add(solid->shape.shape, box, Standard_False);
+            callLibrary([&] { BRepBndLib::Add(solid->shape.shape, box, Standard_False); });
     if (box.IsVoid() || box.IsOpen())
         return 0;
     return std::sqrt(box.SquareExtent());

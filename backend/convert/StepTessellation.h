@@ -26,8 +26,8 @@ struct TessellationTask
     double diagonal = 0; ///< of the part that the solid belongs to
 };
 
-/// Meshes the faces of healed solids, all of them different; the triangles stay with the faces. A solid with a face that
-/// cannot be meshed is healed thoroughly and meshed once more.
+/// Meshes the faces of healed solids, all of them different; the triangles stay with the faces. A solid with a face
+/// that cannot be meshed is healed thoroughly and meshed once more.
 /// @threads one at a time; uses the TBB pool
 void tessellateStepSolids(std::span<const TessellationTask> tasks);
 

@@ -113,7 +113,12 @@ bool isUtf8(std::string_view text)
     while (at < text.size())
     {
         const auto first = static_cast<unsigned char>(text[at]);
-        const std::size_t length = first < 0x80 ? 1 : first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 0;
+        const std::size_t length = first < 0x80   ? 1
+                                   : first < 0xC2 ? 0
+                                   : first < 0xE0 ? 2
+                                   : first < 0xF0 ? 3
+                                   : first < 0xF5 ? 4
+                                                  : 0;
         if (length == 0 || at + length > text.size())
             return false;
         for (std::size_t k = 1; k < length; ++k)

@@ -19,6 +19,7 @@ double prefixFactor(std::string_view prefix)
         std::string_view name;
         double factor;
     };
+
     static constexpr std::array<Prefix, 16> prefixes{{{"EXA", 1e18},
                                                       {"PETA", 1e15},
                                                       {"TERA", 1e12},

@@ -41,7 +41,7 @@ TEST_F(HousekeepingTest, removesJobsAndFilesAfterTheirTime)
     makeOld(blobs.path("uploads/old"));
     makeOld(blobs.path("results/old"));
 
-    const Housekeeping housekeeping(*queue, blobs, work, 24h);
+    const Housekeeping housekeeping(*queue, blobs, work, 24h, 10s);
     EXPECT_TRUE(waitUntil([&] { return !blobs.size("uploads/old") && !blobs.size("results/old"); }));
     EXPECT_TRUE(waitUntil([&] { return !queue->status("old").value(); }));
     EXPECT_TRUE(blobs.size("uploads/new"));
@@ -57,14 +57,27 @@ TEST_F(HousekeepingTest, removesTheWorkOfDeadWorkersOnly)
     folder.write("work/dead/input", "x");
     folder.write("work/" + live.leaseToken + "/input", "x");
 
-    const Housekeeping housekeeping(*queue, blobs, work, 24h);
+    const Housekeeping housekeeping(*queue, blobs, work, 24h, 10s);
     EXPECT_TRUE(waitUntil([&] { return !std::filesystem::exists(work / "dead"); }));
     EXPECT_TRUE(std::filesystem::exists(work / live.leaseToken / "input"));
 }
 
+TEST_F(HousekeepingTest, removesTheWorkOfAServiceThatWasKilledJustBefore)
+{
+    now = std::chrono::system_clock::now();
+    ASSERT_TRUE(queue->add("a"));
+    ASSERT_TRUE(queue->enqueue("a"));
+    const ClaimedJob dead = queue->claim().value().value();
+    folder.write("work/" + dead.leaseToken + "/input", "x");
+
+    const Housekeeping housekeeping(*queue, blobs, work, 24h, 50ms);
+    now = now.load() + 10s;
+    EXPECT_TRUE(waitUntil([&] { return !std::filesystem::exists(work / dead.leaseToken); }));
+}
+
 TEST_F(HousekeepingTest, endsAtOnce)
 {
-    const Housekeeping housekeeping(*queue, blobs, work, 24h);
+    const Housekeeping housekeeping(*queue, blobs, work, 24h, 10s);
 }
 
 } // namespace

@@ -51,7 +51,7 @@ TEST_F(PresignedUrlTest, hasASignatureOverMethodKeyExpiryAndLimit)
 {
     EXPECT_EQ(links.sign({.method = "PUT", .key = "uploads/a", .expiry = now, .limit = 1000}),
               "/storage/uploads/a?expires=1700000000&limit=1000&signature="
-              "SIGNATURE");
+              "a6c22d6f888d88518c9e061491a554d48ae8a5ebdecbef4ee3f28cc981a23265");
 }
 
 TEST_F(PresignedUrlTest, givesBackWhatItAllows)

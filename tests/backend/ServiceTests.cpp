@@ -259,7 +259,9 @@ TEST_F(ServiceTest, refusesUploadsThatAreTooLarge)
 {
     config.uploadLimit = 10;
     start();
-    EXPECT_EQ(client().send("PUT", uploadLink(), "12345678901").status, 413);
+    const auto refused = client().send("PUT", uploadLink(), "12345678901");
+    EXPECT_EQ(refused.status, 413);
+    EXPECT_EQ(refused.errorMessage(), "The file is too large for the conversion service: split it into smaller ones.");
     EXPECT_EQ(client().send("PUT", uploadLink(), "1234567890").status, 200);
 }
 

@@ -65,7 +65,7 @@ TEST(SigningSecret, saysWhyItCannotBeWritten)
     const TempDir folder;
     const auto secret = loadOrCreateSecret(folder.path() / "missing" / "key");
     ASSERT_FALSE(secret);
-    EXPECT_EQ(secret.error(), "Cannot write \"key\": No such file or directory.");
+    EXPECT_EQ(secret.error(), "Cannot write \"key\": no such file or directory.");
 }
 
 } // namespace

@@ -44,9 +44,9 @@ TEST_F(SqliteDatabaseTest, givesBackWhatWasBound)
 TEST_F(SqliteDatabaseTest, reportsAnErrorOfTheStatementAtItsFirstStep)
 {
     auto database = open();
-    const auto done = database.prepare("SELECT * FROM nothing").bind(1).run();
+    const auto done = database.prepare("SELECT * FROM absent").bind(1).run();
     ASSERT_FALSE(done);
-    EXPECT_EQ(done.error(), "The database \"test.sqlite\" cannot be used: no such table: nothing.");
+    EXPECT_EQ(done.error(), "The database \"test.sqlite\" cannot be used: no such table: absent.");
 }
 
 TEST_F(SqliteDatabaseTest, reportsAValueWithoutAParameter)

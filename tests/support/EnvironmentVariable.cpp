@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <utility>
 
+// NOLINTBEGIN(concurrency-mt-unsafe): the class says when it may be used
 namespace VX::Test
 {
 
@@ -33,3 +34,5 @@ EnvironmentVariable::~EnvironmentVariable()
 }
 
 } // namespace VX::Test
+
+// NOLINTEND(concurrency-mt-unsafe)

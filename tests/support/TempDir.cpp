@@ -34,6 +34,11 @@ std::filesystem::path TempDir::write(const std::filesystem::path& name, std::str
     return file;
 }
 
+unsigned modeOf(const std::filesystem::path& path)
+{
+    return static_cast<unsigned>(std::filesystem::symlink_status(path).permissions());
+}
+
 std::string readFile(const std::filesystem::path& path)
 {
     std::ifstream stream(path, std::ios::binary);

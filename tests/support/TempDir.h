@@ -28,6 +28,9 @@ private:
     std::filesystem::path path_;
 };
 
+/// The permission bits of a file, or of a link itself: 0600.
+[[nodiscard]] unsigned modeOf(const std::filesystem::path& path);
+
 /// The content of a file; empty where it cannot be read.
 [[nodiscard]] std::string readFile(const std::filesystem::path& path);
 

@@ -161,10 +161,8 @@ std::string Config::loadOnce_()
 
 std::string Config::save_()
 {
-    const auto saved = createUserFolder(file_.parent_path())
-                           .and_then([this] { return writeFileAtomically(file_, document_.toStyledString()); });
-    unsaved_ = !saved;
-    if (saved || warnedOfWriting_)
+    unsaved_ = !createUserFolder(file_.parent_path()) || !writeFileAtomically(file_, document_.toStyledString());
+    if (!unsaved_ || warnedOfWriting_)
         return {};
     warnedOfWriting_ = true;
     return "The settings cannot be saved; changes last until the program ends";

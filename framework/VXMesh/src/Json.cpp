@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <memory>
 #include <string_view>
-#include <utility>
 
 namespace VX
 {
@@ -38,7 +37,7 @@ std::string firstReason(std::string_view report)
         place.front() = 'l';
     if (const auto column = place.find("Column"); column != std::string::npos)
         place[column] = 'c';
-    return fmt::format("{}: {}.", place, startLower(std::move(reason)));
+    return fmt::format("{}: {}.", place, startLower(reason));
 }
 
 tl::expected<Json::Value, std::string> parse(std::string_view text)

@@ -37,7 +37,7 @@ std::string safeName(std::string_view name)
 {
     if (name.ends_with('/'))
         name.remove_suffix(1);
-    const std::string result(name);
+    std::string result(name);
     while (true)
     {
         const std::string_view part = name.substr(0, name.find('/'));
@@ -107,7 +107,7 @@ public:
     }
 
 private:
-    Result tooLarge_() const
+    [[nodiscard]] Result tooLarge_() const
     {
         return tl::unexpected(fmt::format("it unpacks to more than the {} bytes allowed.", byteLimit_));
     }

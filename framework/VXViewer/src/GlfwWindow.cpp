@@ -1,5 +1,7 @@
 #include "GlfwWindow.h"
 
+#include "GlfwNative.h"
+
 #include <VXMesh/StringConvert.h>
 
 #include <epoxy/gl.h>
@@ -343,6 +345,11 @@ std::string GlfwWindow::clipboard()
 void GlfwWindow::setClipboard(const std::string& text)
 {
     glfwSetClipboardString(window_, text.c_str());
+}
+
+unsigned long GlfwWindow::systemId() const
+{
+    return x11WindowOf(window_);
 }
 
 MonitorFacts GlfwWindow::monitors() const

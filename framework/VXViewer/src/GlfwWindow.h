@@ -69,6 +69,8 @@ public:
     void setClipboard(const std::string& text) override;
     [[nodiscard]] MonitorFacts monitors() const override;
 
+    [[nodiscard]] unsigned long systemId() const override;
+
     [[nodiscard]] GLFWwindow* glfwWindow() const override { return window_; }
 
 private:

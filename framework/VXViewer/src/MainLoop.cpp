@@ -158,6 +158,17 @@ void MainLoop::runLoadedCallback_()
     std::exchange(loadedCallback_, {})();
 }
 
+void MainLoop::layOut()
+{
+    if (viewer_.ui())
+    {
+        drawFrame_(false);
+        return;
+    }
+    const PixelSize size = viewer_.framebufferSize();
+    viewer_.view().setArea({0, 0, size.width, size.height}, viewer_.window()->contentScale());
+}
+
 Image MainLoop::captureWindow()
 {
     drawFrame_(false);

@@ -1,3 +1,5 @@
+#include "WindowFacts.h"
+
 #include <VXMesh/Object.h>
 #include <VXMesh/ThreadAnnotations.h>
 #include <VXViewer/CommandLoop.h>
@@ -107,6 +109,7 @@ void Viewer::setWindow(std::unique_ptr<Window> window)
     state_->window = std::move(window);
     waker_->setWindow(state_->window.get());
     state_->view.startGraphics();
+    contributeWindowFacts(*state_->window);
     updateTitle();
 }
 
@@ -117,6 +120,7 @@ void Viewer::closeWindow_()
     stopUi();
     state_->window->makeCurrent();
     state_->view.stopGraphics();
+    withdrawWindowFacts();
     waker_->setWindow(nullptr);
     state_->window.reset();
 }
@@ -304,12 +308,16 @@ bool Viewer::takeWakeUp()
     return waker_->takeWakeUp();
 }
 
-void Viewer::requestClose(int exitCode)
+void Viewer::requestClose()
+{
+    if (state_->window)
+        state_->window->requestClose();
+}
+
+void Viewer::setExitCode(int exitCode)
 {
     if (state_->exitCode == 0)
         state_->exitCode = exitCode;
-    if (state_->window)
-        state_->window->requestClose();
 }
 
 int Viewer::exitCode() const

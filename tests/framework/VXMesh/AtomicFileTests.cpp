@@ -14,6 +14,7 @@ namespace VX
 namespace
 {
 
+using Test::modeOf;
 using Test::readFile;
 using Test::TempDir;
 
@@ -40,7 +41,7 @@ TEST(WriteFileAtomically, WritesANewFileForItsOwnerAlone)
     const auto path = temp.path() / "file";
     ASSERT_TRUE(writeFileAtomically(path, "content"));
     EXPECT_EQ(readFile(path), "content");
-    EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0600));
+    EXPECT_EQ(modeOf(path), 0600U);
     EXPECT_EQ(entriesOf(temp.path()), 1U);
 }
 
@@ -48,9 +49,9 @@ TEST(WriteFileAtomically, ReplacesAnOldFileAndItsMode)
 {
     const TempDir temp;
     const auto path = temp.write("file", "a longer old content");
-    ASSERT_TRUE(writeFileAtomically(path, "new", std::filesystem::perms(0400)));
+    ASSERT_TRUE(writeFileAtomically(path, "new", std::filesystem::perms::owner_read));
     EXPECT_EQ(readFile(path), "new");
-    EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0400));
+    EXPECT_EQ(modeOf(path), 0400U);
 }
 
 TEST(WriteFileAtomically, ReplacesASymbolicLinkInsteadOfFollowingIt)

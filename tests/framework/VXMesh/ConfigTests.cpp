@@ -20,13 +20,13 @@ namespace
 
 using Test::EnvironmentVariable;
 using Test::LogCapture;
+using Test::modeOf;
 using Test::readFile;
 using Test::TempConfig;
 using Test::TempDir;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::SizeIs;
 
 std::filesystem::path configFile()
 {
@@ -119,8 +119,8 @@ TEST_F(ConfigTests, EachApplicationNameHasSettingsOfItsOwn)
 TEST_F(ConfigTests, TheFileIsForItsOwnerAloneAndLeavesNoTemporaryFileBehind)
 {
     Config::instance().setBool("key", true);
-    EXPECT_EQ(std::filesystem::status(configFile()).permissions(), std::filesystem::perms(0600));
-    EXPECT_EQ(std::filesystem::status(getUserConfigDir()).permissions(), std::filesystem::perms(0700));
+    EXPECT_EQ(modeOf(configFile()), 0600U);
+    EXPECT_EQ(modeOf(getUserConfigDir()), 0700U);
     EXPECT_THAT(filesOf(getUserConfigDir()), ElementsAre("config.json"));
 }
 
@@ -234,6 +234,7 @@ TEST_F(ConfigTests, ManyThreadsSetAndGetAtOnce)
     constexpr int threadCount = 4;
     constexpr int rounds = 20;
     std::vector<std::thread> threads;
+    threads.reserve(threadCount);
     for (int t = 0; t < threadCount; ++t)
         threads.emplace_back(
             [key = "key" + std::to_string(t)]

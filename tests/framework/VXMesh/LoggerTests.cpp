@@ -26,10 +26,10 @@ namespace
 
 using Test::EnvironmentVariable;
 using Test::LogCapture;
+using Test::modeOf;
 using Test::readFile;
 using Test::TempConfig;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 
 std::filesystem::path logFile()
@@ -49,7 +49,7 @@ void expectConsole(const char* setting, const testing::Matcher<const std::string
             logger->debug("A debug line");
             logger->info("An info line");
             logger->warn("A warning line");
-            std::exit(0);
+            std::exit(0); // NOLINT(concurrency-mt-unsafe): no other thread is left
         },
         testing::ExitedWithCode(0), matcher);
 }
@@ -143,7 +143,7 @@ TEST(Logger, CreatesTheFileWithTheFirstLine)
     EXPECT_FALSE(std::filesystem::exists(getUserStateDir()));
     spdlog::debug("A line");
     EXPECT_TRUE(std::filesystem::exists(logFile()));
-    EXPECT_EQ(std::filesystem::status(logFile().parent_path()).permissions(), std::filesystem::perms(0700));
+    EXPECT_EQ(modeOf(logFile().parent_path()), 0700U);
 }
 
 TEST(Logger, WarningsAreInTheFileAtOnce)
@@ -216,6 +216,7 @@ TEST(Logger, SinksComeAndGoWhileOtherThreadsWriteLines)
     constexpr int threadCount = 4;
     constexpr int lineCount = 200;
     std::vector<std::thread> threads;
+    threads.reserve(threadCount);
     for (int t = 0; t < threadCount; ++t)
         threads.emplace_back(
             []

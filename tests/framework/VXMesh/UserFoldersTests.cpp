@@ -19,6 +19,7 @@ namespace
 
 using Test::EnvironmentVariable;
 using Test::LogCapture;
+using Test::modeOf;
 using Test::TempConfig;
 using Test::TempDir;
 
@@ -92,7 +93,7 @@ TEST(HomeFolder, IsAPrivateTemporaryFolderWhereNoneIsKnownAndOneWarningSaysSo)
     const LogCapture log;
     const auto folder = homeFolder({noHome, missingHome});
     EXPECT_EQ(homeFolder({noHome}), folder);
-    EXPECT_EQ(std::filesystem::status(folder).permissions(), std::filesystem::perms(0700));
+    EXPECT_EQ(modeOf(folder), 0700U);
     EXPECT_THAT(log.texts(spdlog::level::warn), testing::ElementsAre(testing::HasSubstr("No home folder is known")));
 }
 
@@ -105,7 +106,7 @@ TEST(HomeFolderDeathTest, TheTemporaryFolderGoesWithTheProcess)
             const auto folder = homeFolder({noHome});
             const bool isThere = std::filesystem::is_directory(folder);
             std::fprintf(stderr, "[%s]", folder.c_str());
-            std::exit(isThere ? 0 : 1);
+            std::exit(isThere ? 0 : 1); // NOLINT(concurrency-mt-unsafe): no other thread is left
         },
         testing::ExitedWithCode(0), testing::Truly([&output](const std::string& text) { return output = text, true; }));
     const auto begin = output.rfind('[') + 1;
@@ -120,15 +121,15 @@ TEST(CreateUserFolder, CreatesAllMissingFoldersForTheUserAlone)
     const auto folder = temp.path() / "a/b/c";
     ASSERT_TRUE(createUserFolder(folder));
     for (const auto& created : {temp.path() / "a", temp.path() / "a/b", folder})
-        EXPECT_EQ(std::filesystem::status(created).permissions(), std::filesystem::perms(0700)) << created;
+        EXPECT_EQ(modeOf(created), 0700U) << created;
 }
 
 TEST(CreateUserFolder, LeavesAnExistingFolderAsItIs)
 {
     const TempDir temp;
-    std::filesystem::permissions(temp.path(), std::filesystem::perms(0755));
+    std::filesystem::permissions(temp.path(), std::filesystem::perms::all);
     EXPECT_TRUE(createUserFolder(temp.path()));
-    EXPECT_EQ(std::filesystem::status(temp.path()).permissions(), std::filesystem::perms(0755));
+    EXPECT_EQ(modeOf(temp.path()), 0777U);
 }
 
 TEST(CreateUserFolder, NamesTheFolderThatCannotBe)

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 #include <json/value.h>
+#include <json/writer.h>
 
 #include <chrono>
 #include <future>

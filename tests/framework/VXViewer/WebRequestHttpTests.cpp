@@ -230,6 +230,7 @@ TEST_F(WebRequestHttpTests, GoesToNoFileByARedirection)
     recorder.answer("/", {.status = 302, .headers = {{"Location", "file://" + file.string()}}});
     const auto answer = get("/");
     EXPECT_EQ(answer["code"], 0);
+    EXPECT_EQ(answer["error"], "127.0.0.1 sends the request to an address that is not allowed.");
     EXPECT_FALSE(answer.isMember("text"));
 }
 

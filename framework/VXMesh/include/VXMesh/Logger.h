@@ -8,7 +8,7 @@
 
 namespace spdlog
 {
-class logger;
+class logger; // NOLINT(readability-identifier-naming)
 }
 
 namespace VX

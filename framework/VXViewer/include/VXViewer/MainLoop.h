@@ -53,6 +53,9 @@ public:
     /// Called once, when everything that was to be opened is open (or failed) and drawn.
     void whenLoaded(std::function<void()> callback);
 
+    /// Finds out which part of the window the scene takes up, before there is a first frame to be seen.
+    void layOut();
+
     /// Draws a frame now, due or not, without showing it, and reads it: the window as one would see it.
     [[nodiscard]] Image captureWindow();
 

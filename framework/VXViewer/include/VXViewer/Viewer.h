@@ -147,8 +147,11 @@ public:
     /// @threads any
     bool takeWakeUp();
 
-    /// Ends the loop; the first code other than 0 stays.
-    void requestClose(int exitCode = 0);
+    /// Ends the loop.
+    void requestClose();
+
+    /// With what the program will end; the first code other than 0 stays.
+    void setExitCode(int exitCode);
 
     [[nodiscard]] int exitCode() const;
 

@@ -72,7 +72,8 @@ public:
     /// The texts of status 0: "Operation was canceled" for a progress callback that returned false, "The application is
     /// closing.", "HOST was not found. Check the network connection.", "Cannot connect to HOST. Check the network
     /// connection.", "HOST did not answer in time.", "HOST cannot be trusted: REASON.", "The connection to HOST broke
-    /// off.", "HOST sends the request in circles.", "The answer of HOST is larger than 256 MiB.", "The address of the
+    /// off.", "HOST sends the request in circles.", "HOST sends the request to an address that is not allowed."
+    /// (another protocol, or from https to http), "The answer of HOST is larger than 256 MiB.", "The address of the
     /// request is not a valid http or https address.", "The request has a header that cannot be sent.", the sentences
     /// of `fileErrorText` about the two files, and those of libcurl for anything else.
     /// Redirections are followed, up to ten of them; the certificate of an https server is always checked.

@@ -24,6 +24,8 @@
 #include <imgui.h>
 
 #include <algorithm>
+#include <cfloat>
+#include <cmath>
 #include <utility>
 
 namespace VX
@@ -56,10 +58,13 @@ void beginPanel(const char* name, const PixelRect& rect, ImGuiWindowFlags flags)
     ImGui::PopStyleVar(3);
 }
 
-/// One pixel of border along an edge of the current panel.
+/// One unit of border along an edge of the current panel.
 void drawEdge(ImVec2 from, ImVec2 to)
 {
-    ImGui::GetWindowDrawList()->AddRectFilled(from, to, UI::color(UI::Color::Border));
+    ImDrawList* draw = ImGui::GetWindowDrawList();
+    draw->PushClipRect(from, to);
+    draw->AddRectFilled(from, to, UI::color(UI::Color::Border));
+    draw->PopClipRect();
 }
 
 std::vector<FileFilter> saveFilters()
@@ -254,17 +259,22 @@ void ImGuiMenu::drawEmptySceneHint_()
     ImGui::SetNextWindowPos(center, ImGuiCond_Always, {0.5F, 0.5F});
     UI::beginWindow("Hint", panelFlags | ImGuiWindowFlags_NoBackground | ImGuiWindowFlags_AlwaysAutoResize |
                                 ImGuiWindowFlags_NoInputs);
-    const auto centered = [](float width) { ImGui::SetCursorPosX((ImGui::GetWindowWidth() - width) / 2); };
     const std::string title = tr("Open a file or drop it here");
-    {
-        const UI::ScopedFont headline(UI::Font::Headline);
-        centered(ImGui::CalcTextSize(title.c_str()).x);
-        UI::text(title);
-    }
     std::string formats;
     for (const std::string& extension : state_->viewer.fileOpening().readableExtensions())
         formats += (formats.empty() ? "" : "  ") + extension;
-    centered(ImGui::CalcTextSize(formats.c_str()).x);
+    const float formatsWidth = ImGui::CalcTextSize(formats.c_str()).x;
+    const float titleWidth = UI::font(UI::Font::Headline)
+                                 ->CalcTextSizeA(UI::font(UI::Font::Headline)->FontSize, FLT_MAX, 0, title.c_str())
+                                 .x;
+    const float start = ImGui::GetCursorPosX();
+    const float width = std::max(titleWidth, formatsWidth);
+    ImGui::SetCursorPosX(start + std::round((width - titleWidth) / 2));
+    {
+        const UI::ScopedFont headline(UI::Font::Headline);
+        UI::text(title);
+    }
+    ImGui::SetCursorPosX(start + std::round((width - formatsWidth) / 2));
     UI::secondaryText(formats);
     UI::endWindow();
 }

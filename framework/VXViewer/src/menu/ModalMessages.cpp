@@ -53,7 +53,10 @@ void drawMark(NotificationType type)
         color = UI::Color::Warning;
     const ImVec2 min = ImGui::GetWindowPos();
     const ImVec2 max(min.x + ImGui::GetWindowWidth(), min.y + UI::px(4));
-    ImGui::GetWindowDrawList()->AddRectFilled(min, max, UI::color(color), UI::px(4), ImDrawFlags_RoundCornersTop);
+    ImDrawList* draw = ImGui::GetWindowDrawList();
+    draw->PushClipRect(min, max);
+    draw->AddRectFilled(min, max, UI::color(color), UI::px(4), ImDrawFlags_RoundCornersTop);
+    draw->PopClipRect();
 }
 
 } // namespace

@@ -6,6 +6,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <cmath>
+
 namespace VX
 {
 
@@ -45,7 +48,15 @@ std::string countText(std::uint64_t count)
 
 std::string lengthText(double length)
 {
-    return fmt::format("{:.6g}", length);
+    constexpr int digits = 5;
+    const double size = std::abs(length);
+    const int before = size >= 1 ? static_cast<int>(std::log10(size)) + 1 : 1;
+    std::string text = fmt::format("{:.{}f}", length, std::clamp(digits - before, 0, digits - 1));
+    if (text.find('.') != std::string::npos)
+        text.erase(text.find_last_not_of('0') + 1);
+    if (text.ends_with('.'))
+        text.pop_back();
+    return text == "-0" ? "0" : text;
 }
 
 } // namespace VX

@@ -26,7 +26,8 @@ struct SceneFacts
 /// "1,234,567"
 [[nodiscard]] std::string countText(std::uint64_t count);
 
-/// A length or coordinate in scene units with six digits that count.
+/// A length or coordinate in scene units: five digits, or all those before the point: "12.345", "123457". Less than
+/// 0.00005 is "0".
 [[nodiscard]] std::string lengthText(double length);
 
 } // namespace VX

@@ -21,7 +21,9 @@ void StatusLine::draw()
         facts_.add(viewer_.scene());
     }
     std::vector<std::string> parts;
-    if (facts_.objects > 0)
+    if (facts_.objects == 1)
+        parts.push_back(tr("1 object"));
+    else if (facts_.objects > 1)
         parts.push_back(trf("{} objects", countText(facts_.objects)));
     if (facts_.triangles > 0)
         parts.push_back(trf("{} triangles", countText(facts_.triangles)));

@@ -168,6 +168,20 @@ void endModal()
     ImGui::EndPopup();
 }
 
+void closeModal(const char* name)
+{
+    const ImGuiContext& context = *ImGui::GetCurrentContext();
+    const ImGuiID id = context.CurrentWindow->GetID(name);
+    for (int level = 0; level < context.OpenPopupStack.Size; ++level)
+    {
+        if (context.OpenPopupStack[level].PopupId == id)
+        {
+            ImGui::ClosePopupToLevel(level, true);
+            return;
+        }
+    }
+}
+
 bool button(const std::string& label, ImVec2 size)
 {
     const bool pressed = coloredButton(label, size, {Color::Raised, Color::RaisedHovered, Color::Border}, Color::Text);

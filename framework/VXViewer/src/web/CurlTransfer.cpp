@@ -267,6 +267,8 @@ std::string CurlTransfer::errorText_(CURLcode code) const
         return fmt::format("{} cannot be trusted: {}", host_, errorBuffer_.data());
     case CURLE_TOO_MANY_REDIRECTS:
         return host_ + " sends the request in circles.";
+    case CURLE_UNSUPPORTED_PROTOCOL:
+        return host_ + " sends the request to an address that is not allowed.";
     case CURLE_GOT_NOTHING:
     case CURLE_PARTIAL_FILE:
     case CURLE_SEND_ERROR:

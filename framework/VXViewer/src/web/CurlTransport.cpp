@@ -170,8 +170,9 @@ void CurlTransport::run_()
     {
         int running = 0;
         curl_multi_perform(multi_.get(), &running);
-        collectDone_();
-        curl_multi_poll(multi_.get(), nullptr, 0, pollTimeout_(), nullptr);
+        // The end of one request lets another go on that has waited for its connection: libcurl does not always say so.
+        if (!collectDone_())
+            curl_multi_poll(multi_.get(), nullptr, 0, pollTimeout_(), nullptr);
     }
 }
 
@@ -212,8 +213,10 @@ void CurlTransport::startJob_(Job job)
         job.deliver(job.transfer->finish(CURLE_OUT_OF_MEMORY));
 }
 
-void CurlTransport::collectDone_()
+/// @return whether any request was done
+bool CurlTransport::collectDone_()
 {
+    bool isAnyDone = false;
     int left = 0;
     while (const CURLMsg* message = curl_multi_info_read(multi_.get(), &left))
     {
@@ -225,7 +228,9 @@ void CurlTransport::collectDone_()
         const Job job = std::move(found->second);
         active_.erase(found);
         job.deliver(job.transfer->finish(code));
+        isAnyDone = true;
     }
+    return isAnyDone;
 }
 
 int CurlTransport::pollTimeout_()

@@ -66,7 +66,7 @@ private:
     void run_();
     bool takeJobs_();
     void startJob_(Job job);
-    void collectDone_();
+    bool collectDone_();
     [[nodiscard]] int pollTimeout_();
 
     std::unique_ptr<CURLM, MultiDeleter> multi_;

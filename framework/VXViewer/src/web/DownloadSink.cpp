@@ -32,7 +32,8 @@ tl::expected<DownloadSink, std::string> DownloadSink::create(const std::filesyst
     sink.path_ = file;
     sink.file_ = std::move(*created);
     sink.stream_.rdbuf()->pubsetbuf(nullptr, 0); // the pieces are large
-    sink.stream_.open(sink.file_->temporaryPath(), std::ios::binary);
+    // Not truncated, which it needs not be: ext4 writes a truncated file to the disk before it closes it.
+    sink.stream_.open(sink.file_->temporaryPath(), std::ios::in | std::ios::out | std::ios::binary);
     if (!sink.stream_.is_open())
         return writeError(file);
     return sink;

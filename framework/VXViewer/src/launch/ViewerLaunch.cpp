@@ -1,0 +1,126 @@
+#include "../GlfwWindow.h"
+
+#include <VXMesh/Config.h>
+#include <VXMesh/Logger.h>
+#include <VXViewer/FileOpening.h>
+#include <VXViewer/MainLoop.h>
+#include <VXViewer/OffscreenWindow.h>
+#include <VXViewer/ProgressBar.h>
+#include <VXViewer/Viewer.h>
+#include <VXViewer/ViewerLaunch.h>
+#include <VXViewer/ViewerSettingsManager.h>
+#include <VXViewer/ViewerSetup.h>
+#include <VXViewer/ViewerSignals.h>
+#include <VXViewer/WebRequests.h>
+
+#include <spdlog/spdlog.h>
+
+#include <utility>
+
+namespace VX
+{
+
+namespace
+{
+
+constexpr const char* launchCountKey = "launchCount";
+
+tl::expected<std::unique_ptr<Window>, std::string> createWindow(const LaunchParams& params)
+{
+    if (!params.hidden)
+    {
+        auto window = GlfwWindow::create(params.size, params.applicationName);
+        if (window)
+            return std::unique_ptr<Window>(std::move(*window));
+        if (params.noDisplay)
+            params.noDisplay(window.error());
+        else
+            spdlog::warn("{} The viewer runs without a window.", window.error());
+    }
+    auto window = OffscreenWindow::create(params.size, params.offscreenScale);
+    if (!window)
+        return tl::make_unexpected(window.error());
+    return std::unique_ptr<Window>(std::move(*window));
+}
+
+void runSteps(Viewer& viewer, const LaunchParams& params, const ViewerSetup& setup)
+{
+    setup.setupBasePlugins(&viewer);
+    setup.setupFrameStatistics(&viewer);
+    setup.setupMouseControls(&viewer);
+    setup.setupSettingsManager(&viewer, params.applicationName, params.resetSettings);
+    setup.setupConfiguration(&viewer);
+    setup.setupExtendedLibraries();
+    if (setup.startCallback)
+        setup.startCallback();
+    setup.setupMcp();
+}
+
+/// A run for a picture or a list leaves no trace in the user's settings.
+bool keepsSettings(const Viewer& viewer, const LaunchParams& params)
+{
+    return params.showInterface && !params.hidden && viewer.settingsManager();
+}
+
+void countLaunch(Viewer& viewer)
+{
+    const int count = viewer.settingsManager()->loadInt(launchCountKey, 0) + 1;
+    viewer.settingsManager()->saveInt(launchCountKey, count);
+    viewer.setLaunchCount(count);
+}
+
+void shutDown(Viewer& viewer, const LaunchParams& params, const ViewerSetup& setup)
+{
+    WebRequests::beginShutdown();
+    viewer.signals().shutdown();
+    if (keepsSettings(viewer, params))
+        viewer.settingsManager()->saveSettings(viewer);
+    ProgressBar::shutdown();
+    viewer.stopUi();
+    setup.shutdownMcp();
+    // Before the libraries whose code the plug-ins may be.
+    viewer.reset();
+    setup.unloadExtendedLibraries();
+    if (setup.shutdownCallback)
+        setup.shutdownCallback();
+    WebRequests::finish();
+}
+
+} // namespace
+
+int launchViewer(std::vector<std::string> arguments, const LaunchParams& params, const ViewerSetup& setup)
+{
+    Logger::instance();
+    Config::instance().reset(params.applicationName);
+    Viewer& viewer = getViewerInstance();
+    viewer.setCommandLineArguments(std::move(arguments));
+    viewer.fileOpening().setMessageHandler(params.fileMessage);
+    runSteps(viewer, params, setup);
+    viewer.openFiles(params.files);
+
+    auto window = createWindow(params);
+    if (window)
+    {
+        viewer.setWindow(std::move(*window));
+        if (keepsSettings(viewer, params))
+        {
+            countLaunch(viewer);
+            viewer.settingsManager()->loadSettings(viewer);
+        }
+        if (params.showInterface)
+            viewer.startUi();
+        viewer.loop().layOut();
+        if (params.whenLoaded)
+            viewer.loop().whenLoaded([&] { params.whenLoaded(viewer); });
+        viewer.loop().run();
+    }
+    else
+    {
+        spdlog::critical("{}", window.error());
+    }
+    const int exitCode = window ? viewer.exitCode() : 1;
+    shutDown(viewer, params, setup);
+    return exitCode;
+}
+
+} // namespace VX

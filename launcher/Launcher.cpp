@@ -1,0 +1,103 @@
+#include "launcher/Launcher.h"
+
+#include "launcher/BatchOutput.h"
+#include "launcher/LocalServices.h"
+#include "launcher/StepOpener.h"
+#include "launcher/TerminationSignals.h"
+#include <quorvix/setup/Deployment.h>
+
+#include <VXViewer/CommandLoop.h>
+#include <VXViewer/FileOpening.h>
+#include <VXViewer/Viewer.h>
+#include <VXViewer/ViewerLaunch.h>
+#include <VXViewer/ViewerSetup.h>
+#include <VXViewer/WebRequests.h>
+
+#include <fmt/format.h>
+
+#include <cstdio>
+#include <memory>
+
+namespace VX
+{
+
+namespace
+{
+
+/// The services to run: null where the deployment names others.
+using Services = std::unique_ptr<LocalServices>;
+
+/// Reads the deployment record, binds the port of the embedded services and fixes the record.
+tl::expected<Services, std::string> chooseServices(const CommandLine& line)
+{
+    auto record = loadDeployment(deploymentSources(line.deployment));
+    if (!record)
+        return tl::unexpected(record.error());
+    Services services;
+    if (record->services == Deployment::Services::Embedded)
+    {
+        auto bound = LocalServices::bind();
+        if (!bound)
+            return tl::unexpected(bound.error());
+        services = std::move(*bound);
+        *record = withEmbeddedServices(std::move(*record), services->port());
+    }
+    if (!record->caFile.empty())
+        WebRequests::setCaFile(record->caFile);
+    static_cast<void>(setDeployment(std::move(*record)));
+    return services;
+}
+
+void reportOnStandardError(NotificationType type, const std::string& text)
+{
+    fmt::print(stderr, "{}\n", text);
+    if (type == NotificationType::Error)
+        noteFailure(getViewerInstance());
+}
+
+/// The viewer as `line` asks for it, but for what it is to do with the files.
+LaunchParams launchParams(const CommandLine& line)
+{
+    LaunchParams params;
+    params.hidden = line.hidden || line.isBatch();
+    params.showInterface = !line.screenshot && !line.sceneInfo;
+    if (line.size)
+        params.size = {line.size->width, line.size->height};
+    params.files = line.files;
+    params.noDisplay = [](const std::string& reason)
+    {
+        fmt::print(stderr, "{} Quorvix runs without a window; Ctrl+C ends it.\n", reason);
+        // Nobody can read a modal message.
+        getViewerInstance().fileOpening().setMessageHandler(reportOnStandardError);
+    };
+    if (params.hidden)
+        params.fileMessage = reportOnStandardError;
+    if (line.isBatch())
+        params.whenLoaded = [line](Viewer& viewer) { writeBatchOutput(viewer, line); };
+    return params;
+}
+
+} // namespace
+
+int runLauncher(const CommandLine& line, const std::vector<std::string>& arguments)
+{
+    auto services = chooseServices(line);
+    if (!services)
+    {
+        fmt::print(stderr, "{}\n", services.error());
+        return 2;
+    }
+    const auto startServices = [local = services->get()]
+    {
+        if (local)
+            local->start();
+    };
+    if (!line.isBatch())
+        startServices();
+    installStepOpener(getViewerInstance(), startServices);
+
+    const TerminationSignals signals([] { CommandLoop::appendCommand([] { getViewerInstance().requestClose(); }); });
+    return launchViewer(arguments, launchParams(line), ViewerSetup());
+}
+
+} // namespace VX

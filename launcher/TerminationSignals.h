@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace VX
+{
+
+/// While it lives, the first Ctrl+C or polite request to end (SIGINT, SIGTERM, SIGHUP) calls a function instead of
+/// ending the process at once; the second one ends it.
+class TerminationSignals
+{
+public:
+    /// @param requestEnd  called once, on a thread of its own
+    explicit TerminationSignals(std::function<void()> requestEnd);
+    ~TerminationSignals();
+
+    TerminationSignals(const TerminationSignals&) = delete;
+    TerminationSignals& operator=(const TerminationSignals&) = delete;
+
+private:
+    class Impl;
+    std::unique_ptr<Impl> impl_;
+};
+
+} // namespace VX
