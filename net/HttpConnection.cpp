@@ -76,7 +76,7 @@ private:
     tl::expected<HttpBodySink, HttpResponse> acceptBody_(const HttpRequest& request);
 
     void expectWithin_(std::chrono::milliseconds time);
-    void watch_();
+    void watch_(Clock::time_point due);
     void checkDeadline_();
 
     tcp::socket socket_;
@@ -123,6 +123,8 @@ asio::awaitable<void> Connection::serve(std::shared_ptr<Connection> self)
     catch (const std::exception&)
     {
         // Out of memory, or the handler failed beyond what it may: only this connection ends.
+        error_code ignored;
+        self->socket_.close(ignored);
     }
 }
 
@@ -397,17 +399,18 @@ asio::awaitable<void> Connection::hangUp_()
 void Connection::expectWithin_(std::chrono::milliseconds time)
 {
     isTimedOut_ = false;
-    due_ = Clock::now() + time;
-    if (!isWatched_ || *due_ < deadline_.expiry())
-        watch_();
+    const auto due = Clock::now() + time;
+    due_ = due;
+    if (!isWatched_ || due < deadline_.expiry())
+        watch_(due);
 }
 
 /// A single timer looks after all operations: it is set again only when it has run out, which is cheaper than starting
 /// and cancelling one for each piece of a body.
-void Connection::watch_()
+void Connection::watch_(Clock::time_point due)
 {
     isWatched_ = true;
-    deadline_.expires_at(*due_);
+    deadline_.expires_at(due);
     deadline_.async_wait(
         [weak = weak_from_this()](error_code error)
         {
@@ -424,7 +427,7 @@ void Connection::checkDeadline_()
         return;
     if (Clock::now() < *due_)
     {
-        watch_();
+        watch_(*due_);
         return;
     }
     isTimedOut_ = true;

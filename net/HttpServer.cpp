@@ -121,7 +121,7 @@ void HttpServer::Impl::work_()
         }
         catch (const std::exception&)
         {
-            // Out of memory within the library: its connection is lost, the others go on.
+            continue; // out of memory within the library: its connection is lost, the others go on
         }
     }
 }
@@ -136,7 +136,7 @@ asio::awaitable<void> HttpServer::Impl::accept_()
         }
         catch (const std::exception&)
         {
-            // Out of memory: that connection is lost, the next one may fit.
+            continue; // out of memory: that connection is lost, the next one may fit
         }
     }
 }

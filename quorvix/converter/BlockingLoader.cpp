@@ -137,10 +137,17 @@ ProgressCallback BlockingLoader::transferProgress_(float from, float to)
         return {};
     return [inner = subprogress(context_.progress, from, to), canceled = canceled_](float fraction)
     {
-        if (inner(fraction))
-            return true;
-        *canceled = true;
-        return false;
+        bool goOn = false;
+        try
+        {
+            goOn = inner(fraction);
+        }
+        catch (...) // NOLINT(bugprone-empty-catch): it ends the transfer, on whose thread it must not get any further
+        {
+        }
+        if (!goOn)
+            *canceled = true;
+        return goOn;
     };
 }
 

@@ -18,7 +18,7 @@ namespace
 class SystemInfoTests : public testing::Test
 {
 protected:
-    ~SystemInfoTests() override
+    void TearDown() override
     {
         overrideSystemFacts({});
         setSystemInfoContributor({});

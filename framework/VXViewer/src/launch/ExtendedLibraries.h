@@ -12,7 +12,8 @@ class ExtendedLibraries
 public:
     static ExtendedLibraries& instance();
 
-    /// Loads those in the folder `extensions` beside the executable, in the order of their names.
+    /// Loads those in the folder `extensions` beside the executable, in the order of their names. One that cannot be
+    /// loaded, or has no entry function, is left out with a warning.
     void load();
 
     /// Unloads them in reverse order.

@@ -51,15 +51,15 @@ void runSteps(Viewer& viewer, const LaunchParams& params, const ViewerSetup& set
     setup.setupSettingsManager(&viewer, params.applicationName, params.resetSettings);
     setup.setupConfiguration(&viewer);
     setup.setupExtendedLibraries();
+    setup.setupMcp();
     if (setup.startCallback)
         setup.startCallback();
-    setup.setupMcp();
 }
 
-/// A run for a picture or a list leaves no trace in the user's settings.
+/// A run without a window on the screen leaves no trace in the user's settings.
 bool keepsSettings(const Viewer& viewer, const LaunchParams& params)
 {
-    return params.showInterface && !params.hidden && viewer.settingsManager();
+    return params.showInterface && viewer.glfwWindow() && viewer.settingsManager();
 }
 
 void countLaunch(Viewer& viewer)
@@ -86,15 +86,30 @@ void shutDown(Viewer& viewer, const LaunchParams& params, const ViewerSetup& set
     WebRequests::finish();
 }
 
+void runLoop(Viewer& viewer, const LaunchParams& params)
+{
+    if (keepsSettings(viewer, params))
+    {
+        countLaunch(viewer);
+        viewer.settingsManager()->loadSettings(viewer);
+    }
+    if (params.showInterface)
+        viewer.startUi();
+    viewer.loop().layOut();
+    if (params.whenLoaded)
+        viewer.loop().whenLoaded([&] { params.whenLoaded(viewer); });
+    viewer.loop().run();
+}
+
 } // namespace
 
 int launchViewer(std::vector<std::string> arguments, const LaunchParams& params, const ViewerSetup& setup)
 {
     Logger::instance();
-    Config::instance().reset(params.applicationName);
     Viewer& viewer = getViewerInstance();
     viewer.setCommandLineArguments(std::move(arguments));
-    viewer.fileOpening().setMessageHandler(params.fileMessage);
+    if (params.fileMessage)
+        viewer.fileOpening().setMessageHandler(params.fileMessage);
     runSteps(viewer, params, setup);
     viewer.openFiles(params.files);
 
@@ -102,23 +117,14 @@ int launchViewer(std::vector<std::string> arguments, const LaunchParams& params,
     if (window)
     {
         viewer.setWindow(std::move(*window));
-        if (keepsSettings(viewer, params))
-        {
-            countLaunch(viewer);
-            viewer.settingsManager()->loadSettings(viewer);
-        }
-        if (params.showInterface)
-            viewer.startUi();
-        viewer.loop().layOut();
-        if (params.whenLoaded)
-            viewer.loop().whenLoaded([&] { params.whenLoaded(viewer); });
-        viewer.loop().run();
+        runLoop(viewer, params);
     }
     else
     {
         spdlog::critical("{}", window.error());
+        viewer.setExitCode(1);
     }
-    const int exitCode = window ? viewer.exitCode() : 1;
+    const int exitCode = viewer.exitCode();
     shutDown(viewer, params, setup);
     return exitCode;
 }

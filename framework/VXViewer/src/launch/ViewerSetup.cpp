@@ -1,5 +1,4 @@
-#include "../menu/FrameStatisticsOverlay.h"
-#include "../menu/MouseControlsOverlay.h"
+#include "../menu/Overlays.h"
 #include "ExtendedLibraries.h"
 
 #include <VXMesh/Config.h>
@@ -66,7 +65,7 @@ bool ViewerSetup::setupMcp() const
 
 bool ViewerSetup::shutdownMcp() const
 {
-    return false;
+    return true;
 }
 
 } // namespace VX

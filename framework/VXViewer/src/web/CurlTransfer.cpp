@@ -121,11 +121,9 @@ std::string CurlTransfer::openFiles_()
 
 void CurlTransfer::addHeader_(const std::string& line)
 {
-    curl_slist* list = curl_slist_append(headers_.get(), line.c_str());
-    if (!list)
-        return;
-    (void)headers_.release();
-    headers_.reset(list);
+    curl_slist* const old = headers_.release();
+    curl_slist* const longer = curl_slist_append(old, line.c_str());
+    headers_.reset(longer ? longer : old);
 }
 
 std::string CurlTransfer::makeHeaders_()
@@ -283,7 +281,7 @@ std::size_t CurlTransfer::receive_(std::string_view bytes)
 {
     long status = 0;
     curl_easy_getinfo(handle_.get(), CURLINFO_RESPONSE_CODE, &status);
-    if (const auto written = sink_.write(bytes, status >= 400); !written)
+    if (auto written = sink_.write(bytes, status >= 400); !written)
     {
         failure_ = written.error().empty() ? "The answer of " + host_ + " is larger than 256 MiB."
                                            : std::move(written.error());

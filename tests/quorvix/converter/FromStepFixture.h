@@ -1,0 +1,227 @@
+#pragma once
+
+#include "OutputDirectory.h"
+#include <quorvix/converter/ConverterService.h>
+#include <quorvix/setup/Deployment.h>
+
+#include <VXMesh/ObjectMesh.h>
+#include <VXViewer/WebRequests.h>
+
+#include <tests/support/HttpRecorder.h>
+#include <tests/support/LogCapture.h>
+#include <tests/support/TempDir.h>
+
+#include <future>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace VX::Test
+{
+
+enum class Form
+{
+    Blocking,
+    Async
+};
+
+using StepResult = tl::expected<LoadedObjects, std::string>;
+
+/// A conversion service and a storage on loopback, and conversions that go through them. The service converts whatever
+/// it gets into one scene; a test changes the answers that it is about.
+class FromStepFixture : public OutputDirectoryTest
+{
+protected:
+    void SetUp() override
+    {
+        OutputDirectoryTest::SetUp();
+        if (IsSkipped())
+            return;
+        resetDeployment();
+        ASSERT_TRUE(setDeployment(withEmbeddedServices({}, recorder_.port())));
+        saveResult_(scene_);
+        answer("/converter/v2/request",
+               [this]
+               {
+                   return resultText_(R"("request_id": ")" + requestId_ + R"(", "url": ")" +
+                                      recorder_.url("/storage/upload?key=1") + '"');
+               });
+        answer("/storage/upload", [] { return HttpRecorder::Answer{}; });
+        answer("/converter/v2/convert", [this] { return resultText_(""); });
+        answer("/converter/v2/status", [this] { return statusAnswer_(); });
+        answer("/storage/result", [this] { return HttpRecorder::Answer{.file = scene_}; });
+        std::filesystem::remove_all(workingFolder_);
+    }
+
+    void TearDown() override
+    {
+        WebRequests::reset();
+        resetDeployment();
+        std::error_code ignored;
+        std::filesystem::remove_all(workingFolder_, ignored);
+        std::filesystem::remove(payload_, ignored);
+        std::filesystem::remove(result_, ignored);
+    }
+
+    /// Answers the requests for `path`, after the test's `whenAsked_` for it.
+    void answer(const std::string& path, const std::function<HttpRecorder::Answer()>& make)
+    {
+        recorder_.answer(path,
+                         [this, path, make](const HttpRequest&)
+                         {
+                             if (const auto ask = whenAsked_.find(path); ask != whenAsked_.end())
+                                 ask->second();
+                             return make();
+                         });
+    }
+
+    void answer(const std::string& path, const HttpRecorder::Answer& fixed)
+    {
+        answer(path, [fixed] { return fixed; });
+    }
+
+    /// Lets the service say that the conversion failed, or the storage that it has nothing.
+    void answerText(const std::string& path, int status, const std::string& text)
+    {
+        answer(path, HttpRecorder::Answer{.status = status, .body = text});
+    }
+
+    /// Converts `path` and waits for the end.
+    StepResult run(Form form, const std::filesystem::path& path, const ProgressCallback& progress = {})
+    {
+        if (form == Form::Blocking)
+            return ConverterService::fromStep(path, progress);
+        std::promise<StepResult> promise;
+        ConverterService::fromStep(
+            path, [&promise](StepResult result) { promise.set_value(std::move(result)); }, progress);
+        auto future = promise.get_future();
+        if (future.wait_for(std::chrono::seconds(40)) != std::future_status::ready)
+            ADD_FAILURE() << "no result after 40 s";
+        return future.get();
+    }
+
+    StepResult run(Form form, const ProgressCallback& progress = {}) { return run(form, input_, progress); }
+
+    std::string errorOf(Form form, const ProgressCallback& progress = {})
+    {
+        const auto result = run(form, progress);
+        return result ? "no error" : result.error();
+    }
+
+    /// Remembers what is reported, and goes on while `goOn` says so.
+    ProgressCallback record(std::function<bool(float)> goOn = {})
+    {
+        return [this, goOn = std::move(goOn)](float fraction)
+        {
+            {
+                const std::lock_guard lock(mutex_);
+                reports_.push_back(fraction);
+            }
+            return !goOn || goOn(fraction);
+        };
+    }
+
+    std::vector<float> reports() const
+    {
+        const std::lock_guard lock(mutex_);
+        return reports_;
+    }
+
+    /// "POST /converter/v2/request" and so on, in order.
+    std::vector<std::string> requests() const
+    {
+        std::vector<std::string> lines;
+        for (const HttpRequest& request : recorder_.requests())
+            lines.push_back(request.method + ' ' + request.path);
+        return lines;
+    }
+
+    /// The lines of the pipeline, all of level info.
+    std::vector<std::string> logLines() const
+    {
+        std::vector<std::string> lines;
+        for (const std::string& line : log_.texts(spdlog::level::info))
+        {
+            if (line.starts_with("STEP loader: "))
+                lines.push_back(line);
+        }
+        return lines;
+    }
+
+    /// Lets the next conversion be unfinished that often.
+    void setUnfinished(std::vector<std::string> states) { unfinished_ = std::move(states); }
+
+    TempDir folder_;
+    HttpRecorder recorder_;
+    LogCapture log_;
+    const std::string name_ = "fromStep" + std::to_string(::getpid());
+    const std::string content_ = "ISO-10303-21;";
+    const std::filesystem::path input_ = folder_.write(name_ + ".step", content_);
+    const std::filesystem::path scene_ = folder_.path() / "scene.vxu";
+    std::string requestId_ = "request-" + name_;
+    const std::filesystem::path workingFolder_ = output(requestId_);
+    const std::filesystem::path payload_ = output(name_ + ".input.zip");
+    const std::filesystem::path result_ = output(name_ + ".vxu");
+    /// Called on a thread of the server when the path is asked for.
+    std::map<std::string, std::function<void()>> whenAsked_;
+
+    const std::vector<std::string> allRequests_ = {"POST /converter/v2/request", "PUT /storage/upload",
+                                                   "POST /converter/v2/convert", "GET /converter/v2/status",
+                                                   "GET /storage/result"};
+
+private:
+    static HttpRecorder::Answer resultText_(const std::string& members)
+    {
+        return {.body = R"({"result": {)" + members + "}}"};
+    }
+
+    HttpRecorder::Answer statusAnswer_()
+    {
+        const std::lock_guard lock(mutex_);
+        if (unfinished_.empty())
+            return resultText_(R"("state": "finished", "url": ")" + recorder_.url("/storage/result") + '"');
+        const std::string state = unfinished_.front();
+        unfinished_.erase(unfinished_.begin());
+        return resultText_(R"("state": ")" + state + '"');
+    }
+
+    static void saveResult_(const std::filesystem::path& file)
+    {
+        Mesh mesh;
+        mesh.points = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
+        mesh.triangles = {{0, 2, 1}, {0, 1, 3}, {0, 3, 2}, {1, 2, 3}};
+        const auto root = std::make_shared<Object>();
+        const auto child = std::make_shared<ObjectMesh>(std::make_shared<const Mesh>(std::move(mesh)));
+        child->setName("Tetrahedron");
+        root->addChild(child);
+        const auto saved = saveObjectToFile(*root, file, {});
+        ASSERT_TRUE(saved) << saved.error();
+    }
+
+    mutable std::mutex mutex_;
+    std::vector<float> reports_;
+    std::vector<std::string> unfinished_;
+};
+
+/// A fixture whose tests hold for both forms.
+class FromStepForms : public FromStepFixture, public ::testing::WithParamInterface<Form>
+{
+protected:
+    StepResult run(const ProgressCallback& progress = {}) { return FromStepFixture::run(GetParam(), progress); }
+
+    StepResult runFile(const std::filesystem::path& path) { return FromStepFixture::run(GetParam(), path); }
+
+    std::string errorOf(const ProgressCallback& progress = {})
+    {
+        return FromStepFixture::errorOf(GetParam(), progress);
+    }
+};
+
+inline std::string formName(const ::testing::TestParamInfo<Form>& form)
+{
+    return form.param == Form::Blocking ? "Blocking" : "Async";
+}
+
+} // namespace VX::Test
