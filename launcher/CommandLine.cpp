@@ -15,7 +15,7 @@ namespace VX
 namespace
 {
 
-constexpr int cMaxSide = 16384;
+constexpr int largestSide = 16384;
 
 struct Option
 {
@@ -28,7 +28,7 @@ struct Option
 bool parseSide(std::string_view text, int& side)
 {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), side);
-    return error == std::errc() && end == text.data() + text.size() && side > 0 && side <= cMaxSide;
+    return error == std::errc() && end == text.data() + text.size() && side > 0 && side <= largestSide;
 }
 
 bool parseSize(CommandLine& line, const std::string& text)

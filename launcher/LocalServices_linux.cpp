@@ -12,9 +12,31 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <system_error>
 
 namespace VX
 {
+
+namespace
+{
+
+constexpr std::uintmax_t largestLog = 5U << 20U;
+
+/// Where the services' log goes, after an overlong one has made room; empty where there can be none.
+std::filesystem::path serviceLog()
+{
+    const auto folder = getUserStateDir() / "log";
+    if (!createUserFolder(folder))
+        return {};
+    auto file = folder / "services.log";
+    std::error_code missing;
+    const auto size = std::filesystem::file_size(file, missing);
+    if (!missing && size > largestLog)
+        std::filesystem::rename(file, folder / "services.1.log", missing);
+    return file;
+}
+
+} // namespace
 
 tl::expected<std::unique_ptr<LocalServices>, std::string> LocalServices::bind()
 {
@@ -58,7 +80,8 @@ void LocalServices::start()
                            SupervisedProcess::Command{folder / "quorvix-backend",
                                                       {"serve", "--listen-fd", "3", "--data",
                                                        utf8string(getUserDataDir() / "services"), "--exit-with-parent"},
-                                                      socket_});
+                                                      socket_,
+                                                      serviceLog()});
                    });
 }
 

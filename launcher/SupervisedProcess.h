@@ -19,6 +19,9 @@ public:
         std::vector<std::string> arguments;
         /// Open in the process as descriptor 3; owned by the caller, who keeps it open as long as this object lives.
         int inheritedFd = -1;
+        /// What the process writes to its standard error is appended here (mode 0600); empty: it goes to this
+        /// process's own. The folder exists.
+        std::filesystem::path logFile;
     };
 
     /// Starts the process on a thread of its own and returns at once; failures to start are logged and tried again.

@@ -2,10 +2,12 @@
 
 #include <spdlog/spdlog.h>
 
+#include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/eventfd.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -23,11 +25,11 @@ namespace
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-constexpr int cInheritedFd = 3;
-constexpr auto cStopPatience = 2s;
-constexpr auto cLongestPause = 10000ms;
+constexpr int inheritedFd = 3;
+constexpr auto stopPatience = 2s;
+constexpr auto longestPause = 10000ms;
 /// A process that lived so long is no longer counted as failing.
-constexpr auto cHealthyLife = 30s;
+constexpr auto healthyLife = 30s;
 
 bool waitReadable(int fd, std::chrono::milliseconds timeout)
 {
@@ -69,10 +71,10 @@ private:
             if (runOnce_())
                 return;
             spdlog::warn("The local services ended unexpectedly and are started again");
-            if (Clock::now() - started > cHealthyLife)
+            if (Clock::now() - started > healthyLife)
                 pause = 0ms;
             const auto wait = pause;
-            pause = std::min(cLongestPause, std::max(100ms, pause * 2));
+            pause = std::min(longestPause, std::max(100ms, pause * 2));
             if (waitReadable(stopEvent_, wait))
                 return;
         } while (true);
@@ -85,7 +87,7 @@ private:
         if (const int error = spawn_(pid); error != 0)
         {
             spdlog::error("Cannot start the local services: errno {}", error);
-            return waitReadable(stopEvent_, cLongestPause);
+            return waitReadable(stopEvent_, longestPause);
         }
         const auto process = static_cast<int>(::syscall(SYS_pidfd_open, pid, 0));
         pollfd entries[]{{stopEvent_, POLLIN, 0}, {process, POLLIN, 0}};
@@ -96,7 +98,7 @@ private:
         if (stopped)
         {
             kill(pid, SIGTERM);
-            if (!waitReadable(process, cStopPatience))
+            if (!waitReadable(process, stopPatience))
                 kill(pid, SIGKILL);
         }
         close(process);
@@ -115,7 +117,11 @@ private:
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
         if (command_.inheritedFd >= 0)
-            posix_spawn_file_actions_adddup2(&actions, command_.inheritedFd, cInheritedFd);
+            posix_spawn_file_actions_adddup2(&actions, command_.inheritedFd, inheritedFd);
+        const auto log = command_.logFile.string();
+        if (!log.empty())
+            posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, log.c_str(), O_WRONLY | O_CREAT | O_APPEND,
+                                             S_IRUSR | S_IWUSR);
         posix_spawnattr_t attributes;
         posix_spawnattr_init(&attributes);
         // A Ctrl+C in the terminal is for the program, which then stops the process in order.

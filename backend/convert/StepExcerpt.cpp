@@ -27,10 +27,16 @@ public:
             return isKeyword_(token) && tokens_.next().kind == StepTokenKind::Open && list_() && atEnd_();
         if (token.kind != StepTokenKind::Open)
             return false;
-        for (token = tokens_.next(); token.kind == StepTokenKind::Keyword; token = tokens_.next())
-            if (!isKeyword_(token) || tokens_.next().kind != StepTokenKind::Open || !list_())
+        StepTokenizer ahead({});
+        do
+        {
+            token = tokens_.next();
+            if (token.kind != StepTokenKind::Keyword || !isKeyword_(token) ||
+                tokens_.next().kind != StepTokenKind::Open || !list_())
                 return false;
-        return token.kind == StepTokenKind::Close && atEnd_();
+            ahead = tokens_;
+        } while (ahead.next().kind == StepTokenKind::Keyword);
+        return tokens_.next().kind == StepTokenKind::Close && atEnd_();
     }
 
 private:

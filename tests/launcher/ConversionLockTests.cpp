@@ -18,7 +18,7 @@ namespace VX
 namespace
 {
 
-using Test::makeReadOnly;
+using Test::MountScope;
 
 class ConversionLockTest : public Test::OutputDirectoryTest
 {
@@ -231,7 +231,8 @@ TEST_F(ConversionLockTest, failsWhereTheOutputDirectoryCannotBeCreated)
 {
     QX_NEED_PRIVATE_ROOT();
     std::filesystem::remove_all(ConverterService::serviceOutputDirectory());
-    ASSERT_TRUE(makeReadOnly("/"));
+    const auto readOnly = MountScope::makeReadOnly("/");
+    ASSERT_TRUE(readOnly.isActive());
     EXPECT_EQ(ConversionLock::acquire("locked.part.step", {}).error(), "errno 30");
 }
 

@@ -18,7 +18,7 @@ namespace VX::Test
 /// A server whose two decisions a test makes; without any it answers each request with its method, path and body.
 class ServerFixture : public ::testing::Test, public HttpHandler
 {
-protected:
+public:
     /// The server calls this object: it ends before the object does.
     void TearDown() override { server.reset(); }
 
@@ -40,7 +40,7 @@ protected:
     }
 
     std::function<tl::expected<HttpBodySink, HttpResponse>(const HttpRequest&)> accept;
-    std::function<void(HttpRequest, Respond)> answer = [](HttpRequest request, const Respond& respond)
+    std::function<void(HttpRequest, Respond)> answer = [](const HttpRequest& request, const Respond& respond)
     { respond({.body = request.method + ' ' + request.path + ' ' + request.body}); };
     std::unique_ptr<HttpServer> server;
 

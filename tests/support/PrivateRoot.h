@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 
 namespace VX::Test
@@ -13,9 +14,30 @@ namespace VX::Test
 /// @return false where the system does not allow it
 bool enterPrivateRoot(const std::filesystem::path& hidden, const std::filesystem::path& mountPoint);
 
-/// Makes `folder` a file system of its own that holds no more than `bytes`, or cannot be written to, for this private
-/// root alone. @return false where the system does not allow it, as without a private root
-bool mountSmall(const std::filesystem::path& folder, std::size_t bytes);
-bool makeReadOnly(const std::filesystem::path& folder);
+/// Something about the file systems of this private root that is so until the end of the scope.
+class MountScope
+{
+public:
+    /// `folder` is empty and holds no more than `bytes`.
+    static MountScope makeSmall(const std::filesystem::path& folder, std::size_t bytes);
+
+    /// Nothing can be written to the file system that is mounted at `folder`.
+    static MountScope makeReadOnly(const std::filesystem::path& folder);
+
+    ~MountScope();
+
+    MountScope(const MountScope&) = delete;
+    MountScope& operator=(const MountScope&) = delete;
+
+    /// Whether the system allows it; it does not without a private root.
+    [[nodiscard]] bool isActive() const { return active_; }
+
+private:
+    MountScope(std::filesystem::path folder, bool small, bool active);
+
+    std::filesystem::path folder_;
+    bool small_;
+    bool active_;
+};
 
 } // namespace VX::Test

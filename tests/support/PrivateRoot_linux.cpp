@@ -6,6 +6,7 @@
 
 #include <fstream>
 #include <string>
+#include <utility>
 
 namespace VX::Test
 {
@@ -76,15 +77,31 @@ bool enterPrivateRoot(const fs::path& hidden, const fs::path& mountPoint)
     return entered;
 }
 
-bool mountSmall(const fs::path& folder, std::size_t bytes)
+MountScope::MountScope(fs::path folder, bool small, bool active)
+    : folder_(std::move(folder))
+    , small_(small)
+    , active_(active)
 {
-    const std::string options = "mode=1777,size=" + std::to_string(bytes);
-    return entered && ::mount("tmpfs", folder.c_str(), "tmpfs", 0, options.c_str()) == 0;
 }
 
-bool makeReadOnly(const fs::path& folder)
+MountScope MountScope::makeSmall(const fs::path& folder, std::size_t bytes)
 {
-    return entered && ::mount("none", folder.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) == 0;
+    const std::string options = "mode=1777,size=" + std::to_string(bytes);
+    return {folder, true, entered && ::mount("tmpfs", folder.c_str(), "tmpfs", 0, options.c_str()) == 0};
+}
+
+MountScope MountScope::makeReadOnly(const fs::path& folder)
+{
+    return {folder, false,
+            entered && ::mount("none", folder.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) == 0};
+}
+
+MountScope::~MountScope()
+{
+    if (active_ && small_)
+        ::umount2(folder_.c_str(), MNT_DETACH);
+    else if (active_)
+        ::mount("none", folder_.c_str(), nullptr, MS_REMOUNT | MS_BIND, nullptr);
 }
 
 } // namespace VX::Test

@@ -41,6 +41,8 @@ RawSocket RawSocket::connect(std::uint16_t port)
 {
     const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     const auto address = loopback(port);
+    if (socket < 0)
+        return RawSocket(-1);
     if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0)
         return RawSocket(socket);
     ::close(socket);
@@ -149,8 +151,8 @@ RawListener::RawListener()
 {
     auto address = loopback(0);
     socklen_t size = sizeof(address);
-    if (::bind(socket_, reinterpret_cast<const sockaddr*>(&address), size) != 0 || ::listen(socket_, 16) != 0 ||
-        ::getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &size) != 0)
+    if (socket_ < 0 || ::bind(socket_, reinterpret_cast<const sockaddr*>(&address), size) != 0 ||
+        ::listen(socket_, 16) != 0 || ::getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &size) != 0)
         std::abort();
     port_ = ntohs(address.sin_port);
 }

@@ -1,7 +1,5 @@
 // What the machine can do at most: other figures are held against these.
 
-#include "tests/support/TempDir.h"
-
 #include <VXMesh/MappedFile.h>
 
 #include <benchmark/benchmark.h>
@@ -10,6 +8,9 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -52,15 +53,30 @@ void fillNewMemory(benchmark::State& state)
 
 BENCHMARK(fillNewMemory)->UseRealTime()->Unit(benchmark::kMillisecond);
 
-// A file that the system has in its cache, once written.
+// A file that the system has in its cache, just written.
 class CachedFile
 {
 public:
+    CachedFile()
+    {
+        const std::string content(size, 'x');
+        std::ofstream(path_, std::ios::binary) << content;
+    }
+
+    ~CachedFile()
+    {
+        std::error_code ignored;
+        std::filesystem::remove(path_, ignored);
+    }
+
+    CachedFile(const CachedFile&) = delete;
+    CachedFile& operator=(const CachedFile&) = delete;
+
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
 private:
-    VX::Test::TempDir temp_;
-    std::filesystem::path path_ = temp_.write("file", std::string(size, 'x'));
+    std::filesystem::path path_ =
+        std::filesystem::temp_directory_path() / ("quorvix-bench-" + std::to_string(std::random_device()()));
 };
 
 void readCachedFile(benchmark::State& state)

@@ -186,6 +186,9 @@ int main(int argc, char** argv)
     Options options;
     if (!parse(argc, argv, options))
         return exitUsage;
+    // Without a session bus the toolkit's settings service cannot run and would complain at every step.
+    if (!g_getenv("DBUS_SESSION_BUS_ADDRESS"))
+        g_setenv("GSETTINGS_BACKEND", "keyfile", FALSE);
     int noArguments = 0;
     if (!gtk_init_check(&noArguments, nullptr))
         return exitNoDisplay;

@@ -19,6 +19,7 @@ SceneView::SceneView(std::shared_ptr<Object> root)
     , cornerController_(std::make_unique<CornerControllerObject>())
     , controller_([this](const Vector2d& pixel) { return pointUnderCursor_(pixel); })
 {
+    controller_.setFitter([this](Camera& camera) { SceneRenderer::fit(camera, *root_, size_(), options_.viewport); });
 }
 
 SceneView::~SceneView() = default;
@@ -72,11 +73,11 @@ void SceneView::fitAll(bool animated)
     updateBox_();
     if (animated)
     {
-        controller_.fit(box(), monotonicSeconds());
+        controller_.fitScene(monotonicSeconds());
         return;
     }
     Camera camera = controller_.camera();
-    camera.fit(box(), size_());
+    SceneRenderer::fit(camera, *root_, size_(), options_.viewport);
     controller_.setCamera(camera);
 }
 
@@ -170,14 +171,17 @@ std::optional<double> SceneView::secondsToChange() const
 
 bool SceneView::isOutdated() const
 {
-    return renderer_ && (shownRevision_ != root_->revision() || !(shownCamera_ == controller_.camera()));
+    return renderer_ && (shownRevision_ != root_->revision() || !(shownCamera_ == controller_.camera()) ||
+                         controller_.isAnimating() || (shownMoving_ && !controller_.isMoving(monotonicSeconds())));
 }
 
 void SceneView::draw(const Window& window)
 {
     if (!renderer_ || size_().isEmpty())
         return;
-    renderer_->draw(frame_());
+    const SceneFrame frame = frame_();
+    renderer_->draw(frame);
+    shownMoving_ = frame.interactive;
     renderer_->blit(window.defaultFramebuffer(), area_.x, window.framebufferSize().height - area_.y - area_.height);
     cornerController_->draw(controller_.camera(), size_(), scale_, options_.viewport);
     shownRevision_ = root_->revision();
@@ -219,7 +223,7 @@ SceneFrame SceneView::frame_() const
     frame.size = size_();
     frame.options = options_;
     frame.interactive = controller_.isMoving(monotonicSeconds());
-    if (controller_.isDragging())
+    if (controller_.isOrbiting())
         frame.pivotMark = controller_.pivot();
     return frame;
 }

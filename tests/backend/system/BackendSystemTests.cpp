@@ -1,14 +1,16 @@
 #include "BackendProcess.h"
 #include "tests/backend/support/BackendTestSupport.h"
 #include "tests/support/EnvironmentVariable.h"
+#include "tests/support/PrivateRoot.h"
 #include "tests/support/TempDir.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <json/writer.h>
 
-#include <algorithm>
+#include <fstream>
 #include <memory>
+#include <random>
 #include <set>
 #include <thread>
 
@@ -230,6 +232,74 @@ TEST_F(BackendSystemTest, helps)
 {
     EXPECT_EQ(runBackend({"--help"}, log), 0);
     EXPECT_TRUE(readFile(log).starts_with("Usage: quorvix-backend serve"));
+}
+
+class BackendDiskFullTest : public BackendSystemTest
+{
+protected:
+    static constexpr std::size_t diskSize = 2U << 20U;
+
+    void SetUp() override
+    {
+        if (!enterPrivateRoot("none", QX_TEST_OUTPUT_DIR "/private-root"))
+            GTEST_SKIP() << "no private root folder is to be had here";
+        std::filesystem::create_directory(data);
+        ASSERT_TRUE(mountSmall(data, diskSize));
+    }
+
+    /// Text that compression makes about half as long.
+    static std::string digits(std::size_t size)
+    {
+        std::string text(size, '0');
+        std::minstd_rand random;
+        for (char& c : text)
+            c = static_cast<char>('0' + random() % 10);
+        return text;
+    }
+
+    static constexpr const char* fullText =
+        "The disk of the conversion service is full. Free some space and try again.";
+};
+
+TEST_F(BackendDiskFullTest, endsAnUploadWith507)
+{
+    const auto backend = start();
+    const auto context = client(backend).post("/converter/v2/request", converterBody()).json()["result"];
+    const auto answer = client(backend).send("PUT", context["url"].asString(), std::string(2 * diskSize, 'x'));
+    EXPECT_EQ(answer.status, 507);
+    EXPECT_EQ(answer.errorMessage(), fullText);
+    EXPECT_TRUE(waitUntil([&] { return std::filesystem::is_empty(data / "blobs" / "incoming"); }));
+    EXPECT_EQ(client(backend).run("succeed x"), "converted x");
+}
+
+TEST_F(BackendDiskFullTest, endsAConversionThatHasNoRoomForItsInput)
+{
+    const auto backend = start();
+    EXPECT_EQ(client(backend).run("succeed " + digits(3U << 20U)),
+              "error: Cannot unpack \"upload.zip\": Cannot write \"input\": no space left on device.");
+    EXPECT_EQ(client(backend).run("succeed x"), "converted x");
+}
+
+TEST_F(BackendDiskFullTest, refusesRequestsUntilThereIsRoomAgain)
+{
+    const auto backend = start();
+    EXPECT_EQ(client(backend).run("succeed x"), "converted x");
+    {
+        std::ofstream filler(data / "filler", std::ios::binary);
+        while (filler << std::string(512, 'x') << std::flush)
+            continue;
+    }
+    ClientAnswer answer;
+    EXPECT_TRUE(waitUntil(
+        [&]
+        {
+            answer = client(backend).post("/converter/v2/request", converterBody());
+            return answer.status != 200;
+        }));
+    EXPECT_EQ(answer.status, 507);
+    EXPECT_EQ(answer.errorMessage(), fullText);
+    std::filesystem::remove(data / "filler");
+    EXPECT_EQ(client(backend).run("succeed y"), "converted y");
 }
 
 TEST_F(BackendSystemTest, keepsItsFilesPrivate)

@@ -16,7 +16,7 @@ using Method = WebRequest::Method;
 
 class WebRequestFileTests : public WebRequestFixture
 {
-protected:
+public:
     [[nodiscard]] WebRequest upload(const std::filesystem::path& file) const
     {
         WebRequest request(recorder.url("/upload"));

@@ -22,7 +22,7 @@ namespace VX::Test
 /// Requests over loopback to a recorder, in a process that has sent none before.
 class WebRequestFixture : public ::testing::Test
 {
-protected:
+public:
     void TearDown() override { WebRequests::reset(); }
 
     /// The answer to `request`, waited for.

@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 
 class WebRequestTests : public ::testing::Test
 {
-protected:
+public:
     void TearDown() override { WebRequests::reset(); }
 
     /// What the transport got of the only request.

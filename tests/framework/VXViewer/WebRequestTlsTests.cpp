@@ -15,10 +15,10 @@ namespace
 /// answers a path with the file of that name.
 class WebRequestTlsTests : public WebRequestFixture
 {
-protected:
+public:
     void SetUp() override
     {
-        if (std::system("openssl version > /dev/null 2>&1") != 0)
+        if (run("openssl version > /dev/null 2>&1") != 0)
             GTEST_SKIP() << "openssl is not here";
         ASSERT_EQ(run("openssl req -x509 -newkey rsa:2048 -nodes -keyout key.pem -out cert.pem -days 2"
                       " -subj /CN=127.0.0.1 -addext subjectAltName=IP:127.0.0.1 2> /dev/null"),
@@ -63,7 +63,11 @@ private:
         return "cd '" + folder.path().string() + "' && " + command;
     }
 
-    [[nodiscard]] int run(const std::string& command) const { return std::system(inFolder(command).c_str()); }
+    [[nodiscard]] int run(const std::string& command) const
+    {
+        std::FILE* const process = ::popen(inFolder(command).c_str(), "r");
+        return process ? ::pclose(process) : -1;
+    }
 
     std::FILE* server_ = nullptr;
     int port_ = 0;

@@ -1,81 +1,27 @@
-#include <quorvix/async/StateMachineExecutor.h>
+#include "TestMachines.h"
 
 #include <gtest/gtest.h>
 
 #include <future>
-#include <optional>
 #include <stdexcept>
+#include <string>
 #include <thread>
 #include <vector>
 
 namespace VX
 {
 
-/// Looks into the registry.
-class StateMachineExecutorInspector
-{
-public:
-    static std::size_t registeredCount()
-    {
-        auto& executor = StateMachineExecutor::instance_();
-        const MutexLock lock(executor.mutex_);
-        return executor.machines_.size();
-    }
-
-    static std::size_t nextId()
-    {
-        auto& executor = StateMachineExecutor::instance_();
-        const MutexLock lock(executor.mutex_);
-        return executor.nextId_;
-    }
-
-    static std::optional<std::size_t> idOf(const std::shared_ptr<StateMachine>& machine)
-    {
-        auto& executor = StateMachineExecutor::instance_();
-        const MutexLock lock(executor.mutex_);
-        for (const auto& [id, registered] : executor.machines_)
-        {
-            if (registered == machine)
-                return id;
-        }
-        return std::nullopt;
-    }
-
-    static bool isRegistered(const std::shared_ptr<StateMachine>& machine) { return idOf(machine).has_value(); }
-
-    /// What the callback of a registered machine does, for one that has not given it away.
-    static void resume(const std::shared_ptr<StateMachine>& machine, int state)
-    {
-        StateMachineExecutor::runAndRelease_(idOf(machine).value(), machine, state);
-    }
-};
-
 namespace
 {
 
-using Inspector = StateMachineExecutorInspector;
-using Resume = std::function<void(int)>;
-using Steps = std::unordered_map<int, std::function<int(const Resume&)>>;
-
-constexpr int start = 0;
-constexpr int middle = 1;
-constexpr int wait = 7;
-constexpr int done = 8;
-
-std::shared_ptr<ResumableStateMachine> makeMachine(Steps steps, int initial = start)
-{
-    return std::make_shared<ResumableStateMachine>(std::move(steps), initial, wait, done);
-}
-
-/// A step that keeps the callback in `kept` and waits.
-std::function<int(const Resume&)> waitKeeping(Resume& kept)
-{
-    return [&kept](const Resume& resume)
-    {
-        kept = resume;
-        return wait;
-    };
-}
+using Test::done;
+using Test::Inspector;
+using Test::makeMachine;
+using Test::middle;
+using Test::Resume;
+using Test::start;
+using Test::wait;
+using Test::waitKeeping;
 
 TEST(StateMachineExecutor, runsARegularMachineToItsEnd)
 {
@@ -276,123 +222,6 @@ TEST(StateMachineExecutor, runsAResumedMachineOnTheThreadThatResumesIt)
     const auto otherId = other.get_id();
     other.join();
     EXPECT_EQ(steppedOn, otherId);
-}
-
-/// What a step captured lives on as long as its machine: this tells when the machine is gone.
-class Captured
-{
-public:
-    [[nodiscard]] std::shared_ptr<int> take() { return std::exchange(held_, nullptr); }
-
-    [[nodiscard]] bool isAlive() const { return !watched_.expired(); }
-
-private:
-    std::shared_ptr<int> held_ = std::make_shared<int>(0);
-    std::weak_ptr<int> watched_ = held_;
-};
-
-TEST(StateMachineExecutor, destroysAMachineThatEndsInItsFirstRun)
-{
-    Captured captured;
-    StateMachineExecutor::addStateMachine(
-        makeMachine({{start, [held = captured.take()](const Resume&) { return done; }}}));
-    EXPECT_FALSE(captured.isAlive());
-}
-
-TEST(StateMachineExecutor, destroysAMachineThatEndsAfterItsWaitWithTheLastCopyOfItsCallback)
-{
-    Captured captured;
-    Resume kept;
-    StateMachineExecutor::addStateMachine(makeMachine({{start, [&kept, held = captured.take()](const Resume& resume)
-                                                        {
-                                                            kept = resume;
-                                                            return wait;
-                                                        }}}));
-    EXPECT_TRUE(captured.isAlive());
-    kept(done);
-    EXPECT_TRUE(captured.isAlive());
-    kept = nullptr;
-    EXPECT_FALSE(captured.isAlive());
-}
-
-TEST(StateMachineExecutor, keepsTheCallbackWhileTheStepRunsWhoseNestedRunEndsTheMachine)
-{
-    Captured captured;
-    bool callable = false;
-    StateMachineExecutor::addStateMachine(makeMachine({{start, [&callable, held = captured.take()](const Resume& resume)
-                                                        {
-                                                            resume(done);
-                                                            callable = static_cast<bool>(resume);
-                                                            resume(done);
-                                                            return wait;
-                                                        }}}));
-    EXPECT_TRUE(callable);
-    EXPECT_FALSE(captured.isAlive());
-}
-
-TEST(StateMachineExecutor, endsWithinTheCallOfTheMachinesOwnCallback)
-{
-    // Not a copy of the callback but the machine's own one: it is destroyed while it executes.
-    Captured captured;
-    const Resume* own = nullptr;
-    StateMachineExecutor::addStateMachine(makeMachine({{start, [&own, held = captured.take()](const Resume& resume)
-                                                        {
-                                                            own = &resume;
-                                                            return wait;
-                                                        }}}));
-    (*own)(done);
-    EXPECT_FALSE(captured.isAlive());
-}
-
-TEST(StateMachineExecutor, runsAMachineAgainThatIsAddedAgain)
-{
-    Resume kept;
-    int ends = 0;
-    const auto machine =
-        makeMachine({{start, waitKeeping(kept)}, {middle, [&](const Resume&) { return ++ends, done; }}});
-    StateMachineExecutor::addStateMachine(machine);
-    kept(middle);
-    StateMachineExecutor::addStateMachine(machine);
-    kept(middle);
-    EXPECT_EQ(ends, 2);
-}
-
-TEST(StateMachineExecutor, endsOnAnotherThreadWhileTheFirstStepIsStillRunning)
-{
-    Captured captured;
-    std::optional<std::thread> other;
-    bool callable = false;
-    StateMachineExecutor::addStateMachine(makeMachine({{start, [&, held = captured.take()](const Resume& resume)
-                                                        {
-                                                            other.emplace([resume] { resume(done); });
-                                                            other->join();
-                                                            callable = static_cast<bool>(resume);
-                                                            return wait;
-                                                        }}}));
-    EXPECT_TRUE(callable);
-    EXPECT_FALSE(captured.isAlive());
-}
-
-TEST(StateMachineExecutor, endsOnAnotherThreadWhileTheFirstRunReturns)
-{
-    // Nothing orders the two runs; a thread sanitizer sees it where they touch the machine without care.
-    for (int round = 0; round < 500; ++round)
-    {
-        Captured captured;
-        std::thread other;
-        int steps = 0;
-        StateMachineExecutor::addStateMachine(
-            makeMachine({{start,
-                          [&other, held = captured.take()](const Resume& resume)
-                          {
-                              other = std::thread([resume] { resume(middle); });
-                              return wait;
-                          }},
-                         {middle, [&steps](const Resume&) { return ++steps, done; }}}));
-        other.join();
-        ASSERT_EQ(steps, 1);
-        ASSERT_FALSE(captured.isAlive());
-    }
 }
 
 TEST(StateMachineExecutor, drivesMachinesOfSeveralThreadsAtATime)

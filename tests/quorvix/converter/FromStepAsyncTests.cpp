@@ -235,6 +235,7 @@ TEST_F(FromStepAsync, needsNoCompletionCallback)
 
 TEST_F(FromStepAsync, runsSeveralConversionsAtATime)
 {
+    giveEachItsOwnRequestId();
     std::vector<std::promise<StepResult>> promises(4);
     for (std::size_t i = 0; i < promises.size(); ++i)
     {

@@ -106,6 +106,7 @@ TEST_F(FromStepBlocking, countsAnExceptionDuringATransferAsACancel)
 
 TEST_F(FromStepBlocking, takesItsTimeOverSeveralConversionsAtOnce)
 {
+    giveEachItsOwnRequestId();
     const auto other = folder_.write(name_ + ".other.step", content_);
     std::thread thread([&] { EXPECT_TRUE(run(Form::Blocking, other)); });
     EXPECT_TRUE(run(Form::Blocking));

@@ -11,6 +11,7 @@
 #include <tests/support/LogCapture.h>
 #include <tests/support/TempDir.h>
 
+#include <atomic>
 #include <future>
 #include <map>
 #include <mutex>
@@ -42,17 +43,11 @@ protected:
         resetDeployment();
         ASSERT_TRUE(setDeployment(withEmbeddedServices({}, recorder_.port())));
         saveResult_(scene_);
-        answer("/converter/v2/request",
-               [this]
-               {
-                   return resultText_(R"("request_id": ")" + requestId_ + R"(", "url": ")" +
-                                      recorder_.url("/storage/upload?key=1") + '"');
-               });
+        answer("/converter/v2/request", [this] { return contextAnswer(requestId_); });
         answer("/storage/upload", [] { return HttpRecorder::Answer{}; });
         answer("/converter/v2/convert", [this] { return resultText_(""); });
         answer("/converter/v2/status", [this] { return statusAnswer_(); });
         answer("/storage/result", [this] { return HttpRecorder::Answer{.file = scene_}; });
-        std::filesystem::remove_all(workingFolder_);
     }
 
     void TearDown() override
@@ -60,9 +55,12 @@ protected:
         WebRequests::reset();
         resetDeployment();
         std::error_code ignored;
-        std::filesystem::remove_all(workingFolder_, ignored);
-        std::filesystem::remove(payload_, ignored);
-        std::filesystem::remove(result_, ignored);
+        for (const auto& entry :
+             std::filesystem::directory_iterator(ConverterService::serviceOutputDirectory(), ignored))
+        {
+            if (entry.path().filename().string().find(name_) != std::string::npos)
+                std::filesystem::remove_all(entry.path(), ignored);
+        }
     }
 
     /// Answers the requests for `path`, after the test's `whenAsked_` for it.
@@ -80,6 +78,20 @@ protected:
     void answer(const std::string& path, const HttpRecorder::Answer& fixed)
     {
         answer(path, [fixed] { return fixed; });
+    }
+
+    /// What the service answers to the first request.
+    HttpRecorder::Answer contextAnswer(const std::string& requestId) const
+    {
+        return resultText_(R"("request_id": ")" + requestId + R"(", "url": ")" +
+                           recorder_.url("/storage/upload?key=1") + '"');
+    }
+
+    /// Gives every conversion a working directory of its own, as the service does.
+    void giveEachItsOwnRequestId()
+    {
+        answer("/converter/v2/request", [this, count = std::make_shared<std::atomic_int>(0)]
+               { return contextAnswer(requestId_ + '-' + std::to_string(++*count)); });
     }
 
     /// Lets the service say that the conversion failed, or the storage that it has nothing.

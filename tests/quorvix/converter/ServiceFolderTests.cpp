@@ -9,7 +9,7 @@ namespace VX::ConverterService
 namespace
 {
 
-using Test::mountSmall;
+using Test::MountScope;
 using Test::readFile;
 using Test::TempDir;
 
@@ -133,7 +133,8 @@ TEST_F(ServiceFolderTest, copiesNothingButRegularFiles)
 TEST_F(ServiceFolderTest, leavesNoPartOfACopyForWhichThereIsNoRoom)
 {
     QX_NEED_PRIVATE_ROOT();
-    ASSERT_TRUE(mountSmall(serviceOutputDirectory(), 65'536));
+    const auto small = MountScope::makeSmall(serviceOutputDirectory(), 65'536);
+    ASSERT_TRUE(small.isActive());
     EXPECT_EQ(copyPrivately(folder_.write("source", std::string(1'000'000, 'x')), output("target")),
               std::errc::no_space_on_device);
     EXPECT_FALSE(std::filesystem::exists(output("target")));

@@ -119,6 +119,7 @@ private:
     /// What the window shows.
     std::uint64_t shownRevision_ = 0;
     Camera shownCamera_;
+    bool shownMoving_ = false;
 };
 
 } // namespace VX

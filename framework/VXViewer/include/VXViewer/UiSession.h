@@ -38,6 +38,9 @@ public:
     /// Ends it; `draw` can be called now.
     void endFrame();
 
+    /// True when a window of the frame has not found its size yet and waits for the next frame.
+    [[nodiscard]] bool wantsAnotherFrame() const;
+
     /// Draws the frame over what is in the window.
     void draw();
 

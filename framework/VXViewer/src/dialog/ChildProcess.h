@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VXViewer/Export.h>
+
 #include <tl/expected.hpp>
 
 #include <filesystem>
@@ -18,7 +20,7 @@ namespace VX
                                                             const std::vector<std::string>& arguments);
 
 /// A program that is started, and read to its end.
-class ChildProcess
+class VXVIEWER_API ChildProcess
 {
 public:
     /// How it ended.

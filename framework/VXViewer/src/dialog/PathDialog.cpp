@@ -136,6 +136,8 @@ void PathDialog::drawFolder_()
 
     std::filesystem::path entered;
     ImGui::PushStyleColor(ImGuiCol_ChildBg, UI::color(UI::Color::Window));
+    const ImVec2 spacing = ImGui::GetStyle().ItemSpacing;
+    ImGui::PushStyleVar(ImGuiStyleVar_ItemSpacing, ImVec2(spacing.x, 0));
     if (ImGui::BeginChild("##content", {0, UI::px(28 * 8 + 8)}, ImGuiChildFlags_AlwaysUseWindowPadding))
     {
         for (const Entry& entry : entries_)
@@ -155,6 +157,7 @@ void PathDialog::drawFolder_()
             UI::secondaryText(tr("Nothing to open in this folder"));
     }
     ImGui::EndChild();
+    ImGui::PopStyleVar();
     ImGui::PopStyleColor();
     if (!entered.empty())
         openFolder_(entered);

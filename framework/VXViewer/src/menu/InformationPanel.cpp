@@ -79,6 +79,8 @@ void InformationPanel::draw()
         revision_ = viewer_.scene().revision();
         update_();
     }
+    if (viewer_.scene().children().empty())
+        return;
     ImGui::PushStyleVar(ImGuiStyleVar_ItemSpacing, ImVec2(UI::px(8), UI::px(4)));
     {
         const UI::ScopedFont semiBold(UI::Font::SemiBold);

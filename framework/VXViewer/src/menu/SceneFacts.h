@@ -1,6 +1,7 @@
 #pragma once
 
 #include <VXMesh/Object.h>
+#include <VXViewer/Export.h>
 
 #include <cstdint>
 #include <string>
@@ -10,7 +11,7 @@ namespace VX
 {
 
 /// How much there is in a part of the scene.
-struct SceneFacts
+struct VXVIEWER_API SceneFacts
 {
     std::uint64_t objects = 0; ///< with geometry
     std::uint64_t triangles = 0;
@@ -24,10 +25,10 @@ struct SceneFacts
 };
 
 /// "1,234,567"
-[[nodiscard]] std::string countText(std::uint64_t count);
+[[nodiscard]] VXVIEWER_API std::string countText(std::uint64_t count);
 
 /// A length or coordinate in scene units: five digits, or all those before the point: "12.345", "123457". Less than
 /// 0.00005 is "0".
-[[nodiscard]] std::string lengthText(double length);
+[[nodiscard]] VXVIEWER_API std::string lengthText(double length);
 
 } // namespace VX

@@ -73,6 +73,10 @@ void SceneTreePanel::draw()
     }
     rows_.clear();
     collectRows_(scene, 0);
+    hasGroups_ =
+        std::any_of(rows_.begin(), rows_.end(), [](const Row& row) { return !row.object->children().empty(); });
+    if (rows_.empty())
+        UI::secondaryText(tr("No objects"));
 
     ImGui::PushStyleVar(ImGuiStyleVar_ItemSpacing, ImVec2(0, 0));
     ImGuiListClipper clipper;
@@ -126,7 +130,7 @@ void SceneTreePanel::drawRow_(const Row& row)
     const float width = ImGui::GetContentRegionAvail().x;
     const float height = UI::px(rowHeight);
     const float indent = UI::px(indentWidth) * static_cast<float>(row.depth);
-    const float labelX = indent + height;
+    const float labelX = indent + (hasGroups_ ? height : 0);
     const float eyeX = width - height;
 
     ImDrawList* draw = ImGui::GetWindowDrawList();

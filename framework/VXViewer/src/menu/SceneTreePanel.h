@@ -43,6 +43,7 @@ private:
     std::uint64_t anchor_ = 0;                ///< where a range begins
     std::uint64_t revealed_ = 0;              ///< the selected object that was last brought into view
     std::uint64_t revision_ = 0;
+    bool hasGroups_ = false; ///< some row can be folded: all leave room for the arrow
 };
 
 } // namespace VX

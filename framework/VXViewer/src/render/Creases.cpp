@@ -91,6 +91,12 @@ void collectCorners(const Mesh& mesh, Suspects& suspects)
     forCorners([&](std::uint32_t slot, std::uint32_t corner) { suspects.corners[next(cursor[slot])] = corner; });
 }
 
+struct SharpEdge
+{
+    Segment ends;
+    float cosine; ///< of the angle between the triangles
+};
+
 /// The triangles around one point, sorted into smooth areas.
 class Fan
 {
@@ -102,14 +108,15 @@ public:
     }
 
     /// Appends the sharp edges and borders at a suspect; each is found at one of its ends only.
-    void findSharpEdges(std::uint32_t slot, std::vector<Segment>& edges)
+    void findSharpEdges(std::uint32_t slot, std::vector<SharpEdge>& edges)
     {
         load_(slot);
         forEdges_(
             [&](SpokeIterator begin, SpokeIterator end)
             {
-                if (isSharp_(begin, end) && (point_ < begin->to || suspects_.slots[begin->to] == noSlot))
-                    edges.emplace_back(point_, begin->to);
+                const float turn = cosineOf_(begin, end);
+                if (turn < cosSharp && (point_ < begin->to || suspects_.slots[begin->to] == noSlot))
+                    edges.push_back({Segment(point_, begin->to), turn});
             });
     }
 
@@ -121,7 +128,7 @@ public:
         forEdges_(
             [&](SpokeIterator begin, SpokeIterator end)
             {
-                if (!isSharp_(begin, end) || !divides(point_, begin->to))
+                if (cosineOf_(begin, end) >= cosSharp || !divides(point_, begin->to))
                     join_(begin, end);
             });
         emit_(out);
@@ -182,11 +189,10 @@ private:
         }
     }
 
-    [[nodiscard]] bool isSharp_(SpokeIterator begin, SpokeIterator end) const
+    /// Of the angle between the triangles at an edge; -1 where there are not two.
+    [[nodiscard]] float cosineOf_(SpokeIterator begin, SpokeIterator end) const
     {
-        if (end - begin != 2)
-            return true;
-        return wings_[begin->wing].normal.dot(wings_[(begin + 1)->wing].normal) < cosSharp;
+        return end - begin == 2 ? wings_[begin->wing].normal.dot(wings_[(begin + 1)->wing].normal) : -1.0F;
     }
 
     [[nodiscard]] std::uint32_t areaOf_(std::uint32_t wing) const
@@ -245,25 +251,37 @@ private:
     std::vector<std::uint32_t> vertices_;
 };
 
-/// Takes out what is noise rather than an edge: short pieces with loose ends. Closed loops stay however small.
-void dropScraps(const Suspects& suspects, std::vector<Segment>& edges)
+/// The edges without what is noise rather than an edge of a part: short pieces with loose ends where the surface turns
+/// little, and tiny loops of few segments.
+std::vector<Segment> withoutScraps(const Mesh& mesh, const Suspects& suspects, const std::vector<SharpEdge>& edges)
 {
-    constexpr std::uint32_t leastSegmentsAnEnd = 8;
-
     struct Chain
     {
         std::uint32_t segments = 0;
         std::uint32_t ends = 0;
+        float length = 0;
+        float cosines = 0;
+
+        [[nodiscard]] bool isScrap(float diagonal) const
+        {
+            constexpr std::uint32_t fewSegments = 6;
+            constexpr float tinyLength = 0.05F;
+            constexpr float strongCosine = 0.5F;
+            const std::uint32_t leastSegmentsAnEnd = cosines < strongCosine * static_cast<float>(segments) ? 3 : 8;
+            return segments < leastSegmentsAnEnd * ends || (segments < fewSegments && length < tinyLength * diagonal);
+        }
     };
 
     const auto count = static_cast<std::uint32_t>(suspects.points.size());
     VertexSets chains(count);
     std::vector<std::uint32_t> degrees(count, 0);
     std::vector<Chain> facts(count);
-    for (const Segment& edge : edges)
+    Box3f box;
+    for (const SharpEdge& edge : edges)
     {
-        const std::uint32_t a = suspects.slots[edge[0]];
-        const std::uint32_t b = suspects.slots[edge[1]];
+        const std::uint32_t a = suspects.slots[edge.ends[0]];
+        const std::uint32_t b = suspects.slots[edge.ends[1]];
+        box.extend(mesh.points[edge.ends[0]]);
         ++degrees[a];
         if (b == noSlot)
             continue;
@@ -275,20 +293,24 @@ void dropScraps(const Suspects& suspects, std::vector<Segment>& edges)
         if (degrees[slot] == 1)
             ++facts[chains.find(slot)].ends;
     }
-    for (const Segment& edge : edges)
+    for (const SharpEdge& edge : edges)
     {
-        Chain& chain = facts[chains.find(suspects.slots[edge[0]])];
+        Chain& chain = facts[chains.find(suspects.slots[edge.ends[0]])];
         ++chain.segments;
+        chain.length += (mesh.points[edge.ends[0]] - mesh.points[edge.ends[1]]).norm();
+        chain.cosines += edge.cosine;
         // Where the other end is no suspect, the edge fades out there.
-        if (suspects.slots[edge[1]] == noSlot)
+        if (suspects.slots[edge.ends[1]] == noSlot)
             ++chain.ends;
     }
-    std::erase_if(edges,
-                  [&](const Segment& edge)
-                  {
-                      const Chain& chain = facts[chains.find(suspects.slots[edge[0]])];
-                      return chain.segments < leastSegmentsAnEnd * chain.ends;
-                  });
+    const float diagonal = box.isEmpty() ? 0 : box.diagonal().norm();
+    std::vector<Segment> kept;
+    for (const SharpEdge& edge : edges)
+    {
+        if (!facts[chains.find(suspects.slots[edge.ends[0]])].isScrap(diagonal))
+            kept.push_back(edge.ends);
+    }
+    return kept;
 }
 
 /// A set of edges that is asked often and never changes.
@@ -350,11 +372,12 @@ Creases findCreases(const Mesh& mesh, const NormalSums& sums)
     if (suspects.points.empty())
         return result;
     collectCorners(mesh, suspects);
-    const auto edgeParts = forSuspects<std::vector<Segment>>(
+    const auto edgeParts = forSuspects<std::vector<SharpEdge>>(
         mesh, suspects, [](Fan& fan, std::uint32_t slot, auto& edges) { fan.findSharpEdges(slot, edges); });
+    std::vector<SharpEdge> edges;
     for (const auto& part : edgeParts)
-        append(result.edges, part);
-    dropScraps(suspects, result.edges);
+        append(edges, part);
+    result.edges = withoutScraps(mesh, suspects, edges);
 
     const EdgeSet kept(result.edges);
     const auto divides = [&](std::uint32_t a, std::uint32_t b) { return kept.contains(a, b); };

@@ -77,7 +77,7 @@ uniform int firstTriangle;
 #endif
 out vec4 result;
 
-const vec3 keyLight = vec3(-0.2592, 0.4245, 0.8675);
+const vec3 keyLight = vec3(-0.4201, 0.5001, 0.7572);
 const vec3 fillLight = vec3(0.7592, -0.1687, 0.6286);
 
 void main()
@@ -109,7 +109,7 @@ void main()
 
     float key = max(dot(n, keyLight), 0.0);
     float fill = max(dot(n, fillLight), 0.0);
-    float light = 0.70 * key + 0.20 * fill + 0.14 + 0.08 * n.y;
+    float light = 0.84 * key + 0.13 * fill + 0.09 + 0.05 * n.y;
     float shine = max(dot(n, normalize(keyLight + v)), 0.0);
     shine *= shine;
     shine *= shine;
@@ -206,7 +206,7 @@ void main()
     n.x += n.x >= 0.0 ? -fold : fold;
     n.y += n.y >= 0.0 ? -fold : fold;
     n = normalize(normalToCamera * n);
-    base *= 0.25 + 0.75 * abs(dot(n, vec3(-0.2592, 0.4245, 0.8675)));
+    base *= 0.25 + 0.75 * abs(dot(n, vec3(-0.4201, 0.5001, 0.7572)));
 #endif
     shown = sqrt(base);
 }
@@ -221,45 +221,6 @@ void main()
     if (dot(fromMiddle, fromMiddle) > 0.25)
         discard;
     result = vec4(shown, 1.0);
-}
-)";
-
-const std::string_view cubeVertex = R"(
-layout(location = 0) in vec3 position;
-layout(location = 1) in vec3 normal;
-layout(location = 2) in vec2 atlas;
-layout(location = 3) in float part;
-uniform mat4 toClip;
-uniform mat3 turn;
-uniform float hoveredPart;
-out vec3 n;
-out vec2 label;
-flat out float hovered;
-void main()
-{
-    gl_Position = toClip * vec4(position, 1.0);
-    n = turn * normal;
-    label = atlas;
-    hovered = abs(part - hoveredPart) < 0.5 ? 1.0 : 0.0;
-}
-)";
-
-const std::string_view cubeFragment = R"(
-uniform sampler2D labels;
-uniform vec3 faceColor;
-uniform vec3 textColor;
-uniform vec3 hoverColor;
-in vec3 n;
-in vec2 label;
-flat in float hovered;
-out vec4 result;
-void main()
-{
-    vec3 normal = normalize(n);
-    float light = 0.72 + 0.28 * max(dot(normal, vec3(-0.2592, 0.4245, 0.8675)), 0.0);
-    vec3 base = mix(faceColor, hoverColor, hovered);
-    float ink = label.x < 0.0 ? 0.0 : texture(labels, label).r;
-    result = vec4(mix(base * light, textColor, ink), 1.0);
 }
 )";
 

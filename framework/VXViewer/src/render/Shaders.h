@@ -22,8 +22,4 @@ extern const std::string_view lineFragment;
 extern const std::string_view pointVertex;
 extern const std::string_view pointFragment;
 
-/// The view cube: lit triangles with a label from a texture.
-extern const std::string_view cubeVertex;
-extern const std::string_view cubeFragment;
-
 } // namespace VX::Shaders

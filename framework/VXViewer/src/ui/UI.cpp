@@ -69,6 +69,23 @@ ImVec2 controlSize(ImVec2 size)
     return size;
 }
 
+/// A small arrow down at the right end of a combo.
+void drawChevron(ImVec2 min, ImVec2 max)
+{
+    const float r = px(4);
+    const ImVec2 center(max.x - px(14), (min.y + max.y) / 2);
+    ImDrawList* draw = ImGui::GetWindowDrawList();
+    const ImVec2 tip(center.x, center.y + r / 2);
+    draw->AddLine({center.x - r, center.y - r / 2}, tip, color(Color::SecondaryText), scale() * 1.5F);
+    draw->AddLine(tip, {center.x + r, center.y - r / 2}, color(Color::SecondaryText), scale() * 1.5F);
+}
+
+/// True within a `ScopedDisabled`.
+bool isDisabledNow()
+{
+    return (ImGui::GetCurrentContext()->CurrentItemFlags & ImGuiItemFlags_Disabled) != 0;
+}
+
 bool coloredButton(const std::string& label, ImVec2 size, std::array<Color, 3> colors, Color textColor)
 {
     ImGui::PushStyleColor(ImGuiCol_Button, color(colors[0]));
@@ -192,8 +209,10 @@ bool button(const std::string& label, ImVec2 size)
 bool primaryButton(const std::string& label, ImVec2 size)
 {
     const ScopedFont semiBold(Font::SemiBold);
+    const bool disabled = isDisabledNow();
     const bool pressed =
-        coloredButton(label, size, {Color::Accent, Color::AccentHovered, Color::Accent}, Color::AccentText);
+        disabled ? coloredButton(label, size, {Color::Raised, Color::Raised, Color::Raised}, Color::Text)
+                 : coloredButton(label, size, {Color::Accent, Color::AccentHovered, Color::Accent}, Color::AccentText);
     record(UiKind::Button, label);
     return pressed;
 }
@@ -203,6 +222,12 @@ bool toolButton(const std::string& label, bool active, ImVec2 size)
     const Color rest = active ? Color::Raised : Color::Panel;
     const bool pressed = coloredButton(label, size, {rest, Color::RaisedHovered, Color::Border}, Color::Text);
     record(UiKind::Button, label, active ? "on" : "");
+    if (active)
+    {
+        const ImVec2 min = ImGui::GetItemRectMin();
+        const ImVec2 max = ImGui::GetItemRectMax();
+        ImGui::GetWindowDrawList()->AddRectFilled({min.x, max.y - px(2)}, max, color(Color::Accent), px(1));
+    }
     return pressed;
 }
 
@@ -232,8 +257,12 @@ bool combo(const std::string& label, int& current, const std::vector<std::string
 {
     const bool known = current >= 0 && current < static_cast<int>(choices.size());
     const std::string shown = known ? choices[static_cast<std::size_t>(current)] : std::string();
-    const bool open = ImGui::BeginCombo(label.c_str(), shown.c_str());
-    record(UiKind::Combo, label, shown);
+    const bool open = ImGui::BeginCombo(label.c_str(), shown.c_str(), ImGuiComboFlags_NoArrowButton);
+    if (!open)
+    {
+        record(UiKind::Combo, label, shown);
+        drawChevron(ImGui::GetItemRectMin(), ImGui::GetItemRectMax());
+    }
     if (!open)
         return false;
     bool changed = false;

@@ -9,6 +9,7 @@
 
 #include <imgui.h>
 #include <imgui_impl_opengl3.h>
+#include <imgui_internal.h>
 
 #include <epoxy/gl.h>
 
@@ -100,6 +101,18 @@ void UiSession::endFrame()
     ImGui::Render();
     UiTree::instance().endFrame();
     ImGuiInput::updateCursor(window_);
+}
+
+bool UiSession::wantsAnotherFrame() const
+{
+    const ImVector<ImGuiWindow*>& windows = ImGui::GetCurrentContext()->Windows;
+    return std::any_of(windows.begin(), windows.end(),
+                       [](const ImGuiWindow* window)
+                       {
+                           return window->Active &&
+                                  (window->HiddenFramesCanSkipItems > 0 || window->HiddenFramesCannotSkipItems > 0 ||
+                                   window->AutoFitFramesX > 0 || window->AutoFitFramesY > 0);
+                       });
 }
 
 void UiSession::draw()

@@ -1,0 +1,138 @@
+#include "render/CubeLabels.h"
+
+#include <spdlog/spdlog.h>
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+
+#include <algorithm>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace VX
+{
+
+namespace
+{
+
+constexpr const char* fontFile = "/usr/share/fonts/truetype/open-sans/OpenSans-Semibold.ttf";
+
+/// The height of the letters, and the width that they may take, as parts of the layer's side.
+constexpr double textHeight = 0.30;
+constexpr double textWidth = 0.88;
+
+class Face
+{
+public:
+    Face()
+    {
+        if (FT_Init_FreeType(&library_) == 0 && FT_New_Face(library_, fontFile, 0, &face_) != 0)
+            face_ = nullptr;
+    }
+
+    ~Face()
+    {
+        if (face_)
+            FT_Done_Face(face_);
+        if (library_)
+            FT_Done_FreeType(library_);
+    }
+
+    Face(const Face&) = delete;
+    Face& operator=(const Face&) = delete;
+
+    [[nodiscard]] FT_Face get() const { return face_; }
+
+private:
+    FT_Library library_ = nullptr;
+    FT_Face face_ = nullptr;
+};
+
+std::u32string decodeUtf8(const std::string& text)
+{
+    std::u32string result;
+    for (const char c : text)
+    {
+        const auto byte = static_cast<unsigned char>(c);
+        if ((byte & 0xC0U) != 0x80U)
+            result.push_back(byte < 0x80U   ? byte
+                             : byte < 0xE0U ? byte & 0x1FU
+                             : byte < 0xF0U ? byte & 0x0FU
+                                            : byte & 7U);
+        else if (!result.empty())
+            result.back() = (result.back() << 6U) | (byte & 0x3FU);
+    }
+    return result;
+}
+
+int widthOf(FT_Face face, const std::u32string& text)
+{
+    FT_Pos width = 0;
+    for (const char32_t letter : text)
+        if (FT_Load_Char(face, letter, FT_LOAD_DEFAULT) == 0)
+            width += face->glyph->advance.x;
+    return static_cast<int>(width >> 6);
+}
+
+void drawText(FT_Face face, const std::u32string& text, int side, std::span<std::uint8_t> layer)
+{
+    auto height = static_cast<unsigned>(side * textHeight);
+    FT_Set_Pixel_Sizes(face, 0, height);
+    if (const int width = widthOf(face, text); width > side * textWidth)
+    {
+        height = static_cast<unsigned>(height * side * textWidth / width);
+        FT_Set_Pixel_Sizes(face, 0, height);
+    }
+    int left = (side - widthOf(face, text)) / 2;
+    // Capitals are about 0.7 of the letters' size.
+    const int baseline = side / 2 + static_cast<int>(height * 0.36);
+    for (const char32_t letter : text)
+    {
+        if (FT_Load_Char(face, letter, FT_LOAD_RENDER) != 0)
+            continue;
+        const FT_GlyphSlot glyph = face->glyph;
+        for (int y = 0; y < static_cast<int>(glyph->bitmap.rows); ++y)
+        {
+            for (int x = 0; x < static_cast<int>(glyph->bitmap.width); ++x)
+            {
+                const int column = left + glyph->bitmap_left + x;
+                const int row = baseline - glyph->bitmap_top + y;
+                if (column < 0 || row < 0 || column >= side || row >= side)
+                    continue;
+                std::uint8_t& ink = layer[static_cast<std::size_t>(row * side + column)];
+                ink = std::max(ink, glyph->bitmap.buffer[y * glyph->bitmap.pitch + x]);
+            }
+        }
+        left += static_cast<int>(glyph->advance.x >> 6);
+    }
+}
+
+} // namespace
+
+Gl::Texture makeCubeLabels(const std::array<std::string, 6>& labels, int side)
+{
+    const auto layerSize = static_cast<std::size_t>(side) * static_cast<std::size_t>(side);
+    std::vector<std::uint8_t> layers(layerSize * labels.size());
+    const Face face;
+    if (!face.get())
+        spdlog::warn("The font of the view cube is missing; its faces have no labels");
+    for (std::size_t i = 0; face.get() && i < labels.size(); ++i)
+        drawText(face.get(), decodeUtf8(labels.at(i)), side, std::span(layers).subspan(i * layerSize, layerSize));
+
+    Gl::Texture texture = Gl::Texture::create();
+    glBindTexture(GL_TEXTURE_2D_ARRAY, texture.name());
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+    glTexImage3D(GL_TEXTURE_2D_ARRAY, 0, GL_R8, side, side, static_cast<GLsizei>(labels.size()), 0, GL_RED,
+                 GL_UNSIGNED_BYTE, layers.data());
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
+    glGenerateMipmap(GL_TEXTURE_2D_ARRAY);
+    glTexParameteri(GL_TEXTURE_2D_ARRAY, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
+    glTexParameteri(GL_TEXTURE_2D_ARRAY, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+    glTexParameteri(GL_TEXTURE_2D_ARRAY, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
+    glTexParameteri(GL_TEXTURE_2D_ARRAY, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
+    glBindTexture(GL_TEXTURE_2D_ARRAY, 0);
+    return texture;
+}
+
+} // namespace VX
