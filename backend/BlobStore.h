@@ -42,7 +42,7 @@ public:
 
     /// Removes the blobs, and what was never completed, last written before `time`.
     /// @return how many files it removed
-    std::size_t removeOlderThan(std::filesystem::file_time_type time) const;
+    [[nodiscard]] std::size_t removeOlderThan(std::filesystem::file_time_type time) const;
 
     /// Bytes that the disk has left for this user; nothing where the system does not say.
     [[nodiscard]] std::optional<std::uint64_t> freeSpace() const;

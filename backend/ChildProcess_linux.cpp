@@ -89,7 +89,7 @@ void volunteerForMemoryShortage()
     sigaction(SIGPIPE, &standard, nullptr);
     sigset_t none;
     sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
+    pthread_sigmask(SIG_SETMASK, &none, nullptr);
 
     dup2(launch.nullDevice, STDIN_FILENO);
     dup2(launch.nullDevice, STDOUT_FILENO);
@@ -111,6 +111,7 @@ tl::expected<ChildProcess, std::string> ChildProcess::start(const std::filesyste
     std::vector<std::string> texts{program.string()};
     texts.insert(texts.end(), arguments.begin(), arguments.end());
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts)
         pointers.push_back(text.data());
     pointers.push_back(nullptr);

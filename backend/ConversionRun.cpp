@@ -97,8 +97,8 @@ tl::expected<bool, std::string> ConversionRun::report_(const ConversionOutcome& 
 
 void ConversionRun::removeUploadIfEnded_()
 {
-    const auto status = queue_.status(job_.id);
-    if (status && *status && ((*status)->state == JobState::Finished || (*status)->state == JobState::Failed))
+    const std::optional<JobStatus> status = queue_.status(job_.id).value_or(std::nullopt);
+    if (status && (status->state == JobState::Finished || status->state == JobState::Failed))
         blobs_.remove(uploadKey(job_.id));
 }
 

@@ -2,6 +2,7 @@
 
 #include <spdlog/spdlog.h>
 
+#include <optional>
 #include <utility>
 
 namespace VX
@@ -43,15 +44,13 @@ void ConversionWorkers::work_()
     {
         // Read before the queue is, so that no wake between the two is lost.
         const std::uint64_t seen = wakes_();
-        auto job = queue_.claim();
-        if (job && *job)
-        {
-            ConversionRun(std::move(**job), queue_, blobs_, settings_, stop_).run();
-            continue;
-        }
-        if (!job)
-            spdlog::error("No conversion can be started: {}", job.error());
-        waitForWake_(seen);
+        auto claimed = queue_.claim();
+        if (!claimed)
+            spdlog::error("No conversion can be started: {}", claimed.error());
+        if (std::optional<ClaimedJob> job = std::move(claimed).value_or(std::nullopt))
+            ConversionRun(std::move(*job), queue_, blobs_, settings_, stop_).run();
+        else
+            waitForWake_(seen);
     }
 }
 

@@ -7,6 +7,7 @@
 #include "JsonAnswer.h"
 #include "RandomUuid.h"
 
+#include <optional>
 #include <utility>
 
 namespace VX
@@ -70,12 +71,13 @@ void ConverterApi::convert(const HttpRequest& request, const HttpHandler::Respon
     if (!mayConvert_(start->accessToken))
         return respond(errorAnswer(401, signInText));
 
-    const auto status = queue_.status(start->requestId);
+    const auto found = queue_.status(start->requestId);
+    if (!found)
+        return respond(failureAnswer(found.error()));
+    const std::optional<JobStatus>& status = *found;
     if (!status)
-        return respond(failureAnswer(status.error()));
-    if (!*status)
         return respond(unknownJobAnswer());
-    if ((*status)->state == JobState::Requested)
+    if (status->state == JobState::Requested)
     {
         if (!blobs_.size(ConversionRun::uploadKey(start->requestId)))
             return respond(errorAnswer(409, "The file has not been uploaded yet: open the file again."));
@@ -112,11 +114,12 @@ void ConverterApi::status(const HttpRequest& request, const HttpHandler::Respond
     if (id == request.query.end())
         return respond(errorAnswer(400, "\"request_id\" is missing in the request."));
     waiters_.wait(id->second,
-                  [this, respond](const StatusWaiters::Status& status)
+                  [this, respond](const StatusWaiters::Status& found)
                   {
-                      if (!status)
-                          return respond(failureAnswer(status.error()));
-                      respond(*status ? statusAnswer_(**status) : unknownJobAnswer());
+                      if (!found)
+                          return respond(failureAnswer(found.error()));
+                      const std::optional<JobStatus>& status = *found;
+                      respond(status ? statusAnswer_(*status) : unknownJobAnswer());
                   });
 }
 

@@ -34,7 +34,8 @@ constexpr bool isSanitized = false;
 /// A whole number from `from` to `to`, given to `store`.
 Reader number(std::uint64_t from, std::uint64_t to, std::function<void(std::uint64_t, ServerConfig&)> store)
 {
-    return [=](const std::string& name, const Json::Value& value, ServerConfig& config) -> Result
+    return [from, to, store = std::move(store)](const std::string& name, const Json::Value& value,
+                                                ServerConfig& config) -> Result
     {
         if (!value.isUInt64() || value.asUInt64() < from || value.asUInt64() > to)
             return tl::unexpected(fmt::format("\"{}\" must be a whole number from {} to {}.", name, from, to));
@@ -79,7 +80,7 @@ Result readRequireToken(const std::string& name, const Json::Value& value, Serve
 
 std::map<std::string, Reader> makeReaders()
 {
-    constexpr std::uint64_t day = 24 * 3600;
+    constexpr std::uint64_t day = std::uint64_t{24} * 3600;
     constexpr std::uint64_t tebibyte = mebibyte; // counted in mebibytes
     return {
         {"publicUrl", readPublicUrl},

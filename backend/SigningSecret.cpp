@@ -69,18 +69,19 @@ tl::expected<void, std::string> createSecret(const std::filesystem::path& file)
 
 tl::expected<SigningSecret, std::string> loadOrCreateSecret(const std::filesystem::path& file)
 {
-    auto secret = readSecret(file);
-    if (secret && !*secret)
+    MaybeSecret found = readSecret(file);
+    if (found && !found->has_value())
     {
         if (auto created = createSecret(file); !created)
             return tl::unexpected(std::move(created.error()));
-        secret = readSecret(file);
+        found = readSecret(file);
     }
+    if (!found)
+        return tl::unexpected(std::move(found.error()));
+    const std::optional<SigningSecret>& secret = *found;
     if (!secret)
-        return tl::unexpected(std::move(secret.error()));
-    if (!*secret)
         return tl::unexpected(std::string("The key for links cannot be read: it was removed again."));
-    return **secret;
+    return *secret;
 }
 
 } // namespace VX

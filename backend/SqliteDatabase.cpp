@@ -196,7 +196,7 @@ SqliteTransaction::~SqliteTransaction()
 {
     // A failed statement may have ended the transaction already; then this one fails, which is fine.
     if (database_)
-        (void)database_->execute("ROLLBACK");
+        static_cast<void>(database_->execute("ROLLBACK"));
 }
 
 tl::expected<void, std::string> SqliteTransaction::commit()

@@ -18,6 +18,13 @@ bool hasEnded(JobPhase phase)
     return phase == JobPhase::Finished || phase == JobPhase::Failed;
 }
 
+/// Nothing where there is no such job, or the queue failed.
+std::optional<JobPhase> phaseOf(const StatusWaiters::Status& status)
+{
+    const std::optional<JobStatus> known = status.value_or(std::nullopt);
+    return known ? std::optional(jobPhase(known->state)) : std::nullopt;
+}
+
 } // namespace
 
 JobPhase jobPhase(JobState state)
@@ -57,14 +64,13 @@ StatusWaiters::~StatusWaiters()
 void StatusWaiters::wait(std::string id, Answer answer)
 {
     const Status status = queue_.status(id);
-    if (!status || !*status || hasEnded(jobPhase((*status)->state)))
+    const std::optional<JobPhase> phase = phaseOf(status);
+    if (!phase || hasEnded(*phase))
         return answer(status);
     {
         const MutexLock lock(mutex_);
-        added_.push_back({.id = std::move(id),
-                          .phase = jobPhase((*status)->state),
-                          .until = Clock::now() + hold_,
-                          .answer = std::move(answer)});
+        added_.push_back(
+            {.id = std::move(id), .phase = *phase, .until = Clock::now() + hold_, .answer = std::move(answer)});
     }
     // The thread looks at the job once at least, so that a change since the question above is not missed.
     news_.notify_all();
@@ -119,8 +125,7 @@ std::vector<StatusWaiters::Waiter> StatusWaiters::answer_(std::vector<Waiter> wa
         if (found == known.end())
             found = known.emplace(waiter.id, queue_.status(waiter.id)).first;
         const Status& status = found->second;
-        const bool same = status && *status && jobPhase((*status)->state) == waiter.phase;
-        if (same && now < waiter.until)
+        if (phaseOf(status) == waiter.phase && now < waiter.until)
             waiting.push_back(std::move(waiter));
         else
             waiter.answer(status);

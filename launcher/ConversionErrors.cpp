@@ -19,9 +19,11 @@ std::optional<int> systemErrorOf(const std::string& error)
 {
     constexpr std::string_view prefix = "errno ";
     int code = 0;
-    const auto* const begin = error.data() + prefix.size();
+    if (!error.starts_with(prefix))
+        return {};
     const auto* const end = error.data() + error.size();
-    if (!error.starts_with(prefix) || std::from_chars(begin, end, code).ptr != end)
+    const auto [rest, failure] = std::from_chars(error.data() + prefix.size(), end, code);
+    if (failure != std::errc() || rest != end)
         return {};
     return code;
 }

@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 
 class BlobStoreTest : public ::testing::Test
 {
-protected:
+public:
     void put(const std::string& key, std::string_view content)
     {
         const auto file = store.incomingFile();

@@ -22,7 +22,7 @@ using namespace std::chrono_literals;
 
 class ChildProcessTest : public ::testing::Test
 {
-protected:
+public:
     ChildProcess start(std::string_view command, const ProcessLimits& limits = {})
     {
         const auto input = folder.write("input", command);
@@ -35,12 +35,17 @@ protected:
     ProcessEnd endOf(std::string_view command, const ProcessLimits& limits = {})
     {
         auto process = start(command, limits);
+        return waitForEnd(process);
+    }
+
+    [[nodiscard]] ProcessEnd waitForEnd(ChildProcess& process) const
+    {
         const auto end = process.wait(std::chrono::steady_clock::now() + 30s, stop);
         EXPECT_TRUE(end);
         return end.value_or(ProcessEnd{});
     }
 
-    std::vector<std::string> output() const { return readLines(folder.path() / "output"); }
+    [[nodiscard]] std::vector<std::string> output() const { return readLines(folder.path() / "output"); }
 
     TempDir folder;
     StopEvent stop;
@@ -80,9 +85,7 @@ TEST_F(ChildProcessTest, endsWhereTheProgramIsMissing)
 {
     auto process = ChildProcess::start(folder.path() / "missing", {}, {});
     ASSERT_TRUE(process);
-    const auto end = process->wait(std::chrono::steady_clock::now() + 30s, stop);
-    ASSERT_TRUE(end);
-    EXPECT_EQ(end->exitCode, ChildProcess::cannotRun);
+    EXPECT_EQ(waitForEnd(*process).exitCode, ChildProcess::cannotRun);
 }
 
 TEST_F(ChildProcessTest, givesTheProcessNothingOfOurs)
@@ -149,9 +152,7 @@ TEST_F(ChildProcessTest, canBeWaitedForAgain)
     auto process = start("wait " + signal.string());
     EXPECT_FALSE(process.wait(std::chrono::steady_clock::now() + 20ms, stop));
     folder.write("go", "");
-    const auto end = process.wait(std::chrono::steady_clock::now() + 30s, stop);
-    ASSERT_TRUE(end);
-    EXPECT_EQ(end->exitCode, 0);
+    EXPECT_EQ(waitForEnd(process).exitCode, 0);
 }
 
 TEST_F(ChildProcessTest, killsTheProcessThatIsStillRunningAtItsEnd)

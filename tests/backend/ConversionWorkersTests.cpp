@@ -21,7 +21,7 @@ using namespace std::chrono_literals;
 
 class ConversionWorkersTest : public ::testing::Test
 {
-protected:
+public:
     ConversionWorkersTest() { std::filesystem::create_directory(settings.workFolder); }
 
     void startWorkers(unsigned count = 1)
@@ -59,9 +59,9 @@ protected:
         return waitForEnd("job");
     }
 
-    std::vector<std::string> runs() const { return readLines(log); }
+    [[nodiscard]] std::vector<std::string> runs() const { return readLines(log); }
 
-    std::size_t countRuns(const std::string& command) const
+    [[nodiscard]] std::size_t countRuns(const std::string& command) const
     {
         const auto lines = runs();
         return static_cast<std::size_t>(std::ranges::count(lines, command));
@@ -206,11 +206,10 @@ TEST_F(ConversionWorkersTest, leavesAJobAloneThatItHasLost)
     auto other =
         JobQueue::open(folder.path() / "jobs.sqlite", {.now = [] { return std::chrono::system_clock::now() + 4min; }})
             .value();
-    const auto taken = other->claim();
-    ASSERT_TRUE(taken && *taken);
+    const ClaimedJob taken = claimJob(*other);
     EXPECT_TRUE(waitUntil([&] { return std::filesystem::is_empty(settings.workFolder); }));
     EXPECT_EQ(statusOf("job").state, JobState::Running);
-    EXPECT_EQ(other->finish(**taken, "results/other"), true);
+    EXPECT_EQ(other->finish(taken, "results/other"), true);
 }
 
 TEST_F(ConversionWorkersTest, givesItsJobsBackAtItsEnd)

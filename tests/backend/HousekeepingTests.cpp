@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 
 class HousekeepingTest : public ::testing::Test
 {
-protected:
+public:
     void makeOld(const std::filesystem::path& file)
     {
         std::filesystem::last_write_time(file, std::filesystem::file_time_type::clock::now() - 48h);
@@ -53,7 +53,7 @@ TEST_F(HousekeepingTest, removesTheWorkOfDeadWorkersOnly)
     now = std::chrono::system_clock::now();
     ASSERT_TRUE(queue->add("a"));
     ASSERT_TRUE(queue->enqueue("a"));
-    const ClaimedJob live = queue->claim().value().value();
+    const ClaimedJob live = claimJob(*queue);
     folder.write("work/dead/input", "x");
     folder.write("work/" + live.leaseToken + "/input", "x");
 
@@ -67,7 +67,7 @@ TEST_F(HousekeepingTest, removesTheWorkOfAServiceThatWasKilledJustBefore)
     now = std::chrono::system_clock::now();
     ASSERT_TRUE(queue->add("a"));
     ASSERT_TRUE(queue->enqueue("a"));
-    const ClaimedJob dead = queue->claim().value().value();
+    const ClaimedJob dead = claimJob(*queue);
     folder.write("work/" + dead.leaseToken + "/input", "x");
 
     const Housekeeping housekeeping(*queue, blobs, work, 24h, 50ms);

@@ -1,3 +1,4 @@
+#include "support/BackendTestSupport.h"
 #include "tests/support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +21,7 @@ using namespace std::chrono_literals;
 
 class JobQueueTest : public ::testing::Test
 {
-protected:
+public:
     std::unique_ptr<JobQueue> open()
     {
         auto opened = JobQueue::open(file, {.lease = 10s, .maxAttempts = 2, .now = [this] { return now.load(); }});
@@ -35,31 +36,25 @@ protected:
         now = now.load() + 1ms; // The order of two jobs is that of their times.
     }
 
-    ClaimedJob claim()
-    {
-        auto job = queue->claim();
-        EXPECT_TRUE(job && *job);
-        return job && *job ? **job : ClaimedJob{};
-    }
+    ClaimedJob claim() { return claimJob(*queue); }
 
     bool nothingToClaim()
     {
         const auto job = queue->claim();
-        return job && !*job;
+        return job && !job->has_value();
     }
 
     JobStatus status(const std::string& id)
     {
-        const auto found = queue->status(id);
-        EXPECT_TRUE(found && *found);
-        return found && *found ? **found : JobStatus{};
+        EXPECT_TRUE(knows(id));
+        return queue->status(id).value_or(std::nullopt).value_or(JobStatus{});
     }
 
     bool knows(const std::string& id)
     {
         const auto found = queue->status(id);
         EXPECT_TRUE(found);
-        return found && *found;
+        return found && found->has_value();
     }
 
     JobState state(const std::string& id) { return status(id).state; }
@@ -307,13 +302,14 @@ TEST_F(JobQueueTest, handsEachJobToOneOfManyWorkers)
     const auto other = open(); // A connection of its own, as another process has.
     std::vector<std::string> claimed[4];
     std::vector<std::thread> workers;
+    workers.reserve(std::size(claimed));
     for (int w = 0; w < 4; ++w)
         workers.emplace_back(
             [&, w]
             {
                 JobQueue& mine = w % 2 == 0 ? *queue : *other;
-                for (auto job = mine.claim(); job && *job; job = mine.claim())
-                    claimed[w].push_back((*job)->id);
+                while (const std::optional<ClaimedJob> job = mine.claim().value_or(std::nullopt))
+                    claimed[w].push_back(job->id);
             });
     for (auto& worker : workers)
         worker.join();
@@ -330,6 +326,7 @@ TEST_F(JobQueueTest, opensANewDatabaseFromSeveralThreadsAtOnce)
     const auto fresh = folder.path() / "fresh.sqlite";
     std::atomic<int> opened = 0;
     std::vector<std::thread> threads;
+    threads.reserve(6);
     for (int i = 0; i < 6; ++i)
         threads.emplace_back(
             [&, i]

@@ -35,8 +35,8 @@ struct Target
 
 class PresignedUrlTest : public ::testing::Test
 {
-protected:
-    bool allows(const std::string& method, const Target& target) const
+public:
+    [[nodiscard]] bool allows(const std::string& method, const Target& target) const
     {
         return links.verify(method, target.path, target.query, now).has_value();
     }
@@ -56,10 +56,10 @@ TEST_F(PresignedUrlTest, hasASignatureOverMethodKeyExpiryAndLimit)
 
 TEST_F(PresignedUrlTest, givesBackWhatItAllows)
 {
-    const auto grant = links.verify("PUT", upload.path, upload.query, now);
-    ASSERT_TRUE(grant);
-    EXPECT_EQ(grant->key, "uploads/a");
-    EXPECT_EQ(grant->limit, 1000U);
+    const auto grant =
+        links.verify("PUT", upload.path, upload.query, now).value_or(PresignedUrl::Grant{.method = {}, .key = {}});
+    EXPECT_EQ(grant.key, "uploads/a");
+    EXPECT_EQ(grant.limit, 1000U);
 }
 
 TEST_F(PresignedUrlTest, allowsItsOwnMethodOnly)

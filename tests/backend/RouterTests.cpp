@@ -12,7 +12,7 @@ namespace
 
 class RouterTest : public ::testing::Test
 {
-protected:
+public:
     static Router::Handle answering(const std::string& text)
     {
         return [text](const HttpRequest&, const HttpHandler::Respond& respond) { respond({.body = text}); };

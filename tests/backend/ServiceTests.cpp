@@ -25,7 +25,7 @@ constexpr const char* forbiddenText = "This link is not valid or has expired: op
 
 class ServiceTest : public ::testing::Test
 {
-protected:
+public:
     ServiceTest()
     {
         config.converter = fakeConverter();

@@ -44,6 +44,7 @@ TEST(SigningSecret, isOneForAllThatMakeItAtOnce)
     const TempDir folder;
     std::vector<SigningSecret> secrets(8);
     std::vector<std::thread> threads;
+    threads.reserve(secrets.size());
     for (auto& secret : secrets)
         threads.emplace_back([&] { secret = loadOrCreateSecret(folder.path() / "key").value(); });
     for (auto& thread : threads)

@@ -14,7 +14,7 @@ namespace
 
 class SqliteDatabaseTest : public ::testing::Test
 {
-protected:
+public:
     TempDir folder;
     const std::filesystem::path file = folder.path() / "test.sqlite";
 

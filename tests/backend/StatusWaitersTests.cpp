@@ -22,7 +22,7 @@ using State = int;
 
 class StatusWaitersTest : public ::testing::Test
 {
-protected:
+public:
     /// A question for the job "a".
     std::future<State> ask(StatusWaiters& waiters)
     {
@@ -41,7 +41,7 @@ protected:
     {
         EXPECT_TRUE(queue->add("a"));
         EXPECT_TRUE(queue->enqueue("a"));
-        return queue->claim().value().value();
+        return claimJob(*queue);
     }
 
     static State of(JobState state) { return static_cast<State>(state); }
@@ -104,10 +104,10 @@ TEST_F(StatusWaitersTest, isNotDisturbedByAWorkerThatTakesTheJob)
     StatusWaiters waiters(*queue, 1h);
     queue->setListener([&] { waiters.wake(); });
     auto answer = ask(waiters);
-    const ClaimedJob job = queue->claim().value().value();
+    const ClaimedJob job = claimJob(*queue);
     waiters.wake();
     ASSERT_TRUE(queue->retry(job, "It died.")); // Queued again: still under way.
-    ASSERT_TRUE(queue->finish(queue->claim().value().value(), "r"));
+    ASSERT_TRUE(queue->finish(claimJob(*queue), "r"));
     EXPECT_EQ(answer.get(), of(JobState::Finished));
 }
 

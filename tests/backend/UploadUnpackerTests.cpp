@@ -15,7 +15,7 @@ constexpr const char* notOneFile = "The uploaded archive must hold one file name
 
 class UploadUnpackerTest : public ::testing::Test
 {
-protected:
+public:
     tl::expected<std::filesystem::path, std::string> unpack(std::string_view archive,
                                                             std::uint64_t maxBytes = 1U << 20U)
     {

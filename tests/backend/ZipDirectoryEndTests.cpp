@@ -36,8 +36,11 @@ std::string largeDirectoryEnd(std::uint64_t entries, std::uint64_t position)
 
 class ZipDirectoryEndTest : public ::testing::Test
 {
-protected:
-    bool isFine(std::string_view content) const { return declaresOneEntry(folder.write("archive.zip", content)); }
+public:
+    [[nodiscard]] bool isFine(std::string_view content) const
+    {
+        return declaresOneEntry(folder.write("archive.zip", content));
+    }
 
     TempDir folder;
 };

@@ -12,14 +12,14 @@ namespace
 
 TEST(ConversionErrors, LeavesOtherTextsAsTheyAre)
 {
-    const Test::TempDir folder;
+    const VX::Test::TempDir folder;
     for (const char* text : {"Connection error", "errno", "errno ", "errno x", "errno 28 of 30", ""})
         EXPECT_EQ(explainConversionError(text, folder.path()), text);
 }
 
 TEST(ConversionErrors, ExplainsAFullDisk)
 {
-    const Test::TempDir folder;
+    const VX::Test::TempDir folder;
     const auto text = explainConversionError("errno 28", folder.path());
     EXPECT_TRUE(text.starts_with("errno 28\n\nThe disk that holds ")) << text;
     EXPECT_TRUE(text.ends_with(" is full. Free some space and open the file again.")) << text;
@@ -27,7 +27,7 @@ TEST(ConversionErrors, ExplainsAFullDisk)
 
 TEST(ConversionErrors, ExplainsAnErrorThatItDoesNotKnowInTheSystemsWords)
 {
-    const Test::TempDir folder;
+    const VX::Test::TempDir folder;
     EXPECT_EQ(explainConversionError("errno 5", folder.path()), "errno 5\n\nInput/output error.");
 }
 

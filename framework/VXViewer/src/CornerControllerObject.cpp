@@ -89,7 +89,7 @@ void CornerControllerObject::draw(const Camera& camera, PixelSize viewport, floa
     std::array<GLint, 4> place{};
     glGetIntegerv(GL_VIEWPORT, place.data());
     graphics_->cube.draw(camera, {place[0] + square.x, place[1] + viewport.height - square.y - square.height},
-                         square.width, hovered_);
+                         square.width, scale, hovered_);
 }
 
 bool CornerControllerObject::hover(const Vector2d& pixel, const Camera& camera, PixelSize viewport, float scale)

@@ -3,6 +3,7 @@
 #include <VXMesh/ThreadAnnotations.h>
 #include <VXViewer/ScenePicker.h>
 
+#include <atomic>
 #include <condition_variable>
 #include <thread>
 #include <utility>
@@ -21,6 +22,7 @@ struct ScenePicker::State
 
     ~State()
     {
+        stop = true;
         {
             const MutexLock lock(mutex);
             ending = true;
@@ -44,13 +46,16 @@ struct ScenePicker::State
     std::optional<PickResult> pick(const PickScene& scene)
     {
         const MutexLock lock(treesMutex);
-        return trees.pick(scene);
+        return trees.pick(scene, stop);
     }
 
     Mutex mutex;
     std::condition_variable_any changed;
     std::optional<Job> next VX_GUARDED_BY(mutex);
     bool ending VX_GUARDED_BY(mutex) = false;
+
+    /// Ends the building of a tree.
+    std::atomic<bool> stop = false;
 
     Mutex treesMutex;
     PickTrees trees VX_GUARDED_BY(treesMutex);

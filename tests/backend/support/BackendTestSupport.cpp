@@ -6,6 +6,7 @@
 #include <VXMesh/Json.h>
 
 #include <fmt/format.h>
+#include <gtest/gtest.h>
 #include <json/writer.h>
 
 #include <zip.h>
@@ -58,6 +59,13 @@ std::vector<std::string> readLines(const std::filesystem::path& file)
     for (std::string line; std::getline(stream, line);)
         lines.push_back(line);
     return lines;
+}
+
+ClaimedJob claimJob(JobQueue& queue)
+{
+    const std::optional<ClaimedJob> job = queue.claim().value_or(std::nullopt);
+    EXPECT_TRUE(job) << "no job is to be had";
+    return job.value_or(ClaimedJob{});
 }
 
 Json::Value ClientAnswer::json() const

@@ -2,6 +2,8 @@
 
 #include <json/value.h>
 
+#include <backend/JobQueue.h>
+
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
@@ -24,6 +26,9 @@ namespace VX::Test
 [[nodiscard]] bool waitUntil(const std::function<bool()>& condition);
 
 [[nodiscard]] std::vector<std::string> readLines(const std::filesystem::path& file);
+
+/// The next job of the queue; an empty one, and a failure of the test, where there is none.
+[[nodiscard]] ClaimedJob claimJob(JobQueue& queue);
 
 /// An answer of the service.
 struct ClientAnswer

@@ -41,7 +41,7 @@ std::string readFile(const char* path)
 /// @return whether the same line was there before
 bool log(const std::string& line)
 {
-    const char* path = std::getenv("FAKE_CONVERTER_LOG");
+    const char* path = std::getenv("FAKE_CONVERTER_LOG"); // NOLINT(concurrency-mt-unsafe): there is one thread
     if (!path)
         return false;
     const bool again = readFile(path).find(line + "\n") != std::string::npos;
@@ -86,7 +86,7 @@ int describe(const char* output)
     for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("/proc/self/fd"))
         ++descriptors;
     sigset_t blocked;
-    sigprocmask(SIG_SETMASK, nullptr, &blocked);
+    pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
     std::ofstream stream(output);
     stream << "input " << std::filesystem::read_symlink("/proc/self/fd/0").string() << "\noutput "
            << std::filesystem::read_symlink("/proc/self/fd/1").string() << "\ndescriptors " << descriptors

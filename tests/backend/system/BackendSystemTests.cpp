@@ -22,7 +22,7 @@ namespace
 
 class BackendSystemTest : public ::testing::Test
 {
-protected:
+public:
     BackendSystemTest()
     {
         settings["converter"] = fakeConverter().string();
@@ -157,25 +157,25 @@ TEST_F(BackendSystemTest, failsAJobWhoseConverterIsKilledTwice)
 
 TEST_F(BackendSystemTest, sharesItsDataFolderWithAnother)
 {
-    constexpr int jobsEach = 50;
+    constexpr std::size_t allJobs = 100;
     const std::unique_ptr<BackendProcess> backends[] = {start(), start()};
     std::vector<std::thread> clients;
-    std::vector<std::string> results(2 * jobsEach);
-    for (int c = 0; c < 10; ++c)
+    std::vector<std::string> results(allJobs);
+    for (std::size_t c = 0; c < 10; ++c)
         clients.emplace_back(
             [&, c]
             {
                 // Each client stays with one of the two; the jobs are done by both.
-                for (int i = c; i < 2 * jobsEach; i += 10)
-                    results[static_cast<std::size_t>(i)] = client(backends[c % 2]).run(fmt::format("succeed {}", i));
+                for (std::size_t i = c; i < allJobs; i += 10)
+                    results[i] = client(backends[c % 2]).run(fmt::format("succeed {}", i));
             });
     for (auto& thread : clients)
         thread.join();
 
-    for (int i = 0; i < 2 * jobsEach; ++i)
-        EXPECT_EQ(results[static_cast<std::size_t>(i)], fmt::format("converted {}", i));
+    for (std::size_t i = 0; i < allJobs; ++i)
+        EXPECT_EQ(results[i], fmt::format("converted {}", i));
     auto done = readLines(runs);
-    EXPECT_EQ(done.size(), static_cast<std::size_t>(2 * jobsEach));
+    EXPECT_EQ(done.size(), allJobs);
     EXPECT_EQ(std::set<std::string>(done.begin(), done.end()).size(), done.size()) << "no job is done twice";
 }
 
@@ -236,7 +236,7 @@ TEST_F(BackendSystemTest, helps)
 
 class BackendDiskFullTest : public BackendSystemTest
 {
-protected:
+public:
     static constexpr std::size_t diskSize = 2U << 20U;
 
     void SetUp() override
@@ -244,8 +244,11 @@ protected:
         if (!enterPrivateRoot("none", QX_TEST_OUTPUT_DIR "/private-root"))
             GTEST_SKIP() << "no private root folder is to be had here";
         std::filesystem::create_directory(data);
-        ASSERT_TRUE(mountSmall(data, diskSize));
+        disk.reset(new MountScope(MountScope::makeSmall(data, diskSize)));
+        ASSERT_TRUE(disk->isActive());
     }
+
+    std::unique_ptr<MountScope> disk;
 
     /// Text that compression makes about half as long.
     static std::string digits(std::size_t size)

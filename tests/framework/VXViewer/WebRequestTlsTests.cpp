@@ -18,10 +18,10 @@ class WebRequestTlsTests : public WebRequestFixture
 public:
     void SetUp() override
     {
-        if (run("openssl version > /dev/null 2>&1") != 0)
+        if (run_("openssl version > /dev/null 2>&1") != 0)
             GTEST_SKIP() << "openssl is not here";
-        ASSERT_EQ(run("openssl req -x509 -newkey rsa:2048 -nodes -keyout key.pem -out cert.pem -days 2"
-                      " -subj /CN=127.0.0.1 -addext subjectAltName=IP:127.0.0.1 2> /dev/null"),
+        ASSERT_EQ(run_("openssl req -x509 -newkey rsa:2048 -nodes -keyout key.pem -out cert.pem -days 2"
+                       " -subj /CN=127.0.0.1 -addext subjectAltName=IP:127.0.0.1 2> /dev/null"),
                   0);
         folder.write("ok", "HTTP/1.1 200 OK\r\nContent-Length: 6\r\n\r\nsecret");
     }
@@ -36,8 +36,8 @@ public:
     /// Serves one connection; the tool ends after it, or after 20 seconds.
     void serve()
     {
-        const auto command = inFolder("exec timeout 20 openssl s_server -accept 127.0.0.1:0 -naccept 1 -HTTP"
-                                      " -key key.pem -cert cert.pem 2> /dev/null < /dev/null");
+        const auto command = inFolder_("exec timeout 20 openssl s_server -accept 127.0.0.1:0 -naccept 1 -HTTP"
+                                       " -key key.pem -cert cert.pem 2> /dev/null < /dev/null");
         server_ = ::popen(command.c_str(), "r");
         ASSERT_TRUE(server_);
         std::array<char, 256> line{};
@@ -58,14 +58,14 @@ public:
     [[nodiscard]] std::filesystem::path certificate() const { return folder.path() / "cert.pem"; }
 
 private:
-    [[nodiscard]] std::string inFolder(const std::string& command) const
+    [[nodiscard]] std::string inFolder_(const std::string& command) const
     {
         return "cd '" + folder.path().string() + "' && " + command;
     }
 
-    [[nodiscard]] int run(const std::string& command) const
+    [[nodiscard]] int run_(const std::string& command) const
     {
-        std::FILE* const process = ::popen(inFolder(command).c_str(), "r");
+        std::FILE* const process = ::popen(inFolder_(command).c_str(), "r");
         return process ? ::pclose(process) : -1;
     }
 

@@ -38,7 +38,7 @@ public:
     /// Ends it; `draw` can be called now.
     void endFrame();
 
-    /// True when a window of the frame has not found its size yet and waits for the next frame.
+    /// True when a window of the frame was not shown yet, since it had to find its size first.
     [[nodiscard]] bool wantsAnotherFrame() const;
 
     /// Draws the frame over what is in the window.

@@ -267,7 +267,7 @@ std::vector<Segment> withoutScraps(const Mesh& mesh, const Suspects& suspects, c
             constexpr std::uint32_t fewSegments = 6;
             constexpr float tinyLength = 0.05F;
             constexpr float strongCosine = 0.5F;
-            const std::uint32_t leastSegmentsAnEnd = cosines < strongCosine * static_cast<float>(segments) ? 3 : 8;
+            const std::uint32_t leastSegmentsAnEnd = cosines < strongCosine * static_cast<float>(segments) ? 6 : 8;
             return segments < leastSegmentsAnEnd * ends || (segments < fewSegments && length < tinyLength * diagonal);
         }
     };

@@ -19,8 +19,8 @@ namespace
 constexpr const char* fontFile = "/usr/share/fonts/truetype/open-sans/OpenSans-Semibold.ttf";
 
 /// The height of the letters, and the width that they may take, as parts of the layer's side.
-constexpr double textHeight = 0.30;
-constexpr double textWidth = 0.88;
+constexpr double textHeight = 0.27;
+constexpr double textWidth = 0.7;
 
 class Face
 {

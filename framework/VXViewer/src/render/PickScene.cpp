@@ -68,9 +68,15 @@ std::optional<Candidate> pickLines(const PickScene& scene, const PickScene::Item
         const auto pixelB = scene.camera.project(b, scene.size);
         if (!pixelA || !pixelB)
             continue;
-        const double t = nearestOnSegment(scene.pixel, *pixelA, *pixelB);
-        if ((*pixelA + t * (*pixelB - *pixelA) - scene.pixel).norm() <= reach * scene.scale)
-            keepNearer(best, i, a + t * (b - a), scene);
+        const double s = nearestOnSegment(scene.pixel, *pixelA, *pixelB);
+        if ((*pixelA + s * (*pixelB - *pixelA) - scene.pixel).norm() > reach * scene.scale)
+            continue;
+        // Perspective foreshortens the farther part of the segment.
+        const bool flat = scene.camera.projection() == Projection::Orthographic;
+        const double weightA = flat ? 1 : 1 / scene.camera.depth(a);
+        const double weightB = flat ? 1 : 1 / scene.camera.depth(b);
+        const double t = s * weightB / ((1 - s) * weightA + s * weightB);
+        keepNearer(best, i, a + t * (b - a), scene);
     }
     return best;
 }
@@ -90,7 +96,7 @@ PickScene::PickScene(const ScenePicker::Request& request)
                  {
                      Item item;
                      item.world = visible.world;
-                     item.object = std::const_pointer_cast<Object>(visible.object.shared_from_this());
+                     item.object = std::const_pointer_cast<Object>(visible.object.weak_from_this().lock());
                      if (const auto* mesh = dynamic_cast<const ObjectMesh*>(&visible.object))
                          item.mesh = mesh->mesh();
                      else if (const auto* points = dynamic_cast<const ObjectPoints*>(&visible.object))
@@ -115,18 +121,20 @@ PickTrees::~PickTrees()
     rtcReleaseDevice(device_);
 }
 
-const PickTree& PickTrees::treeOf_(const std::shared_ptr<const Mesh>& mesh)
+const PickTree& PickTrees::treeOf_(const std::shared_ptr<const Mesh>& mesh, std::atomic<bool>& stop)
 {
     std::erase_if(trees_, [](const auto& entry) { return entry.second.mesh.expired(); });
     Entry& entry = trees_[mesh.get()];
     if (!entry.tree)
-        entry = {mesh, std::make_unique<PickTree>(device_, *mesh)};
+        entry = {mesh, std::make_unique<PickTree>(device_, *mesh, stop)};
     return *entry.tree;
 }
 
-std::optional<PickResult> PickTrees::pick(const PickScene& scene)
+std::optional<PickResult> PickTrees::pick(const PickScene& scene, std::atomic<bool>& stop)
 {
     const Ray ray = scene.camera.ray(scene.pixel, scene.size);
+    // In an orthographic picture the eye may stand inside the scene, and what is behind it shows too.
+    const bool endless = scene.camera.projection() == Projection::Orthographic;
     std::optional<PickResult> best;
     double bestDepth = 0;
     for (const PickScene::Item& item : scene.items)
@@ -134,7 +142,8 @@ std::optional<PickResult> PickTrees::pick(const PickScene& scene)
         if (!item.mesh || item.mesh->triangles.empty() || std::abs(item.world.linear().determinant()) == 0)
             continue;
         const Transform toLocal = item.world.inverse();
-        const auto hit = treeOf_(item.mesh).cast({toLocal * ray.origin, Vector3d(toLocal.linear() * ray.direction)});
+        const Ray localRay{toLocal * ray.origin, Vector3d(toLocal.linear() * ray.direction)};
+        const auto hit = treeOf_(item.mesh, stop).cast(localRay, endless);
         if (!hit)
             continue;
         const Vector3d point = ray.origin + hit->distance * ray.direction;

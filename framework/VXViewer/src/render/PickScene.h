@@ -5,6 +5,7 @@
 #include <VXMesh/Object.h>
 #include <VXViewer/ScenePicker.h>
 
+#include <atomic>
 #include <map>
 #include <vector>
 
@@ -44,7 +45,8 @@ public:
     PickTrees& operator=(const PickTrees&) = delete;
 
     /// The nearest hit, building the trees that are missing.
-    [[nodiscard]] std::optional<PickResult> pick(const PickScene& scene);
+    /// @param stop  ends the building when it becomes true
+    [[nodiscard]] std::optional<PickResult> pick(const PickScene& scene, std::atomic<bool>& stop);
 
 private:
     struct Entry
@@ -53,7 +55,7 @@ private:
         std::unique_ptr<PickTree> tree;
     };
 
-    [[nodiscard]] const PickTree& treeOf_(const std::shared_ptr<const Mesh>& mesh);
+    [[nodiscard]] const PickTree& treeOf_(const std::shared_ptr<const Mesh>& mesh, std::atomic<bool>& stop);
 
     RTCDevice device_;
     std::map<const Mesh*, Entry> trees_;

@@ -1,5 +1,6 @@
 #include "render/PickTree.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 
@@ -32,25 +33,34 @@ Box3f boxOf(const Mesh& mesh)
 
 } // namespace
 
-PickTree::PickTree(RTCDevice device, const Mesh& mesh)
+PickTree::PickTree(RTCDevice device, const Mesh& mesh, std::atomic<bool>& stop)
     : scene_(rtcNewScene(device))
 {
     const Box3f box = boxOf(mesh);
     center_ = box.isEmpty() ? Vector3d(Vector3d::Zero()) : Vector3d(box.center().cast<double>());
     radius_ = box.isEmpty() ? 0 : static_cast<double>(box.diagonal().norm()) / 2;
-    rtcSetSceneFlags(scene_.get(), RTC_SCENE_FLAG_ROBUST);
+    rtcSetSceneFlags(scene_.get(), static_cast<RTCSceneFlags>(RTC_SCENE_FLAG_ROBUST | RTC_SCENE_FLAG_COMPACT));
+    // A pick casts one ray: a tree that is built in a fifth of the time serves it better than a perfect one.
+    rtcSetSceneBuildQuality(scene_.get(), RTC_BUILD_QUALITY_LOW);
+    rtcSetSceneProgressMonitorFunction(
+        scene_.get(), [](void* flag, double) { return !static_cast<const std::atomic<bool>*>(flag)->load(); }, &stop);
     RTCGeometry geometry = makeGeometry(device, mesh);
     rtcAttachGeometry(scene_.get(), geometry);
     rtcReleaseGeometry(geometry);
     rtcCommitScene(scene_.get());
+    rtcSetSceneProgressMonitorFunction(scene_.get(), nullptr, nullptr);
+    built_ = rtcGetDeviceError(device) == RTC_ERROR_NONE;
 }
 
-std::optional<PickTree::Hit> PickTree::cast(const Ray& ray) const
+std::optional<PickTree::Hit> PickTree::cast(const Ray& ray, bool endless) const
 {
+    if (!built_)
+        return {};
     // From near the mesh, so that single precision is enough for an eye far away.
     const double length = ray.direction.norm();
     const Vector3d direction = ray.direction / length;
-    const double start = std::max(0.0, (center_ - ray.origin).dot(direction) - 1.01 * radius_);
+    const double before = (center_ - ray.origin).dot(direction) - 1.01 * radius_;
+    const double start = endless ? before : std::max(0.0, before);
     const Vector3f origin = (ray.origin + start * direction).cast<float>();
 
     RTCRayHit query{};

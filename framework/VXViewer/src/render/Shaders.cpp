@@ -96,20 +96,21 @@ void main()
     vec3 n = normalize(cross(dFdx(place), dFdy(place)));
 #else
     vec3 n = normalize(normal);
-    if (!gl_FrontFacing)
+    if (!gl_FrontFacing && dot(n, v) < 0.0)
         n = -n;
 #endif
     float gloss = 0.10;
     if (!gl_FrontFacing)
     {
         // The inside of a surface: brownish and dull, so that it is not taken for the outside.
-        base = mix(base, vec3(0.24, 0.13, 0.09), 0.75);
+        base = mix(base, vec3(0.22, 0.13, 0.09), 0.75);
         gloss = 0.0;
     }
 
-    float key = max(dot(n, keyLight), 0.0);
+    // The key light reaches a little around the form, so that what turns away from it keeps its shape.
+    float key = max(dot(n, keyLight) * 0.8 + 0.2, 0.0);
     float fill = max(dot(n, fillLight), 0.0);
-    float light = 0.84 * key + 0.13 * fill + 0.09 + 0.05 * n.y;
+    float light = 0.80 * key + 0.14 * fill + 0.07 + 0.04 * n.y;
     float shine = max(dot(n, normalize(keyLight + v)), 0.0);
     shine *= shine;
     shine *= shine;
