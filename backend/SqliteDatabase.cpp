@@ -195,8 +195,8 @@ SqliteTransaction::SqliteTransaction(SqliteTransaction&& other) noexcept
 SqliteTransaction::~SqliteTransaction()
 {
     // A failed statement may have ended the transaction already; then this one fails, which is fine.
-    if (database_)
-        static_cast<void>(database_->execute("ROLLBACK"));
+    if (database_) [[maybe_unused]]
+        const auto undone = database_->execute("ROLLBACK");
 }
 
 tl::expected<void, std::string> SqliteTransaction::commit()

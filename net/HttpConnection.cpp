@@ -76,7 +76,7 @@ private:
     tl::expected<HttpBodySink, HttpResponse> acceptBody_(const HttpRequest& request);
 
     void expectWithin_(std::chrono::milliseconds time);
-    void watch_(Clock::time_point due);
+    void watch_();
     void checkDeadline_();
 
     tcp::socket socket_;
@@ -88,7 +88,7 @@ private:
     std::optional<HttpResponse> answer_;
     asio::steady_timer answered_;
     asio::steady_timer deadline_;
-    std::optional<Clock::time_point> due_;
+    Clock::time_point due_;
     bool isWatched_ = false;
     bool isTimedOut_ = false;
 };
@@ -166,7 +166,6 @@ asio::awaitable<bool> Connection::exchange_()
     if (const int status = co_await readBody_(parser, *sink, request); status != goOn)
         co_return co_await refuse_(status);
 
-    due_.reset();
     auto response = co_await ask_(std::move(request));
     co_return co_await send_(std::move(response), headOnly, keepAlive);
 }
@@ -399,18 +398,17 @@ asio::awaitable<void> Connection::hangUp_()
 void Connection::expectWithin_(std::chrono::milliseconds time)
 {
     isTimedOut_ = false;
-    const auto due = Clock::now() + time;
-    due_ = due;
-    if (!isWatched_ || due < deadline_.expiry())
-        watch_(due);
+    due_ = Clock::now() + time;
+    if (!isWatched_ || due_ < deadline_.expiry())
+        watch_();
 }
 
 /// A single timer looks after all operations: it is set again only when it has run out, which is cheaper than starting
 /// and cancelling one for each piece of a body.
-void Connection::watch_(Clock::time_point due)
+void Connection::watch_()
 {
     isWatched_ = true;
-    deadline_.expires_at(due);
+    deadline_.expires_at(due_);
     deadline_.async_wait(
         [weak = weak_from_this()](error_code error)
         {
@@ -420,14 +418,14 @@ void Connection::watch_(Clock::time_point due)
         });
 }
 
+/// While the handler thinks, nothing is expected of the client: the time may run out then, but there is no operation
+/// that it could end.
 void Connection::checkDeadline_()
 {
     isWatched_ = false;
-    if (!due_)
-        return;
-    if (Clock::now() < *due_)
+    if (Clock::now() < due_)
     {
-        watch_(*due_);
+        watch_();
         return;
     }
     isTimedOut_ = true;

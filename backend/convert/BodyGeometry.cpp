@@ -118,7 +118,8 @@ std::optional<BodyGeometry> makeBodyGeometry(std::span<const StepSolid* const> s
     mesh->points = subtractOffset(points, geometry.offset);
     if (!isDrawable(*mesh))
         return std::nullopt;
-    geometry.color = applyFaceColors(*mesh, body.firstTriangles, body.colors);
+    const std::optional<Color> uniform = applyFaceColors(*mesh, body.firstTriangles, body.colors);
+    geometry.color = uniform ? uniform : solids.front()->color;
     geometry.edges = makeLines(body, *mesh);
     geometry.mesh = mesh;
     return geometry;

@@ -107,8 +107,7 @@ private:
         const StepItem& item = items_[index];
         StepSolid& solid = solids_[index];
         solid.shape = reader_.translate(excerpt.items[index]);
-        const std::optional<Color> own = styles_.colorOf(item.item);
-        solid.color = own ? own : styles_.colorOf(item.representation);
+        solid.color = styles_.colorOf(item.item, item.representation);
         for (const auto& [face, color] : styles_.faceColorsOf(item.item))
             if (const auto number = excerpt.numbers.find(face); color != solid.color && number != excerpt.numbers.end())
                 if (TopoDS_Shape shape = reader_.find(number->second); !shape.IsNull())

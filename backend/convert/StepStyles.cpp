@@ -166,6 +166,12 @@ std::optional<Color> StepStyles::colorOf(StepIndex item) const
     return found == colors_.end() ? std::nullopt : std::optional(found->second);
 }
 
+std::optional<Color> StepStyles::colorOf(StepIndex item, StepIndex representation) const
+{
+    const std::optional<Color> own = colorOf(item);
+    return own ? own : colorOf(representation);
+}
+
 std::vector<std::pair<StepIndex, Color>> StepStyles::faceColorsOf(StepIndex item) const
 {
     std::vector<std::pair<StepIndex, Color>> faces;

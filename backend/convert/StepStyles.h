@@ -31,6 +31,9 @@ public:
     /// The surface colour that the file gives to an item, a shell, a face, a representation or a mapped item.
     [[nodiscard]] std::optional<Color> colorOf(StepIndex item) const;
 
+    /// The colour of an item, else that of the representation that holds it.
+    [[nodiscard]] std::optional<Color> colorOf(StepIndex item, StepIndex representation) const;
+
     /// The colours of the faces of a solid, surface model or tessellated body: a face's own, else that of a shell above
     /// it. Faces without one are left out.
     [[nodiscard]] std::vector<std::pair<StepIndex, Color>> faceColorsOf(StepIndex item) const;

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace VX
 {
@@ -28,11 +29,11 @@ struct FaceSource
 std::vector<FaceSource> findFaces(const StepFile& file, const StepStyles& styles, std::span<const StepItem> items)
 {
     std::vector<FaceSource> faces;
+    std::unordered_set<StepIndex> seen;
     for (const StepItem& item : items)
     {
         const double unit = stepLengthUnit(file, item.context);
-        const std::optional<Color> own = styles.colorOf(item.item);
-        const std::optional<Color> color = own ? own : styles.colorOf(item.representation);
+        const std::optional<Color> color = styles.colorOf(item.item, item.representation);
         std::unordered_map<StepIndex, Color> faceColors;
         for (const auto& [face, faceColor] : styles.faceColorsOf(item.item))
             faceColors.emplace(face, faceColor);
@@ -41,7 +42,7 @@ std::vector<FaceSource> findFaces(const StepFile& file, const StepStyles& styles
             indices = file.references(file.record(item.item)[1]);
         for (const StepIndex face : indices)
         {
-            if (!isTriangulatedFace(file.type(face)))
+            if (!isTriangulatedFace(file.type(face)) || !seen.insert(face).second)
                 continue;
             const auto found = faceColors.find(face);
             faces.push_back(
@@ -123,7 +124,10 @@ std::optional<BodyGeometry> readTessellatedBody(const StepFile& file, const Step
     BodyAssembler body;
     for (std::size_t k = 0; k < faces.size(); ++k)
         body.add(faces[k], sources[k]);
-    return body.finish();
+    std::optional<BodyGeometry> geometry = body.finish();
+    if (geometry && !geometry->color)
+        geometry->color = styles.colorOf(items.front().item, items.front().representation);
+    return geometry;
 }
 
 } // namespace VX

@@ -177,11 +177,14 @@ Part makeRing(double innerRadius, double outerRadius, double width)
 {
     TopoDS_Shape ring = BRepAlgoAPI_Cut(alongY(0, 0, outerRadius, width), alongY(0, 0, innerRadius, width + 2)).Shape();
     ring = chamfered(ring, 0.6, [](const gp_Circ&) { return true; });
-    // The groove that the balls run in.
+    return {ring, {}};
+}
+
+Part makeRace(double innerRadius, double outerRadius)
+{
     const TopoDS_Shape groove =
         BRepPrimAPI_MakeTorus(gp_Ax2(gp_Pnt(0, 0, 0), gp_Dir(0, 1, 0)), ballCircle, ballRadius + 0.05).Shape();
-    ring = BRepAlgoAPI_Cut(ring, groove).Shape();
-    return {ring, {}};
+    return {BRepAlgoAPI_Cut(makeRing(innerRadius, outerRadius, bearingWidth).shape, groove).Shape(), {}};
 }
 
 Part makeBall()

@@ -21,6 +21,9 @@ Part makeBlock();
 /// A ring around Y, between two radii.
 Part makeRing(double innerRadius, double outerRadius, double width);
 
+/// A ring of the bearing, with the groove that the balls run in.
+Part makeRace(double innerRadius, double outerRadius);
+
 /// Around the origin.
 Part makeBall();
 

@@ -112,8 +112,8 @@ void addBearing(Assembly& assembly, const TDF_Label& top)
 {
     using namespace Sample;
     const TDF_Label bearing = assembly.addAssembly("Ball bearing");
-    const TDF_Label inner = assembly.addPart("Inner ring", makeRing(shaftRadius, 14.6, bearingWidth), ringSteel);
-    const TDF_Label outer = assembly.addPart("Outer ring", makeRing(18.4, boreRadius, bearingWidth), ringSteel);
+    const TDF_Label inner = assembly.addPart("Inner ring", makeRace(shaftRadius, 14.6), ringSteel);
+    const TDF_Label outer = assembly.addPart("Outer ring", makeRace(18.4, boreRadius), ringSteel);
     const TDF_Label ball = assembly.addPart("Ball", makeBall(), chrome);
     assembly.place(bearing, inner, "Inner ring", gp_Trsf());
     assembly.place(bearing, outer, "Outer ring", gp_Trsf());

@@ -1,3 +1,5 @@
+#include "formats/ObjFormat.h"
+#include "formats/PlyFormat.h"
 #include "formats/StlFormat.h"
 #include "formats/VxuFormat.h"
 
@@ -49,7 +51,7 @@ std::string unknownFormatText(const std::filesystem::path& path, bool forSaving)
 
 const std::vector<FileFormat>& fileFormats()
 {
-    static const std::vector<FileFormat> formats = {vxuFormat(), stlFormat()};
+    static const std::vector<FileFormat> formats = {vxuFormat(), stlFormat(), plyFormat(), objFormat()};
     return formats;
 }
 

@@ -85,6 +85,7 @@ struct SceneRenderer::State
     StandInMaker standIns;
     bool software;
     std::optional<Key> drawn;
+    ClipRange drawnRange;
     SceneStatistics statistics;
     std::uint64_t standInCount = 0;
 
@@ -183,6 +184,7 @@ bool SceneRenderer::draw(const SceneFrame& frame)
     drawing.draw();
     s.picture.end();
     s.drawn = key;
+    s.drawnRange = drawing.range();
     s.statistics = {s.statistics.frames + 1, drawing.drawnTriangles(), drawing.isSimplified()};
     if (simplify)
         s.requestStandIns();
@@ -246,7 +248,7 @@ std::optional<Vector3d> SceneRenderer::pointUnderCursor(const Vector2d& pixel)
             best = apart;
             const Vector2d center(x0 + i + 0.5, size.height - (y0 + j + 0.5));
             const Camera& camera = s.drawn->camera;
-            const double depth = depthFromBuffer(camera, camera.clipRange(s.box), double(depths(i, j)));
+            const double depth = depthFromBuffer(camera, s.drawnRange, double(depths(i, j)));
             point = camera.unproject(center, depth, size);
         }
     }

@@ -140,7 +140,7 @@ TEST(BodyGeometry, ColoursFacesThatDiffer)
     ASSERT_THAT(body->mesh->faceColors, SizeIs(12));
     EXPECT_EQ(std::ranges::count(body->mesh->faceColors, red), 2);
     EXPECT_EQ(std::ranges::count(body->mesh->faceColors, blue), 10);
-    EXPECT_EQ(body->color, std::nullopt);
+    EXPECT_EQ(body->color, blue);
 }
 
 TEST(BodyGeometry, KeepsOneColourOffTheMesh)

@@ -15,6 +15,7 @@ namespace
 {
 
 using Test::ref;
+using Test::refs;
 using Test::StepTextBuilder;
 using testing::Each;
 using testing::ElementsAre;
@@ -139,7 +140,7 @@ TEST(TessellatedGeometry, GivesFacesTheirColours)
     const Color red{255, 0, 0};
     const Color blue{0, 0, 255};
     EXPECT_THAT(body->mesh->faceColors, ElementsAre(blue, red, blue, blue));
-    EXPECT_EQ(body->color, std::nullopt);
+    EXPECT_EQ(body->color, blue);
 }
 
 TEST(TessellatedGeometry, KeepsOneColourForAllFacesOffTheMesh)
@@ -157,10 +158,21 @@ TEST(TessellatedGeometry, JoinsSeveralItemsAndReadsFacesOnTheirOwn)
 {
     StepTextBuilder step;
     const int solid = step.tetrahedron("");
+    static_cast<void>(step.tetrahedron(""));
     const int shell = step.add("TESSELLATED_SHELL('',(" + ref(step.faces()[0]) + "),$)");
     const auto body = bodyOf(step, {{solid, 0}, {shell, 0}, {step.faces()[3], 0}});
     ASSERT_TRUE(body);
     EXPECT_THAT(body->mesh->triangles, SizeIs(6));
+}
+
+TEST(TessellatedGeometry, ReadsAFaceOnceHoweverOftenItIsNamed)
+{
+    StepTextBuilder step;
+    const int solid = step.tetrahedron("");
+    const int again = step.add("TESSELLATED_SHELL(''," + refs({step.faces()[0], step.faces()[0]}) + ",$)");
+    const auto body = bodyOf(step, {{solid, 0}, {again, 0}});
+    ASSERT_TRUE(body);
+    EXPECT_THAT(body->mesh->triangles, SizeIs(4));
 }
 
 TEST(TessellatedGeometry, KeepsTheDetailOfBodiesFarAway)

@@ -160,6 +160,7 @@ TEST_F(BackendSystemTest, sharesItsDataFolderWithAnother)
     constexpr std::size_t allJobs = 100;
     const std::unique_ptr<BackendProcess> backends[] = {start(), start()};
     std::vector<std::thread> clients;
+    clients.reserve(10);
     std::vector<std::string> results(allJobs);
     for (std::size_t c = 0; c < 10; ++c)
         clients.emplace_back(
@@ -244,6 +245,7 @@ public:
         if (!enterPrivateRoot("none", QX_TEST_OUTPUT_DIR "/private-root"))
             GTEST_SKIP() << "no private root folder is to be had here";
         std::filesystem::create_directory(data);
+        // NOLINTNEXTLINE(modernize-make-unique): a scope cannot be moved
         disk.reset(new MountScope(MountScope::makeSmall(data, diskSize)));
         ASSERT_TRUE(disk->isActive());
     }

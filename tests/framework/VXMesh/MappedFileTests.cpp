@@ -6,6 +6,8 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <fstream>
 #include <string>
 #include <utility>
 
@@ -16,6 +18,17 @@ namespace
 {
 
 using Test::TempDir;
+
+// What of mapped files the process has in its memory.
+std::size_t fileBytesInMemory()
+{
+    std::ifstream status("/proc/self/status");
+    for (std::string word; status >> word;)
+        if (std::size_t kilobytes = 0; word == "RssFile:" && status >> kilobytes)
+            return kilobytes * 1024;
+    ADD_FAILURE() << "the system does not say";
+    return 0;
+}
 
 } // namespace
 
@@ -48,6 +61,21 @@ TEST(MappedFile, KeepsItsBytesWhenMovedAndWhenTheFileIsReplaced)
     std::filesystem::remove(path);
     EXPECT_EQ(moved.bytes().data(), address);
     EXPECT_EQ(moved.text(), "content");
+}
+
+TEST(MappedFile, TakesReleasedPartsOutOfTheMemoryOfTheProcess)
+{
+    const TempDir temp;
+    constexpr std::size_t size = 32U << 20U;
+    const auto file = MappedFile::open(temp.write("file", std::string(size, 'x')));
+    ASSERT_TRUE(file);
+    EXPECT_EQ(std::count(file->text().begin(), file->text().end(), 'x'), size);
+    const std::size_t before = fileBytesInMemory();
+    file->release(100, size / 2);
+    const std::size_t half = fileBytesInMemory();
+    EXPECT_LT(half + size / 4, before);
+    file->release(0, size);
+    EXPECT_LT(fileBytesInMemory() + size / 4, half);
 }
 
 TEST(MappedFile, ReadsReleasedPartsAgain)

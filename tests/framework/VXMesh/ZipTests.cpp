@@ -118,6 +118,23 @@ TEST(CompressZip, NamesAnEntryWithoutTheFolder)
     zip_discard(zip);
 }
 
+TEST(CompressZip, OrdersEntriesByNameWhateverTheOrderOnDisk)
+{
+    const TempDir temp;
+    std::vector<std::string> names;
+    for (int i = 0; i < 50; ++i)
+        names.push_back("file" + std::to_string(i * 37 % 50 + 10));
+    for (const auto& name : names)
+        temp.write("in/" + name, "content");
+    std::sort(names.begin(), names.end());
+    ASSERT_TRUE(compressZip(temp.path() / "x.zip", temp.path() / "in", {}));
+    zip_t* zip = zip_open((temp.path() / "x.zip").c_str(), ZIP_RDONLY, nullptr);
+    ASSERT_NE(zip, nullptr);
+    for (std::size_t i = 0; i < names.size(); ++i)
+        EXPECT_EQ(zip_get_name(zip, i, 0), names[i]);
+    zip_discard(zip);
+}
+
 TEST(CompressZip, MakesTextSmallerAndAHigherLevelMakesItSmallest)
 {
     const TempDir temp;

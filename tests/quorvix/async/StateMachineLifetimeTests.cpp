@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <thread>
+#include <vector>
 
 namespace VX
 {
@@ -84,17 +86,22 @@ TEST(StateMachineLifetime, endsWithinTheCallOfTheMachinesOwnCallback)
     EXPECT_FALSE(captured.isAlive());
 }
 
-TEST(StateMachineLifetime, runsAMachineAgainThatIsAddedAgain)
+TEST(StateMachineLifetime, keepsTheCallbackOfAMachineThatIsAddedAgain)
 {
     Resume kept;
-    int ends = 0;
-    const auto machine =
-        makeMachine({{start, waitKeeping(kept)}, {middle, [&](const Resume&) { return ++ends, done; }}});
-    StateMachineExecutor::addStateMachine(machine);
-    kept(middle);
-    StateMachineExecutor::addStateMachine(machine);
-    kept(middle);
-    EXPECT_EQ(ends, 2);
+    std::vector<bool> callable;
+    const auto machine = makeMachine({{start, waitKeeping(kept)},
+                                      {middle, [&](const Resume& resume)
+                                       {
+                                           callable.push_back(static_cast<bool>(resume));
+                                           return done;
+                                       }}});
+    for (int round = 0; round < 2; ++round)
+    {
+        StateMachineExecutor::addStateMachine(machine);
+        kept(middle);
+    }
+    EXPECT_EQ(callable, (std::vector{true, true}));
 }
 
 TEST(StateMachineLifetime, endsOnAnotherThreadWhileTheFirstStepIsStillRunning)

@@ -45,7 +45,7 @@ protected:
         saveResult_(scene_);
         answer("/converter/v2/request", [this] { return contextAnswer(requestId_); });
         answer("/storage/upload", [] { return HttpRecorder::Answer{}; });
-        answer("/converter/v2/convert", [this] { return resultText_(""); });
+        answer("/converter/v2/convert", [] { return resultText_(""); });
         answer("/converter/v2/status", [this] { return statusAnswer_(); });
         answer("/storage/result", [this] { return HttpRecorder::Answer{.file = scene_}; });
     }

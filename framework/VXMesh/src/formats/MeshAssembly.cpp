@@ -267,7 +267,7 @@ tl::expected<std::shared_ptr<VisualObject>, std::string> assembleObject(const So
     if (raw.precisePoints.empty())
     {
         mesh.points = std::move(raw.points);
-        offset = subtractOffset(mesh.points);
+        offset = raw.offset ? *raw.offset : subtractOffset(mesh.points);
     }
     else
     {

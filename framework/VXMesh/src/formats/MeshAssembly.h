@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -48,6 +49,7 @@ struct RawMesh
     std::vector<Vector3f> normals;   ///< one a point, or empty
     std::vector<Color> vertexColors; ///< one a point, or empty
     std::vector<Polygons> polygons;  ///< pieces in the order of the file
+    std::optional<Vector3d> offset;  ///< what was subtracted from the points already
 };
 
 /// Triangles that faces were cut into, and what was wrong with the others.

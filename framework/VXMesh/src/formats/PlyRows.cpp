@@ -25,25 +25,24 @@ PlyRole roleOf(const PlyElement& element, const PlyProperty& property)
     const std::string& name = property.name;
     if (property.countType)
         return name == "vertex_indices" || name == "vertex_index" ? PlyRole::Corners : PlyRole::Unused;
-    constexpr std::array<std::pair<std::string_view, PlyRole>, 18> kRoles = {
-        {{"x", PlyRole::X},
-         {"y", PlyRole::Y},
-         {"z", PlyRole::Z},
-         {"nx", PlyRole::NormalX},
-         {"ny", PlyRole::NormalY},
-         {"nz", PlyRole::NormalZ},
-         {"red", PlyRole::Red},
-         {"green", PlyRole::Green},
-         {"blue", PlyRole::Blue},
-         {"alpha", PlyRole::Alpha},
-         {"r", PlyRole::Red},
-         {"g", PlyRole::Green},
-         {"b", PlyRole::Blue},
-         {"a", PlyRole::Alpha},
-         {"diffuse_red", PlyRole::Red},
-         {"diffuse_green", PlyRole::Green},
-         {"diffuse_blue", PlyRole::Blue},
-         {"diffuse_alpha", PlyRole::Alpha}}};
+    constexpr std::array<std::pair<std::string_view, PlyRole>, 18> kRoles = {{{"x", PlyRole::X},
+                                                                              {"y", PlyRole::Y},
+                                                                              {"z", PlyRole::Z},
+                                                                              {"nx", PlyRole::NormalX},
+                                                                              {"ny", PlyRole::NormalY},
+                                                                              {"nz", PlyRole::NormalZ},
+                                                                              {"red", PlyRole::Red},
+                                                                              {"green", PlyRole::Green},
+                                                                              {"blue", PlyRole::Blue},
+                                                                              {"alpha", PlyRole::Alpha},
+                                                                              {"r", PlyRole::Red},
+                                                                              {"g", PlyRole::Green},
+                                                                              {"b", PlyRole::Blue},
+                                                                              {"a", PlyRole::Alpha},
+                                                                              {"diffuse_red", PlyRole::Red},
+                                                                              {"diffuse_green", PlyRole::Green},
+                                                                              {"diffuse_blue", PlyRole::Blue},
+                                                                              {"diffuse_alpha", PlyRole::Alpha}}};
     const auto* const found = std::ranges::find(kRoles, name, &std::pair<std::string_view, PlyRole>::first);
     if (found == kRoles.end() || (element.name != "vertex" && element.name != "face"))
         return PlyRole::Unused;
@@ -165,7 +164,8 @@ PlyRows locateBinary(const PlyElement& element, bool isSwapped, std::string_view
     rows.columns = columnsOf(element);
     if (rows.columns.empty())
         return rows;
-    const bool hasLists = std::ranges::any_of(rows.columns, [](const PlyColumn& column) { return column.countType; });
+    const bool hasLists =
+        std::ranges::any_of(rows.columns, [](const PlyColumn& column) { return column.countType.has_value(); });
     const RowScanner scanner(rows.columns, isSwapped);
     std::size_t stride = 0;
     for (const PlyColumn& column : rows.columns)
@@ -314,7 +314,8 @@ void PlyRowReader::readTextList_(const PlyColumn& column)
             corners_.clear();
             return;
         }
-        cursor_.integer(index);
+        if (!cursor_.integer(index))
+            index = -1;
         if (column.role == PlyRole::Corners)
             corners_.push_back(toIndex(index));
     }

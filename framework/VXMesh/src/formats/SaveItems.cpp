@@ -51,6 +51,18 @@ SaveItems collectSaveItems(const Object& root)
     return items;
 }
 
+std::vector<PointsPart> pointsParts(const SaveItems& items)
+{
+    std::vector<PointsPart> parts;
+    for (const MeshItem& item : items.meshes)
+        parts.push_back(
+            {item.geometry->points, item.geometry->normals, item.geometry->vertexColors, item.toScene, item.color});
+    for (const PointsItem& item : items.clouds)
+        parts.push_back(
+            {item.geometry->points, item.geometry->normals, item.geometry->colors, item.toScene, item.color});
+    return parts;
+}
+
 Eigen::Matrix3d normalMatrix(const Transform& toScene)
 {
     // The cofactors are the inverse transposed times the determinant, and exist for every matrix.

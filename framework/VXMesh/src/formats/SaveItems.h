@@ -3,7 +3,9 @@
 #include <VXMesh/Geometry.h>
 #include <VXMesh/Object.h>
 
+#include <algorithm>
 #include <cstddef>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -39,6 +41,24 @@ struct SaveItems
 
 /// Collects what is visible of `root` and below it; its ancestors give their transform but not their visibility.
 [[nodiscard]] SaveItems collectSaveItems(const Object& root);
+
+/// The points of one mesh or point cloud, to be written in scene coordinates.
+struct PointsPart
+{
+    std::span<const Vector3f> points;
+    std::span<const Vector3f> normals; ///< one a point, or empty
+    std::span<const Color> colors;     ///< one a point, or empty
+    Transform toScene = Transform::Identity();
+    Color color; ///< of points without one of their own
+
+    /// Point `i` in scene coordinates.
+    [[nodiscard]] Vector3d point(std::size_t i) const { return toScene * points[i].cast<double>(); }
+
+    [[nodiscard]] Color colorOf(std::size_t i) const { return colors.empty() ? color : colors[i]; }
+};
+
+/// The points of all meshes and, behind them, of all point clouds.
+[[nodiscard]] std::vector<PointsPart> pointsParts(const SaveItems& items);
 
 /// A mesh's triangle with the winding that its item asks for.
 [[nodiscard]] inline Triangle sceneTriangle(const MeshItem& item, std::size_t i)

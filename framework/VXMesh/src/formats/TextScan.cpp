@@ -72,6 +72,13 @@ bool TextCursor::digits(std::int64_t& value)
     return error == std::errc();
 }
 
+bool TextCursor::finishWord()
+{
+    const char* before = position_;
+    skipWord_();
+    return position_ == before;
+}
+
 void TextCursor::skipWord_()
 {
     while (position_ != end_ && *position_ != '\n' && !isBlank(*position_))

@@ -52,6 +52,10 @@ public:
     /// @return false where no digit stands or the value is out of range
     bool digits(std::int64_t& value);
 
+    /// To the end of the word that the cursor is in.
+    /// @return true if it was there already
+    bool finishWord();
+
     /// Steps over `character` if it stands right here.
     bool skip(char character)
     {

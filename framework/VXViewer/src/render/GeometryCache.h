@@ -28,7 +28,8 @@ public:
     {
         const auto locked = source.lock();
         const auto found = entries_.find(locked.get());
-        return locked && found != entries_.end() ? found->second.gpu.get() : nullptr;
+        const bool usable = locked && found != entries_.end() && !found->second.source.expired();
+        return usable ? found->second.gpu.get() : nullptr;
     }
 
     /// Frees what belongs to geometry that no longer exists.

@@ -61,7 +61,7 @@ SceneDrawing::SceneDrawing(const SceneFrame& frame, const SceneContents& content
     , contents_(contents)
     , gpu_(gpu)
     , budget_(triangleBudget)
-    , range_(frame.camera.clipRange(contents.box))
+    , range_(frame.camera.clipRange(drawnBox_()))
     , view_(frame.camera.viewMatrix())
     , projection_(frame.camera.projectionMatrix(frame.size, range_))
 {
@@ -73,6 +73,26 @@ SceneDrawing::SceneDrawing(const SceneFrame& frame, const SceneContents& content
         viewRay_ = {scaleX, scaleY, static_cast<float>(-1 / projection_(0, 0)),
                     static_cast<float>(-1 / projection_(1, 1))};
     }
+}
+
+bool SceneDrawing::showsBasis_() const
+{
+    return !(frame_.options.globalBasis & frame_.options.viewport).isEmpty() && !contents_.box.isEmpty();
+}
+
+double SceneDrawing::basisLength_() const
+{
+    return std::max(contents_.box.diagonal().norm() * 0.2, 1e-9);
+}
+
+Box3d SceneDrawing::drawnBox_() const
+{
+    Box3d box = contents_.box;
+    if (showsBasis_())
+        box.extend(Box3d(Vector3d::Zero(), Vector3d::Constant(basisLength_())));
+    if (frame_.pivotMark)
+        box.extend(*frame_.pivotMark);
+    return box;
 }
 
 SceneDrawing::Placement::Placement(const SceneDrawing& drawing, const Transform& world, const Vector3d& center)
@@ -311,10 +331,10 @@ void SceneDrawing::drawPointItem_(const SceneContents::PointsItem& item)
 
 void SceneDrawing::drawBasis_()
 {
-    if ((frame_.options.globalBasis & frame_.options.viewport).isEmpty() || contents_.box.isEmpty())
+    if (!showsBasis_())
         return;
     Transform grown = Transform::Identity();
-    grown.linear() *= std::max(contents_.box.diagonal().norm() * 0.2, 1e-9);
+    grown.linear() *= basisLength_();
     glEnable(GL_BLEND);
     for (int axis = 0; axis < 3; ++axis)
     {

@@ -78,6 +78,9 @@ public:
 
     [[nodiscard]] bool isSimplified() const { return simplified_; }
 
+    /// The depths between which the picture shows everything.
+    [[nodiscard]] ClipRange range() const { return range_; }
+
 private:
     /// From the coordinates of some geometry, relative to the middle of its box.
     struct Placement
@@ -89,6 +92,10 @@ private:
         Eigen::Matrix3f normalToCamera;
     };
 
+    /// The extent of all that is drawn.
+    [[nodiscard]] Box3d drawnBox_() const;
+    [[nodiscard]] bool showsBasis_() const;
+    [[nodiscard]] double basisLength_() const;
     void drawBackground_();
     void drawMeshes_();
     void drawMesh_(const SceneContents::MeshItem& item, std::uint64_t& budget);

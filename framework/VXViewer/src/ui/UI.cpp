@@ -340,13 +340,11 @@ void tooltip(const std::string& text, const std::string& shortcut)
     ImGui::PushStyleVar(ImGuiStyleVar_WindowPadding, ImVec2(px(8), px(4)));
     if (ImGui::BeginTooltip())
     {
-        ImGui::TextUnformatted(text.c_str());
+        UI::text(text);
         if (!shortcut.empty())
         {
             ImGui::SameLine(0, px(12));
-            ImGui::PushStyleColor(ImGuiCol_Text, color(Color::SecondaryText));
-            ImGui::TextUnformatted(shortcut.c_str());
-            ImGui::PopStyleColor();
+            secondaryText(shortcut);
         }
         ImGui::EndTooltip();
     }

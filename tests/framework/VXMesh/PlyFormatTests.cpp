@@ -1,0 +1,451 @@
+#include "formats/PlyFormat.h"
+
+#include "FormatTestSupport.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <limits>
+#include <vector>
+
+namespace VX
+{
+
+namespace
+{
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+tl::expected<LoadedObjects, std::string> read(const std::string& content, const ProgressCallback& progress = {})
+{
+    return readPly(sourceOf(content, "/folder/part.ply"), progress);
+}
+
+template <typename Value>
+void appendSwapped(std::string& bytes, Value value)
+{
+    std::string part;
+    append(part, value);
+    std::ranges::reverse(part);
+    bytes += part;
+}
+
+constexpr std::string_view kTextSquare = "ply\n"
+                                         "format ascii 1.0\n"
+                                         "comment a square\n"
+                                         "element vertex 4\n"
+                                         "property float x\n"
+                                         "property float y\n"
+                                         "property float z\n"
+                                         "element face 1\n"
+                                         "property list uchar int vertex_indices\n"
+                                         "end_header\n"
+                                         "0 0 0\n"
+                                         "1 0 0\n"
+                                         "1 1 0\n"
+                                         "0 1 0\n"
+                                         "4 0 1 2 3\n";
+
+std::string replaced(std::string_view text, std::string_view from, std::string_view to)
+{
+    std::string result(text);
+    const auto at = result.find(from);
+    EXPECT_NE(at, std::string::npos) << from;
+    return at == std::string::npos ? result : result.replace(at, from.size(), to);
+}
+
+/// The header and points of a binary file with three points; faces follow.
+std::string binaryTriangle(std::string_view faceProperty, std::size_t faceCount)
+{
+    std::string bytes = "ply\r\nformat binary_little_endian 1.0\r\nelement vertex 3\r\nproperty float x\r\n"
+                        "property float y\r\nproperty float z\r\nelement face " +
+                        std::to_string(faceCount) + "\r\n" + std::string(faceProperty) + "\r\nend_header\r\n";
+    for (const Vector3f& point : {Vector3f(0.0F, 0.0F, 0.0F), Vector3f(1.0F, 0.0F, 0.0F), Vector3f(0.0F, 1.0F, 0.0F)})
+        append(bytes, point);
+    return bytes;
+}
+
+} // namespace
+
+TEST(PlyFormat, ReadsTextAndCutsQuadsIntoTriangles)
+{
+    const auto loaded = read(std::string(kTextSquare));
+    const auto object = onlyMesh(loaded);
+    ASSERT_TRUE(object);
+    EXPECT_THAT(object->mesh()->points, ElementsAre(Vector3f(0.0F, 0.0F, 0.0F), Vector3f(1.0F, 0.0F, 0.0F),
+                                                    Vector3f(1.0F, 1.0F, 0.0F), Vector3f(0.0F, 1.0F, 0.0F)));
+    EXPECT_THAT(object->mesh()->triangles, ElementsAre(Triangle(0, 1, 2), Triangle(0, 2, 3)));
+    EXPECT_EQ(object->name(), "part");
+    EXPECT_THAT(loaded->warnings, IsEmpty());
+}
+
+TEST(PlyFormat, ReadsLittleEndianFaces)
+{
+    std::string bytes = binaryTriangle("property list uchar int vertex_indices", 1);
+    bytes += '\3';
+    append(bytes, Triangle(2, 0, 1));
+    const auto object = onlyMesh(read(bytes));
+    ASSERT_TRUE(object);
+    EXPECT_THAT(object->mesh()->triangles, ElementsAre(Triangle(2, 0, 1)));
+    EXPECT_EQ(object->mesh()->points[1], Vector3f(1.0F, 0.0F, 0.0F));
+}
+
+TEST(PlyFormat, ReadsBigEndianWithOtherTypes)
+{
+    std::string bytes = "ply\nformat binary_big_endian 1.0\nelement vertex 3\nproperty double x\nproperty short y\n"
+                        "property float z\nelement face 1\nproperty list ushort uint vertex_index\nend_header\n";
+    for (int i = 0; i < 3; ++i)
+    {
+        appendSwapped(bytes, 0.5 * i);
+        appendSwapped(bytes, static_cast<std::int16_t>(i * i));
+        appendSwapped(bytes, -1.5F);
+    }
+    appendSwapped(bytes, std::uint16_t{3});
+    for (const std::uint32_t index : {0U, 2U, 1U})
+        appendSwapped(bytes, index);
+    const auto object = onlyMesh(read(bytes));
+    ASSERT_TRUE(object);
+    EXPECT_THAT(object->mesh()->points,
+                ElementsAre(Vector3f(0.0F, 0.0F, -1.5F), Vector3f(0.5F, 1.0F, -1.5F), Vector3f(1.0F, 4.0F, -1.5F)));
+    EXPECT_THAT(object->mesh()->triangles, ElementsAre(Triangle(0, 2, 1)));
+}
+
+TEST(PlyFormat, SkipsElementsAndPropertiesThatItDoesNotKnow)
+{
+    std::string bytes = "ply\nformat binary_little_endian 1.0\nelement camera 2\nproperty list uchar double view\n"
+                        "property int id\nelement vertex 3\nproperty uchar quality\nproperty list int short tags\n"
+                        "property float x\nproperty float y\nproperty float z\nelement face 1\nproperty char flag\n"
+                        "property list uchar float texcoord\nproperty list uchar int vertex_indices\n"
+                        "property list uchar uchar rest\nend_header\n";
+    for (int i = 0; i < 2; ++i)
+    {
+        bytes += static_cast<char>(i);
+        for (int k = 0; k < i; ++k)
+            append(bytes, 1.0);
+        append(bytes, 7);
+    }
+    for (int i = 0; i < 3; ++i)
+    {
+        bytes += 'q';
+        append(bytes, i);
+        bytes.append(static_cast<std::size_t>(i) * 2, 't');
+        append(bytes, Vector3f(static_cast<float>(i), static_cast<float>(i * i), 0.0F));
+    }
+    bytes += 'f';
+    bytes += '\1';
+    append(bytes, 0.5F);
+    bytes += '\3';
+    append(bytes, Triangle(0, 1, 2));
+    bytes += '\0';
+    const auto loaded = read(bytes);
+    const auto object = onlyMesh(loaded);
+    ASSERT_TRUE(object);
+    EXPECT_EQ(object->mesh()->points[2], Vector3f(2.0F, 4.0F, 0.0F));
+    EXPECT_THAT(object->mesh()->triangles, ElementsAre(Triangle(0, 1, 2)));
+    EXPECT_THAT(loaded->warnings, IsEmpty());
+}
+
+TEST(PlyFormat, ReadsColorsOfAllTypes)
+{
+    const std::vector<std::pair<std::string, std::string>> kinds = {
+        {"uchar", "255 128 0"}, {"ushort", "65535 32896 0"}, {"float", "1 0.502 0"}};
+    for (const auto& [type, value] : kinds)
+    {
+        const std::string text = "ply\nformat ascii 1.0\nelement vertex 1\nproperty float x\nproperty float y\n"
+                                 "property float z\nproperty " +
+                                 type + " red\nproperty " + type + " green\nproperty " + type +
+                                 " blue\nend_header\n1 2 3 " + value + "\n";
+        const auto object = onlyPoints(read(text));
+        ASSERT_TRUE(object) << type;
+        EXPECT_THAT(object->pointCloud()->colors, ElementsAre(Color{255, 128, 0, 255})) << type;
+    }
+}
+
+TEST(PlyFormat, ReadsAlphaAndNormals)
+{
+    const auto object = onlyPoints(
+        read("ply\nformat ascii 1.0\nelement vertex 1\nproperty float x\nproperty float y\nproperty float z\n"
+             "property float nx\nproperty float ny\nproperty float nz\nproperty uchar red\nproperty uchar green\n"
+             "property uchar blue\nproperty uchar alpha\nend_header\n1 2 3 0 0 2 10 20 30 40\n"));
+    ASSERT_TRUE(object);
+    EXPECT_THAT(object->pointCloud()->points, ElementsAre(Vector3f(1.0F, 2.0F, 3.0F)));
+    EXPECT_THAT(object->pointCloud()->normals, ElementsAre(Vector3f(0.0F, 0.0F, 1.0F)));
+    EXPECT_THAT(object->pointCloud()->colors, ElementsAre(Color{10, 20, 30, 40}));
+}
+
+TEST(PlyFormat, FaceColorsGoToAllTrianglesOfTheFace)
+{
+    std::string text = replaced(kTextSquare, "vertex_indices\n",
+                                "vertex_indices\nproperty uchar red\nproperty uchar green\nproperty uchar blue\n");
+    text = replaced(text, "4 0 1 2 3", "4 0 1 2 3 9 8 7");
+    const auto object = onlyMesh(read(text));
+    ASSERT_TRUE(object);
+    EXPECT_THAT(object->mesh()->faceColors, ElementsAre(Color{9, 8, 7, 255}, Color{9, 8, 7, 255}));
+}
+
+TEST(PlyFormat, ReadsTriangleStrips)
+{
+    std::string text = replaced(kTextSquare, "element face 1", "element tristrips 1");
+    text = replaced(text, "4 0 1 2 3", "8 0 1 3 2 -1 0 2 3");
+    const auto object = onlyMesh(read(text));
+    ASSERT_TRUE(object);
+    EXPECT_THAT(object->mesh()->triangles, ElementsAre(Triangle(0, 1, 3), Triangle(3, 1, 2), Triangle(0, 2, 3)));
+}
+
+TEST(PlyFormat, FileOfManyBlocksKeepsItsOrder)
+{
+    constexpr std::uint32_t kCount = 200000;
+    std::string bytes = "ply\nformat binary_little_endian 1.0\nelement vertex " + std::to_string(kCount) +
+                        "\nproperty float x\nproperty float y\nproperty float z\nelement face " +
+                        std::to_string(kCount - 2) + "\nproperty list uchar int vertex_indices\nend_header\n";
+    std::string text = replaced(bytes, "binary_little_endian", "ascii");
+    for (std::uint32_t i = 0; i < kCount; ++i)
+    {
+        append(bytes, Vector3f(static_cast<float>(i), static_cast<float>(i % 7), 0.0F));
+        text += std::to_string(i) + " " + std::to_string(i % 7) + " 0\n";
+    }
+    for (std::uint32_t i = 0; i + 2 < kCount; ++i)
+    {
+        bytes += '\3';
+        append(bytes, Triangle(i, i + 1, i + 2));
+        text += "3 " + std::to_string(i) + " " + std::to_string(i + 1) + " " + std::to_string(i + 2) + "\n";
+    }
+    for (const std::string& content : {bytes, text})
+    {
+        const auto object = onlyMesh(read(content));
+        ASSERT_TRUE(object);
+        ASSERT_EQ(object->mesh()->points.size(), kCount);
+        ASSERT_EQ(object->mesh()->triangles.size(), kCount - 2);
+        for (std::uint32_t i = 0; i + 2 < kCount; ++i)
+        {
+            ASSERT_EQ(object->mesh()->points[i].x(), static_cast<float>(i));
+            ASSERT_EQ(object->mesh()->triangles[i], Triangle(i, i + 1, i + 2));
+        }
+    }
+}
+
+TEST(PlyFormat, ConcavePolygonsAreCutInside)
+{
+    // An L whose fan from the first corner would leave it.
+    const std::string text = "ply\nformat ascii 1.0\nelement vertex 6\nproperty float x\nproperty float y\n"
+                             "property float z\nelement face 1\nproperty list uchar int vertex_indices\nend_header\n"
+                             "2 0 0\n2 1 0\n1 1 0\n1 2 0\n0 2 0\n0 0 0\n6 0 1 2 3 4 5\n";
+    const auto object = onlyMesh(read(text));
+    ASSERT_TRUE(object);
+    ASSERT_EQ(object->mesh()->triangles.size(), 4U);
+    double area = 0.0;
+    for (const Triangle& triangle : object->mesh()->triangles)
+    {
+        const auto& points = object->mesh()->points;
+        const Vector3f normal =
+            (points[triangle[1]] - points[triangle[0]]).cross(points[triangle[2]] - points[triangle[0]]);
+        EXPECT_GT(normal.z(), 0.0F);
+        area += 0.5 * static_cast<double>(normal.norm());
+    }
+    EXPECT_NEAR(area, 3.0, 1e-9);
+}
+
+TEST(PlyFormat, CoordinatesFarFromTheOriginAreKeptExactly)
+{
+    std::string bytes = "ply\nformat binary_little_endian 1.0\nelement vertex 2\nproperty double x\n"
+                        "property double y\nproperty double z\nend_header\n";
+    append(bytes, Vector3d(500000.001, 5000000.001, 0.0));
+    append(bytes, Vector3d(500001.001, 5000000.002, 0.5));
+    const auto object = onlyPoints(read(bytes));
+    ASSERT_TRUE(object);
+    const auto& points = object->pointCloud()->points;
+    EXPECT_NEAR((object->transform() * points[1].cast<double>()).x(), 500001.001, 1e-7);
+    EXPECT_NEAR(points[1].y() - points[0].y(), 0.001F, 1e-6F);
+    EXPECT_EQ(object->transform().translation().z(), 0.0);
+}
+
+TEST(PlyFormat, TruncatedFilesGiveWhatIsThereAndAWarning)
+{
+    std::string bytes = binaryTriangle("property list uchar int vertex_indices", 2);
+    bytes += '\3';
+    append(bytes, Triangle(0, 1, 2));
+    bytes += '\3';
+    const auto loaded = read(bytes);
+    const auto object = onlyMesh(loaded);
+    ASSERT_TRUE(object);
+    EXPECT_EQ(object->mesh()->triangles.size(), 1U);
+    EXPECT_THAT(loaded->warnings, ElementsAre("\"part.ply\": the file ends too early; 1 of its 2 faces were read."));
+
+    const auto text = read(std::string(kTextSquare.substr(0, kTextSquare.find("1 1 0"))));
+    const auto points = onlyPoints(text);
+    ASSERT_TRUE(points);
+    EXPECT_EQ(points->pointCloud()->points.size(), 2U);
+    EXPECT_THAT(text->warnings, ElementsAre("\"part.ply\": the file ends too early; 2 of its 4 points were read.",
+                                            "\"part.ply\": the file ends too early; 0 of its 1 faces were read."));
+}
+
+TEST(PlyFormat, CountsThatLieTakeNoMemory)
+{
+    const auto loaded = read(replaced(kTextSquare, "vertex 4", "vertex 18446744073709551615"));
+    EXPECT_TRUE(onlyPoints(loaded));
+    EXPECT_EQ(loaded->warnings.size(), 2U);
+    std::string bytes = binaryTriangle("property list uint int vertex_indices", 4000000000U);
+    append(bytes, 4000000000U);
+    EXPECT_TRUE(onlyPoints(read(bytes)));
+}
+
+TEST(PlyFormat, FacesWithWrongIndicesAreLeftOut)
+{
+    for (const std::string_view face : {"4 0 1 2 4", "4 0 1 2 -1", "4 0 1 2 1e9", "4 0 1 2 99999999999999999999"})
+    {
+        std::string text = replaced(kTextSquare, "4 0 1 2 3", std::string(face) + "\n3 0 1 2");
+        text = replaced(text, "face 1", "face 2");
+        const auto loaded = read(text);
+        const auto object = onlyMesh(loaded);
+        ASSERT_TRUE(object) << face;
+        EXPECT_EQ(object->mesh()->triangles.size(), 1U) << face;
+        EXPECT_THAT(loaded->warnings,
+                    ElementsAre("\"part.ply\": 1 faces refer to points that are not there and were left out."))
+            << face;
+    }
+}
+
+TEST(PlyFormat, FacesThatAreTooShortAreLeftOut)
+{
+    for (const std::string_view face : {"2 0 1", "0", "4 0 1 2", "-3 0 1 2", "x"})
+    {
+        std::string text = replaced(kTextSquare, "4 0 1 2 3", std::string(face) + "\n3 0 1 2");
+        text = replaced(text, "face 1", "face 2");
+        const auto loaded = read(text);
+        const auto object = onlyMesh(loaded);
+        ASSERT_TRUE(object) << face;
+        EXPECT_EQ(object->mesh()->triangles.size(), 1U) << face;
+        EXPECT_EQ(loaded->warnings.size(), 1U) << face;
+    }
+}
+
+TEST(PlyFormat, PointsThatAreNotFiniteAreLeftOutWithTheirFaces)
+{
+    std::string text = replaced(kTextSquare, "0 0 0\n", "nan 0 0\n");
+    text = replaced(text, "4 0 1 2 3", "3 0 1 2\n3 1 2 3");
+    text = replaced(text, "face 1", "face 2");
+    const auto loaded = read(text);
+    const auto object = onlyMesh(loaded);
+    ASSERT_TRUE(object);
+    EXPECT_THAT(object->mesh()->points,
+                ElementsAre(Vector3f(1.0F, 0.0F, 0.0F), Vector3f(1.0F, 1.0F, 0.0F), Vector3f(0.0F, 1.0F, 0.0F)));
+    EXPECT_THAT(object->mesh()->triangles, ElementsAre(Triangle(0, 1, 2)));
+    EXPECT_THAT(loaded->warnings,
+                ElementsAre("\"part.ply\": 1 faces have coordinates that are not finite numbers and were left out.",
+                            "\"part.ply\": 1 points have coordinates that are not finite numbers and were left out."));
+}
+
+TEST(PlyFormat, ErrorsAreOneSentence)
+{
+    EXPECT_EQ(read("hello\n").error(), "Cannot open \"part.ply\": it is not a PLY file.");
+    EXPECT_EQ(read(replaced(kTextSquare, "ascii", "utf8")).error(), "Cannot open \"part.ply\": its header is damaged.");
+    EXPECT_EQ(read(replaced(kTextSquare, "float x", "quad x")).error(),
+              "Cannot open \"part.ply\": its header is damaged.");
+    EXPECT_EQ(read(replaced(kTextSquare, "list uchar", "list float")).error(),
+              "Cannot open \"part.ply\": its header is damaged.");
+    EXPECT_EQ(read("ply\nformat ascii 1.0\n").error(), "Cannot open \"part.ply\": its header is damaged.");
+    EXPECT_EQ(read(replaced(kTextSquare, "float z", "float w")).error(),
+              "Cannot open \"part.ply\": it has no points with coordinates.");
+    EXPECT_EQ(read(replaced(kTextSquare, "4 0 1 2 3", "4 5 6 7 8")).error(),
+              "Cannot open \"part.ply\": none of its faces can be used.");
+    EXPECT_EQ(read("ply\nformat ascii 1.0\nelement vertex 0\nproperty float x\nproperty float y\nproperty float z\n"
+                   "end_header\n")
+                  .error(),
+              "Cannot open \"part.ply\": it holds no points.");
+}
+
+TEST(PlyFormat, StopsWhenCanceled)
+{
+    EXPECT_EQ(read(std::string(kTextSquare), [](float fraction) { return fraction < 0.3F; }).error(),
+              operationCanceledText());
+}
+
+TEST(PlyFormat, SavedMeshReadsBackTheSame)
+{
+    Mesh mesh = makeTetrahedron();
+    for (std::uint8_t i = 0; i < 4; ++i)
+    {
+        mesh.normals.push_back(Vector3f(1.0F, static_cast<float>(i), 0.0F).normalized());
+        mesh.vertexColors.push_back({i, 1, 2, 200});
+        mesh.faceColors.push_back({3, i, 4, 255});
+    }
+    const TempDir folder;
+    const auto path = folder.path() / "part.ply";
+    ASSERT_TRUE(saveObjectToFile(*makeMeshObject(mesh), path, {}).has_value());
+    const auto object = onlyMesh(loadObjectFromFile(path, {}));
+    ASSERT_TRUE(object);
+    EXPECT_EQ(object->mesh()->points, mesh.points);
+    EXPECT_EQ(object->mesh()->triangles, mesh.triangles);
+    EXPECT_EQ(object->mesh()->vertexColors, mesh.vertexColors);
+    EXPECT_EQ(object->mesh()->faceColors, mesh.faceColors);
+    for (std::size_t i = 0; i < 4; ++i)
+        EXPECT_TRUE(object->mesh()->normals[i].isApprox(mesh.normals[i], 1e-6F));
+}
+
+TEST(PlyFormat, SavingMergesObjectsAndKeepsTheirColors)
+{
+    const auto root = std::make_shared<Object>();
+    const auto red = makeMeshObject(makeTetrahedron());
+    const auto mirrored = makeMeshObject(makeTetrahedron());
+    red->setColor({255, 0, 0, 255});
+    mirrored->setTransform(Transform(Eigen::Translation3d(5.0, 0.0, 0.0) * Eigen::Scaling(1.0, 1.0, -2.0)));
+    root->addChild(red);
+    root->addChild(mirrored);
+    const TempDir folder;
+    const auto path = folder.path() / "part.ply";
+    ASSERT_TRUE(saveObjectToFile(*root, path, {}).has_value());
+    const auto object = onlyMesh(loadObjectFromFile(path, {}));
+    ASSERT_TRUE(object);
+    EXPECT_EQ(object->mesh()->points.size(), 8U);
+    EXPECT_DOUBLE_EQ(sixfoldVolume(*object), 3.0);
+    ASSERT_EQ(object->mesh()->faceColors.size(), 8U);
+    EXPECT_EQ(object->mesh()->faceColors.front(), (Color{255, 0, 0, 255}));
+    EXPECT_EQ(object->mesh()->faceColors.back(), VisualObject::defaultColor());
+}
+
+TEST(PlyFormat, SavingFarFromTheOriginKeepsTheDetail)
+{
+    const auto mesh = makeMeshObject(makeTetrahedron());
+    mesh->setTransform(Transform(Eigen::Translation3d(5e6, 0.0, 0.0) * Eigen::Scaling(0.001)));
+    const TempDir folder;
+    const auto path = folder.path() / "part.ply";
+    ASSERT_TRUE(saveObjectToFile(*mesh, path, {}).has_value());
+    const auto object = onlyMesh(loadObjectFromFile(path, {}));
+    ASSERT_TRUE(object);
+    EXPECT_NEAR(object->worldBox().min().x(), 5e6, 1e-9);
+    EXPECT_NEAR(object->worldBox().sizes().x(), 0.001, 1e-9);
+}
+
+TEST(PlyFormat, SavingPointsWritesNoFaces)
+{
+    auto cloud = std::make_shared<PointCloud>();
+    cloud->points = {{1.0F, 2.0F, 3.0F}, {4.0F, 5.0F, 6.0F}};
+    const ObjectPoints points(cloud);
+    const TempDir folder;
+    const auto path = folder.path() / "points.ply";
+    ASSERT_TRUE(saveObjectToFile(points, path, {}).has_value());
+    const auto object = onlyPoints(loadObjectFromFile(path, {}));
+    ASSERT_TRUE(object);
+    EXPECT_EQ(object->pointCloud()->points, cloud->points);
+}
+
+TEST(PlyFormat, SavingNothingIsAnError)
+{
+    const TempDir folder;
+    EXPECT_EQ(saveObjectToFile(Object(), folder.path() / "part.ply", {}).error(),
+              "Cannot write \"part.ply\": nothing with points is visible.");
+}
+
+TEST(PlyFormat, ReadsTheSampleFile)
+{
+    if (!std::filesystem::exists(samplePath("bunny.ply")))
+        GTEST_SKIP() << "samples are not here";
+    const auto object = onlyMesh(loadObjectFromFile(samplePath("bunny.ply"), {}));
+    ASSERT_TRUE(object);
+    EXPECT_EQ(object->mesh()->points.size(), 8171U);
+    EXPECT_EQ(object->mesh()->triangles.size(), 16301U);
+    EXPECT_EQ(object->name(), "bunny");
+}
+
+} // namespace VX
