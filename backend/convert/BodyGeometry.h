@@ -1,9 +1,9 @@
 #pragma once
 
-#include "StepSolid.h"
+#include <VXMesh/Geometry.h>
 
 #include <memory>
-#include <span>
+#include <optional>
 
 namespace VX
 {
@@ -19,13 +19,5 @@ struct BodyGeometry
 
 /// Whether there is a triangle and all points are finite: a damaged file may place them beyond all numbers.
 [[nodiscard]] bool isDrawable(const Mesh& mesh);
-
-/// Gathers the triangles of meshed solids into one mesh. Vertices belong to one face each, with the normals of its
-/// surface, so that curved faces look smooth and the edges between them crisp.
-/// The edges are the boundaries of faces, and those between faces whose normals differ by more than 3 degrees; seams of
-/// closed surfaces and edges where faces meet smoothly are left out.
-/// @return nothing when there is no triangle
-/// @threads any; uses the TBB pool
-[[nodiscard]] std::optional<BodyGeometry> makeBodyGeometry(std::span<const StepSolid* const> solids);
 
 } // namespace VX

@@ -1,6 +1,7 @@
 #include "StepConversion.h"
 
 #include "SceneBuilder.h"
+#include "SolidGeometry.h"
 #include "StepExcerpt.h"
 #include "StepReader.h"
 #include "StepScanner.h"
@@ -166,7 +167,7 @@ std::vector<std::vector<NodeBody>> makeAllBodies(const StepFile& file, const Ste
                       {
                           const StepNode& node = structure.nodes[k];
                           bodies[k] = makeBodies(file, styles, node.solids, [&](const std::vector<StepItem>& items)
-                                                 { return makeBodyGeometry(solids.solidsOf(items)); });
+                                                 { return makeSolidGeometry(solids.solidsOf(items)); });
                           if (bodies[k].empty())
                               bodies[k] =
                                   makeBodies(file, styles, node.tessellated, [&](const std::vector<StepItem>& items)

@@ -1,7 +1,9 @@
 #include "formats/ObjFormat.h"
+#include "formats/OffFormat.h"
 #include "formats/PlyFormat.h"
 #include "formats/StlFormat.h"
 #include "formats/VxuFormat.h"
+#include "formats/XyzFormat.h"
 
 #include <VXMesh/FileError.h>
 #include <VXMesh/ObjectFile.h>
@@ -51,7 +53,8 @@ std::string unknownFormatText(const std::filesystem::path& path, bool forSaving)
 
 const std::vector<FileFormat>& fileFormats()
 {
-    static const std::vector<FileFormat> formats = {vxuFormat(), stlFormat(), plyFormat(), objFormat()};
+    static const std::vector<FileFormat> formats = {vxuFormat(), stlFormat(), plyFormat(),
+                                                    objFormat(), offFormat(), xyzFormat()};
     return formats;
 }
 

@@ -6,7 +6,8 @@
 #include <deque>
 #include <vector>
 
-namespace VX {
+namespace VX
+{
 
 class Viewer;
 
@@ -15,43 +16,44 @@ class Viewer;
 /// shortcut that may open something, what was typed next waits until the
 /// interface has drawn the change, however fast the user is.
 /// @threads the UI thread
-class InputRouter {
+class InputRouter
+{
 public:
-  explicit InputRouter(Viewer &viewer);
+    explicit InputRouter(Viewer& viewer);
 
-  /// Takes new events behind those that still wait, and hands on what can be.
-  /// @return true when anything was handed on
-  bool route(std::vector<InputEvent> events);
+    /// Takes new events behind those that still wait, and hands on what can be.
+    /// @return true when anything was handed on
+    bool route(std::vector<InputEvent> events);
 
-  /// True while events wait for the interface to draw frames.
-  [[nodiscard]] bool hasPending() const;
+    /// True while events wait for the interface to draw frames.
+    [[nodiscard]] bool hasPending() const;
 
 private:
-  [[nodiscard]] bool mayGoOn_() const;
-  void dispatch_(const InputEvent &event);
+    [[nodiscard]] bool mayGoOn_() const;
+    void dispatch_(const InputEvent& event);
 
-  void handle_(const MouseMoveEvent &event);
-  void handle_(const MouseButtonEvent &event);
-  void handle_(const ScrollEvent &event);
-  void handle_(const KeyEvent &event);
-  void handle_(const DropEvent &event);
-  void handle_(const FocusEvent &event);
+    void handle_(const MouseMoveEvent& event);
+    void handle_(const MouseButtonEvent& event);
+    void handle_(const ScrollEvent& event);
+    void handle_(const KeyEvent& event);
+    void handle_(const DropEvent& event);
+    void handle_(const FocusEvent& event);
 
-  void handle_(const CharEvent &) {}
+    void handle_(const CharEvent&) {}
 
-  void handle_(const ResizeEvent &) {}
+    void handle_(const ResizeEvent&) {}
 
-  void handle_(const EnterEvent &) {}
+    void handle_(const EnterEvent&) {}
 
-  [[nodiscard]] bool isOverUi_(const Vector2f &position) const;
+    [[nodiscard]] bool isOverUi_(const Vector2f& position) const;
 
-  /// Keys wait until the interface has drawn `frames` more frames.
-  void holdKeys_(std::uint64_t frames);
+    /// Keys wait until the interface has drawn `frames` more frames.
+    void holdKeys_(std::uint64_t frames);
 
-  Viewer &viewer_;
-  std::deque<InputEvent> pending_;
-  std::uint64_t heldUntilFrame_ = 0;
-  bool dragInScene_ = false;
+    Viewer& viewer_;
+    std::deque<InputEvent> pending_;
+    std::uint64_t heldUntilFrame_ = 0;
+    bool dragInScene_ = false;
 };
 
 } // namespace VX

@@ -14,20 +14,38 @@ namespace
 constexpr std::uint64_t maxBytes = 1U << 20U;
 
 /// One for the whole run, on the fastest file system there is.
-const std::filesystem::path& folder()
+class Folder
 {
-    static const std::filesystem::path path = []
+public:
+    Folder()
     {
         const std::filesystem::path memory = "/dev/shm";
         std::error_code error;
-        const auto base =
-            std::filesystem::is_directory(memory, error) ? memory : std::filesystem::temp_directory_path();
-        auto own = base / ("UploadUnpackerFuzz-" + std::to_string(getpid()));
-        std::filesystem::create_directory(own);
-        std::atexit([] { std::filesystem::remove_all(folder()); });
-        return own;
-    }();
-    return path;
+        const bool hasMemory = std::filesystem::is_directory(memory, error);
+        path_ = (hasMemory ? memory : std::filesystem::temp_directory_path()) /
+                ("UploadUnpackerFuzz-" + std::to_string(getpid()));
+        std::filesystem::create_directory(path_);
+    }
+
+    ~Folder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+
+    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+private:
+    std::filesystem::path path_;
+};
+
+const std::filesystem::path& folder()
+{
+    static const Folder own;
+    return own.path();
 }
 
 } // namespace

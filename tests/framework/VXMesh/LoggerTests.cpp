@@ -37,18 +37,23 @@ std::filesystem::path logFile()
     return getUserStateDir() / "log/VXMeshTests.log";
 }
 
+void logOneLineOfEachLevel()
+{
+    const TempConfig temp;
+    auto logger = Logger::instance().getSpdLogger();
+    logger->debug("A debug line");
+    logger->info("An info line");
+    logger->warn("A warning line");
+}
+
 // What a new process writes to standard error when it logs one line of each level.
 void expectConsole(const char* setting, const testing::Matcher<const std::string&>& matcher)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const TempConfig temp;
     const EnvironmentVariable variable("VX_LOG", setting);
     EXPECT_EXIT(
         {
-            auto logger = Logger::instance().getSpdLogger();
-            logger->debug("A debug line");
-            logger->info("An info line");
-            logger->warn("A warning line");
+            logOneLineOfEachLevel();
             std::exit(0); // NOLINT(concurrency-mt-unsafe): no other thread is left
         },
         testing::ExitedWithCode(0), matcher);

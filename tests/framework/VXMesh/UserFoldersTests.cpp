@@ -43,6 +43,15 @@ std::filesystem::path rootFolder()
     return "/";
 }
 
+// Whether it was there.
+bool printTemporaryHome()
+{
+    const TempConfig temp;
+    const auto folder = homeFolder({noHome});
+    std::fprintf(stderr, "[%s]", folder.c_str());
+    return std::filesystem::is_directory(folder);
+}
+
 } // namespace
 
 TEST(UserFolders, FollowTheXdgVariablesAndTheApplicationName)
@@ -103,10 +112,7 @@ TEST(HomeFolderDeathTest, TheTemporaryFolderGoesWithTheProcess)
     std::string output;
     EXPECT_EXIT(
         {
-            const auto folder = homeFolder({noHome});
-            const bool isThere = std::filesystem::is_directory(folder);
-            std::fprintf(stderr, "[%s]", folder.c_str());
-            std::exit(isThere ? 0 : 1); // NOLINT(concurrency-mt-unsafe): no other thread is left
+            std::exit(printTemporaryHome() ? 0 : 1); // NOLINT(concurrency-mt-unsafe): no other thread is left
         },
         testing::ExitedWithCode(0), testing::Truly([&output](const std::string& text) { return output = text, true; }));
     const auto begin = output.rfind('[') + 1;

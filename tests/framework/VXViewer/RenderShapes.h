@@ -2,7 +2,9 @@
 
 #include <VXMesh/Geometry.h>
 
+#include <array>
 #include <cmath>
+#include <map>
 #include <memory>
 #include <numbers>
 
@@ -55,6 +57,43 @@ inline std::shared_ptr<Mesh> makeSphere(std::uint32_t rings)
                 mesh->triangles.emplace_back(at(ring, column), at(ring + 1, column), at(ring + 1, column + 1));
             if (ring > 0)
                 mesh->triangles.emplace_back(at(ring, column), at(ring + 1, column + 1), at(ring, column + 1));
+        }
+    }
+    return mesh;
+}
+
+/// A sphere of radius 1 made of the six sides of a cube, `n` by `n` quads each, one side after the other; closed.
+inline std::shared_ptr<Mesh> makeCubeSphere(int n)
+{
+    auto mesh = std::make_shared<Mesh>();
+    std::map<std::array<int, 3>, std::uint32_t> known;
+    const auto at = [&](int axis, int side, int u, int v)
+    {
+        std::array<int, 3> place{};
+        place.at(static_cast<std::size_t>(axis)) = side * n;
+        place.at(static_cast<std::size_t>((axis + 1) % 3)) = 2 * u - n;
+        place.at(static_cast<std::size_t>((axis + 2) % 3)) = 2 * v - n;
+        const auto [entry, isNew] = known.emplace(place, static_cast<std::uint32_t>(mesh->points.size()));
+        if (isNew)
+            mesh->points.push_back(Eigen::Vector3i(place.data()).cast<float>().normalized());
+        return entry->second;
+    };
+    for (int axis = 0; axis < 3; ++axis)
+    {
+        for (const int side : {1, -1})
+        {
+            for (int u = 0; u < n; ++u)
+            {
+                for (int v = 0; v < n; ++v)
+                {
+                    std::array corners{at(axis, side, u, v), at(axis, side, u + 1, v), at(axis, side, u + 1, v + 1),
+                                       at(axis, side, u, v + 1)};
+                    if (side < 0)
+                        std::swap(corners[1], corners[3]);
+                    mesh->triangles.emplace_back(corners[0], corners[1], corners[2]);
+                    mesh->triangles.emplace_back(corners[0], corners[2], corners[3]);
+                }
+            }
         }
     }
     return mesh;

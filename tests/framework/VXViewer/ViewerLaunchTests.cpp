@@ -124,7 +124,7 @@ TEST_F(ViewerLaunchTests, EmitsTheShutdownSignalWhileTheMenuAndTheSceneAreStillT
             });
         viewer.requestClose();
     };
-    launchViewer({}, params_, ViewerSetup());
+    EXPECT_EQ(launchViewer({}, params_, ViewerSetup()), 0);
     EXPECT_TRUE(hadMenu);
     EXPECT_EQ(children, 1U);
 }
@@ -137,7 +137,7 @@ TEST_F(ViewerLaunchTests, KeepsTheArgumentsWhole)
         arguments = viewer.commandLineArguments();
         viewer.requestClose();
     };
-    launchViewer({"-creds", "a file.json"}, params_, ViewerSetup());
+    EXPECT_EQ(launchViewer({"-creds", "a file.json"}, params_, ViewerSetup()), 0);
     EXPECT_EQ(arguments, (std::vector<std::string>{"-creds", "a file.json"}));
 }
 
@@ -166,7 +166,7 @@ TEST_F(ViewerLaunchTests, TakesAPictureOfTheSceneAloneWithoutAnInterface)
         picture = viewer.view().capture(viewer.framebufferSize());
         viewer.requestClose();
     };
-    launchViewer({}, params_, ViewerSetup());
+    EXPECT_EQ(launchViewer({}, params_, ViewerSetup()), 0);
     EXPECT_FALSE(hadUi);
     EXPECT_EQ(picture.size, params_.size);
     const Color background = picture.at(2, 2);
@@ -180,7 +180,7 @@ TEST_F(ViewerLaunchTests, RunsCommandsOfEveryStartPositionInTheirOrder)
          {std::pair("set up", StartPosition::SetupDone), std::pair("menu", StartPosition::MenuReady),
           std::pair("start", StartPosition::LoopStart)})
         CommandLoop::appendCommand([this, text = std::string(name)] { calls_.push_back(text); }, position);
-    launchViewer({}, params_, ViewerSetup());
+    EXPECT_EQ(launchViewer({}, params_, ViewerSetup()), 0);
     EXPECT_EQ(calls_.back(), "set up");
     EXPECT_EQ(calls_.size(), 3U);
 }
@@ -193,7 +193,7 @@ TEST_F(ViewerLaunchTests, ContributesTheGraphicsToTheSystemFactsWhileThereIsAWin
         facts = GetSystemInfoJson();
         viewer.requestClose();
     };
-    launchViewer({}, params_, ViewerSetup());
+    EXPECT_EQ(launchViewer({}, params_, ViewerSetup()), 0);
     EXPECT_FALSE(facts["Graphics Info"]["OpenGL Renderer"].asString().empty());
     EXPECT_FALSE(facts["Graphics Info"]["OpenGL Version"].asString().empty());
     EXPECT_TRUE(facts["Window Info"]["Number of monitors"].isInt());

@@ -35,11 +35,11 @@ struct Color
 /// Every index is less than N and every coordinate finite: readers see to it.
 struct Mesh
 {
-    std::vector<Vector3f> points;       ///< N
-    std::vector<Triangle> triangles;    ///< M, counter-clockwise seen from outside
-    std::vector<Vector3f> normals;      ///< N unit vectors, or empty: to be computed
-    std::vector<Color> vertexColors;    ///< N, or empty
-    std::vector<Color> faceColors;      ///< M, or empty
+    std::vector<Vector3f> points;    ///< N
+    std::vector<Triangle> triangles; ///< M, counter-clockwise seen from outside
+    std::vector<Vector3f> normals;   ///< N unit vectors, or empty: to be computed
+    std::vector<Color> vertexColors; ///< N, or empty
+    std::vector<Color> faceColors;   ///< M, or empty
 };
 
 /// Points without connectivity.
@@ -53,8 +53,8 @@ struct PointCloud
 /// Straight segments between points.
 struct Lines
 {
-    std::vector<Vector3f> points;   ///< N
-    std::vector<Segment> segments;  ///< K, each index less than N
+    std::vector<Vector3f> points;  ///< N
+    std::vector<Segment> segments; ///< K, each index less than N
 };
 
 } // namespace VX

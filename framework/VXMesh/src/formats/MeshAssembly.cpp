@@ -259,6 +259,14 @@ void warnAboutFaces(const Source& source, const CheckedFaces& faces, std::vector
     warn(faces.tooSmall, "have less than three corners");
 }
 
+void warnIfCutOff(const Source& source, std::size_t read, std::size_t stated, std::string_view what,
+                  std::vector<std::string>& warnings)
+{
+    if (read < stated)
+        warnings.push_back(
+            source.warning(fmt::format("the file ends too early; {} of its {} {} were read.", read, stated, what)));
+}
+
 tl::expected<std::shared_ptr<VisualObject>, std::string> assembleObject(const Source& source, RawMesh raw,
                                                                         std::vector<std::string>& warnings)
 {

@@ -12,6 +12,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace VX
@@ -68,6 +69,11 @@ struct CheckedFaces
 
 /// Adds the sentences that tell what `faces` left out.
 void warnAboutFaces(const Source& source, const CheckedFaces& faces, std::vector<std::string>& warnings);
+
+/// Adds a sentence where a file has fewer elements than it states.
+/// @param what  their name: "points"
+void warnIfCutOff(const Source& source, std::size_t read, std::size_t stated, std::string_view what,
+                  std::vector<std::string>& warnings);
 
 /// Checks what a reader gathered and makes a mesh of it, or a point cloud where there are no faces.
 /// @param[out] warnings  sentences about what was left out

@@ -1,7 +1,7 @@
-#include "formats/FileWriter.h"
 #include "formats/ObjFormat.h"
 #include "formats/PointOffset.h"
 #include "formats/SaveItems.h"
+#include "formats/TextWrite.h"
 
 #include <VXMesh/FileError.h>
 
@@ -18,6 +18,7 @@ namespace
 {
 
 constexpr std::size_t kBlockSize = 16384;
+constexpr std::string_view kNameless = "object";
 
 /// A name that stands on one line and that no object before has: objects of one name would become one.
 std::string uniqueName(const std::string& name, std::set<std::string>& known)
@@ -25,7 +26,7 @@ std::string uniqueName(const std::string& name, std::set<std::string>& known)
     std::string base = name;
     std::ranges::replace_if(base, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\\'; }, '_');
     if (base.find_first_not_of(' ') == std::string::npos)
-        base = "object";
+        base = kNameless;
     std::string result = base;
     for (int i = 2; !known.insert(result).second; ++i)
         result = fmt::format("{} {}", base, i);
@@ -77,6 +78,9 @@ public:
         }
         for (const LinesItem& item : items_.lines)
             addObject_({item.name, {item.geometry->points, {}, {}, item.toScene, item.color}, nullptr, &item});
+        // A single object without a name goes without; it will be called after the file.
+        if (objects_.size() == 1 && names_.contains(std::string(kNameless)))
+            objects_.front().name.clear();
     }
 
     [[nodiscard]] tl::expected<void, std::string> write(const std::filesystem::path& path,
@@ -126,7 +130,7 @@ private:
         switch (block.kind)
         {
         case Block::Kind::Points:
-            if (block.begin == 0)
+            if (block.begin == 0 && !object.name.empty())
                 text += "o " + object.name + "\n";
             return appendPoints_(object.part, block, text);
         case Block::Kind::Normals:
@@ -149,31 +153,17 @@ private:
         text += '\n';
     }
 
-    template <typename Vector>
-    static void appendVector_(const Vector& vector, std::string& text)
-    {
-        for (int axis = 0; axis < 3; ++axis)
-        {
-            text += ' ';
-            appendNumber(text, vector[axis]);
-        }
-    }
-
     void appendPoints_(const PointsPart& part, const Block& block, std::string& text) const
     {
         constexpr float kMaxByte = 255.0F;
         for (std::size_t i = block.begin; i < block.end; ++i)
         {
             text += 'v';
-            const Vector3d point = part.point(i);
-            if (isPrecise_)
-                appendVector_(point, text);
-            else
-                appendVector_(Vector3f(point.cast<float>()), text);
+            appendPoint(text, part.point(i), isPrecise_);
             if (!part.colors.empty())
             {
                 const Color color = part.colors[i];
-                appendVector_(Vector3f(Vector3f(color.r, color.g, color.b) / kMaxByte), text);
+                appendVector(text, Vector3f(Vector3f(color.r, color.g, color.b) / kMaxByte));
             }
             text += '\n';
         }
@@ -185,7 +175,7 @@ private:
         for (std::size_t i = block.begin; i < block.end; ++i)
         {
             text += "vn";
-            appendVector_(sceneNormal(toSceneNormal, part.normals[i]), text);
+            appendVector(text, sceneNormal(toSceneNormal, part.normals[i]));
             text += '\n';
         }
     }

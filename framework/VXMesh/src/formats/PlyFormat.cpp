@@ -6,8 +6,6 @@
 #include "formats/PlyRows.h"
 #include "formats/Source.h"
 
-#include <fmt/format.h>
-
 #include <tbb/parallel_for.h>
 
 #include <algorithm>
@@ -78,7 +76,7 @@ bool forBlocks(const Source& source, const PlyHeader& header, const PlyRows& row
                       {
                           if (counter.isCanceled())
                               return;
-                          const PlyBlock& block = rows.blocks[i];
+                          const RowBlock& block = rows.blocks[i];
                           PlyRowReader row(header, rows, block);
                           body(i, block, row);
                           source.release(block.bytes);
@@ -105,7 +103,7 @@ bool readVertices(const Source& source, const PlyHeader& header, const PlyRows& 
     raw.normals.resize(hasNormals ? rows.count : 0);
     raw.vertexColors.resize(colors.isPresent() ? rows.count : 0);
     return forBlocks(source, header, rows, progress,
-                     [&](std::size_t, const PlyBlock& block, PlyRowReader& row)
+                     [&](std::size_t, const RowBlock& block, PlyRowReader& row)
                      {
                          for (std::size_t i = block.firstRow; i < block.firstRow + block.rowCount; ++i)
                          {
@@ -149,7 +147,7 @@ bool readFaces(const Source& source, const PlyHeader& header, const PlyRows& row
     const std::size_t first = raw.polygons.size();
     raw.polygons.resize(first + rows.blocks.size());
     return forBlocks(source, header, rows, progress,
-                     [&](std::size_t i, const PlyBlock& block, PlyRowReader& row)
+                     [&](std::size_t i, const RowBlock& block, PlyRowReader& row)
                      {
                          Polygons& polygons = raw.polygons[first + i];
                          polygons.corners.reserve(areStrips ? 0 : block.rowCount * 3);
@@ -191,14 +189,6 @@ Elements findElements(const PlyHeader& header)
     return elements;
 }
 
-void warnIfCutOff(const Source& source, const PlyElement& element, const PlyRows& rows, std::string_view what,
-                  std::vector<std::string>& warnings)
-{
-    if (rows.count < element.count)
-        warnings.push_back(source.warning(
-            fmt::format("the file ends too early; {} of its {} {} were read.", rows.count, element.count, what)));
-}
-
 } // namespace
 
 tl::expected<LoadedObjects, std::string> readPly(const Source& source, const ProgressCallback& progress)
@@ -215,13 +205,13 @@ tl::expected<LoadedObjects, std::string> readPly(const Source& source, const Pro
     LoadedObjects loaded;
     RawMesh raw;
     const PlyRows& vertices = located[*elements.vertex];
-    warnIfCutOff(source, header->elements[*elements.vertex], vertices, "points", loaded.warnings);
+    warnIfCutOff(source, vertices.count, header->elements[*elements.vertex].count, "points", loaded.warnings);
     bool goesOn = readVertices(source, *header, vertices, raw, subprogress(progress, 0.1F, 0.4F));
     for (const auto& element : {elements.face, elements.strips})
     {
         if (!element || !goesOn || !located[*element].find(PlyRole::Corners))
             continue;
-        warnIfCutOff(source, header->elements[*element], located[*element], "faces", loaded.warnings);
+        warnIfCutOff(source, located[*element].count, header->elements[*element].count, "faces", loaded.warnings);
         goesOn = readFaces(source, *header, located[*element], raw, element == elements.strips,
                            subprogress(progress, 0.4F, 0.8F));
     }

@@ -2,8 +2,6 @@
 
 #include "formats/MeshAssembly.h"
 
-#include <tbb/parallel_for.h>
-
 #include <algorithm>
 #include <bit>
 #include <cstring>
@@ -18,7 +16,6 @@ namespace
 {
 
 constexpr std::size_t kBlockRows = 65536;
-constexpr std::size_t kTextPiece = std::size_t{2} << 20U;
 
 PlyRole roleOf(const PlyElement& element, const PlyProperty& property)
 {
@@ -203,41 +200,16 @@ PlyRows locateBinary(const PlyElement& element, bool isSwapped, std::string_view
     return rows;
 }
 
-/// Lines with something on them.
-std::size_t countLines(std::string_view text)
-{
-    std::size_t count = 0;
-    for (TextCursor cursor(text); !cursor.atEnd(); cursor.nextLine())
-        count += cursor.atLineEnd() ? 0 : 1;
-    return count;
-}
-
 std::vector<PlyRows> locateText(const PlyHeader& header, std::string_view text)
 {
-    const auto pieces = splitAtLines(text, kTextPiece);
-    std::vector<std::size_t> lines(pieces.size());
-    tbb::parallel_for(std::size_t{0}, pieces.size(), [&](std::size_t i) { lines[i] = countLines(pieces[i]); });
-
+    TextLines lines(text);
     std::vector<PlyRows> result;
-    std::size_t piece = 0;
-    std::size_t used = 0;
     for (const PlyElement& element : header.elements)
     {
         PlyRows& rows = result.emplace_back();
         rows.columns = columnsOf(element);
-        while (rows.count < element.count && piece < pieces.size())
-        {
-            const std::size_t here = std::min(element.count - rows.count, lines[piece] - used);
-            if (here > 0)
-                rows.blocks.push_back({pieces[piece], used, rows.count, here});
-            rows.count += here;
-            used += here;
-            if (used == lines[piece])
-            {
-                ++piece;
-                used = 0;
-            }
-        }
+        rows.blocks = lines.take(element.count);
+        rows.count = countRows(rows.blocks);
     }
     return result;
 }
@@ -261,7 +233,7 @@ std::vector<PlyRows> locatePlyRows(const PlyHeader& header, std::string_view tex
     return result;
 }
 
-PlyRowReader::PlyRowReader(const PlyHeader& header, const PlyRows& rows, const PlyBlock& block)
+PlyRowReader::PlyRowReader(const PlyHeader& header, const PlyRows& rows, const RowBlock& block)
     : rows_(rows)
     , isText_(header.encoding == PlyEncoding::Text)
     , isSwapped_(header.encoding == PlyEncoding::BigEndian)
@@ -269,8 +241,8 @@ PlyRowReader::PlyRowReader(const PlyHeader& header, const PlyRows& rows, const P
     , position_(block.bytes.data())
 {
     values_.fill(std::numeric_limits<double>::quiet_NaN());
-    for (std::size_t skipped = 0; isText_ && skipped < block.skippedLines; cursor_.nextLine())
-        skipped += cursor_.atLineEnd() ? 0 : 1;
+    if (isText_)
+        skipToFirstRow(cursor_, block);
 }
 
 void PlyRowReader::next()
@@ -283,8 +255,7 @@ void PlyRowReader::next()
 
 void PlyRowReader::nextText_()
 {
-    while (cursor_.atLineEnd() && !cursor_.atEnd())
-        cursor_.nextLine();
+    skipEmptyLines(cursor_);
     corners_.clear();
     for (const PlyColumn& column : rows_.columns)
     {

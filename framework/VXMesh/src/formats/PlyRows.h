@@ -1,6 +1,7 @@
 #pragma once
 
 #include "formats/PlyHeader.h"
+#include "formats/TextLines.h"
 #include "formats/TextScan.h"
 
 #include <array>
@@ -40,21 +41,11 @@ struct PlyColumn
     PlyRole role = PlyRole::Unused;
 };
 
-/// Some consecutive rows of an element. For text, `bytes` are lines of which the first `skippedLines` belong to what is
-/// before; for binary files exactly the rows.
-struct PlyBlock
-{
-    std::string_view bytes;
-    std::size_t skippedLines = 0;
-    std::size_t firstRow = 0;
-    std::size_t rowCount = 0;
-};
-
 /// Where the rows of an element are, as far as the file has them.
 struct PlyRows
 {
     std::vector<PlyColumn> columns;
-    std::vector<PlyBlock> blocks;
+    std::vector<RowBlock> blocks;
     std::size_t count = 0;
 
     [[nodiscard]] const PlyColumn* find(PlyRole role) const;
@@ -70,7 +61,7 @@ struct PlyRows
 class PlyRowReader
 {
 public:
-    PlyRowReader(const PlyHeader& header, const PlyRows& rows, const PlyBlock& block);
+    PlyRowReader(const PlyHeader& header, const PlyRows& rows, const RowBlock& block);
 
     /// To the next row, which must be there.
     void next();

@@ -35,8 +35,8 @@ public:
     /// The square of the picture that the cube takes up, pixels from the upper left corner of the viewport.
     [[nodiscard]] PixelRect area(PixelSize viewport, float scale) const;
 
-    /// Draws into the bound framebuffer, where OpenGL's viewport of `viewport` pixels is; depth there may be overwritten,
-    /// and the viewport is changed. Does nothing where not enabled for `drawnIn`.
+    /// Draws into the bound framebuffer, where OpenGL's viewport of `viewport` pixels is; depth there may be
+    /// overwritten, and the viewport is changed. Does nothing where not enabled for `drawnIn`.
     void draw(const Camera& camera, PixelSize viewport, float scale, ViewportMask drawnIn = ViewportMask(1));
 
     /// Tells where the mouse is. @return true when the highlight changed: a new picture is wanted

@@ -109,9 +109,14 @@ bool UiSession::wantsAnotherFrame() const
     return std::any_of(windows.begin(), windows.end(),
                        [](const ImGuiWindow* window)
                        {
-                           return window->Active &&
-                                  (window->HiddenFramesCanSkipItems > 0 || window->HiddenFramesCannotSkipItems > 0 ||
-                                   window->AutoFitFramesX > 0 || window->AutoFitFramesY > 0);
+                           // A child that is clipped away stays hidden; its window tells what is to come.
+                           if ((window->Flags & ImGuiWindowFlags_ChildWindow) != 0)
+                               return false;
+                           // A window that sizes itself every frame is ready once it shows.
+                           const bool sizesItself = (window->Flags & ImGuiWindowFlags_AlwaysAutoResize) != 0;
+                           const bool fits = !sizesItself && (window->AutoFitFramesX > 0 || window->AutoFitFramesY > 0);
+                           return window->Active && (window->HiddenFramesCanSkipItems > 0 ||
+                                                     window->HiddenFramesCannotSkipItems > 0 || fits);
                        });
 }
 

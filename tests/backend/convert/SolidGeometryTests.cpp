@@ -7,7 +7,7 @@
 #include <BRepPrimAPI_MakeCylinder.hxx>
 #include <BRepPrimAPI_MakeSphere.hxx>
 #include <TopExp_Explorer.hxx>
-#include <backend/convert/BodyGeometry.h>
+#include <backend/convert/SolidGeometry.h>
 #include <backend/convert/StepTessellation.h>
 #include <gp_Pln.hxx>
 #include <gp_Trsf.hxx>
@@ -43,7 +43,7 @@ std::optional<BodyGeometry> bodyOf(StepSolid solid)
     const std::array<const StepSolid*, 1> part{solids.data()};
     const TessellationTask task{solids.data(), diagonalOf(part)};
     tessellateStepSolids({&task, 1});
-    return makeBodyGeometry(part);
+    return makeSolidGeometry(part);
 }
 
 BodyGeometry bodyOf(const TopoDS_Shape& shape)
@@ -68,7 +68,7 @@ double volumeOf(const Mesh& mesh)
     return sum / 6;
 }
 
-TEST(BodyGeometry, MeshesABoxWithFlatSidesAndTwelveEdges)
+TEST(SolidGeometry, MeshesABoxWithFlatSidesAndTwelveEdges)
 {
     const BodyGeometry body = bodyOf(BRepPrimAPI_MakeBox(10, 20, 30).Shape());
     EXPECT_THAT(body.mesh->points, SizeIs(24));
@@ -87,7 +87,7 @@ TEST(BodyGeometry, MeshesABoxWithFlatSidesAndTwelveEdges)
     EXPECT_NEAR(lengthOf(*body.edges), 4 * (10 + 20 + 30), 1e-3);
 }
 
-TEST(BodyGeometry, LeavesTheSeamOfACylinderOut)
+TEST(SolidGeometry, LeavesTheSeamOfACylinderOut)
 {
     constexpr double radius = 10;
     const BodyGeometry body = bodyOf(BRepPrimAPI_MakeCylinder(radius, 40).Shape());
@@ -96,7 +96,7 @@ TEST(BodyGeometry, LeavesTheSeamOfACylinderOut)
     EXPECT_NEAR(volumeOf(*body.mesh), M_PI * radius * radius * 40, 0.02 * M_PI * radius * radius * 40);
 }
 
-TEST(BodyGeometry, TakesNormalsFromTheSurface)
+TEST(SolidGeometry, TakesNormalsFromTheSurface)
 {
     const BodyGeometry body = bodyOf(BRepPrimAPI_MakeSphere(5).Shape());
     ASSERT_THAT(body.mesh->points, SizeIs(body.mesh->normals.size()));
@@ -105,7 +105,7 @@ TEST(BodyGeometry, TakesNormalsFromTheSurface)
     EXPECT_FALSE(body.edges);
 }
 
-TEST(BodyGeometry, GivesTheTipOfAConeANormal)
+TEST(SolidGeometry, GivesTheTipOfAConeANormal)
 {
     const BodyGeometry body = bodyOf(BRepPrimAPI_MakeCone(5, 0, 10).Shape());
     for (const Vector3f& normal : body.mesh->normals)
@@ -114,7 +114,7 @@ TEST(BodyGeometry, GivesTheTipOfAConeANormal)
     EXPECT_NEAR(lengthOf(*body.edges), 2 * M_PI * 5, 0.5);
 }
 
-TEST(BodyGeometry, StaysWithinTheTolerances)
+TEST(SolidGeometry, StaysWithinTheTolerances)
 {
     constexpr double radius = 100;
     const BodyGeometry body = bodyOf(BRepPrimAPI_MakeCylinder(radius, 1).Shape());
@@ -129,7 +129,7 @@ TEST(BodyGeometry, StaysWithinTheTolerances)
     }
 }
 
-TEST(BodyGeometry, ColoursFacesThatDiffer)
+TEST(SolidGeometry, ColoursFacesThatDiffer)
 {
     const TopoDS_Shape box = BRepPrimAPI_MakeBox(1, 1, 1).Shape();
     StepSolid solid = solidOf(box);
@@ -143,7 +143,7 @@ TEST(BodyGeometry, ColoursFacesThatDiffer)
     EXPECT_EQ(body->color, blue);
 }
 
-TEST(BodyGeometry, KeepsOneColourOffTheMesh)
+TEST(SolidGeometry, KeepsOneColourOffTheMesh)
 {
     StepSolid solid = solidOf(BRepPrimAPI_MakeBox(1, 1, 1).Shape());
     solid.color = blue;
@@ -153,7 +153,7 @@ TEST(BodyGeometry, KeepsOneColourOffTheMesh)
     EXPECT_EQ(body->color, blue);
 }
 
-TEST(BodyGeometry, TurnsMirroredShapesTheRightWayOut)
+TEST(SolidGeometry, TurnsMirroredShapesTheRightWayOut)
 {
     gp_Trsf mirror;
     mirror.SetMirror(gp_Ax2(gp_Pnt(0, 0, 0), gp_Dir(1, 0, 0)));
@@ -161,7 +161,7 @@ TEST(BodyGeometry, TurnsMirroredShapesTheRightWayOut)
     EXPECT_NEAR(volumeOf(*body.mesh), 6, 1e-4);
 }
 
-TEST(BodyGeometry, KeepsTheDetailOfShapesFarAway)
+TEST(SolidGeometry, KeepsTheDetailOfShapesFarAway)
 {
     gp_Trsf far;
     far.SetTranslation(gp_Vec(1e7, 0, 0));
@@ -173,18 +173,18 @@ TEST(BodyGeometry, KeepsTheDetailOfShapesFarAway)
     EXPECT_NEAR(box.max().x(), 1e7 + 0.5, 1e-6);
 }
 
-TEST(BodyGeometry, DrawsTheBoundaryOfAnOpenSurface)
+TEST(SolidGeometry, DrawsTheBoundaryOfAnOpenSurface)
 {
     const BodyGeometry body = bodyOf(BRepBuilderAPI_MakeFace(gp_Pln(), 0, 2, 0, 3).Face());
     ASSERT_TRUE(body.edges);
     EXPECT_NEAR(lengthOf(*body.edges), 10, 1e-4);
 }
 
-TEST(BodyGeometry, HasNoBodyWithoutAShape)
+TEST(SolidGeometry, HasNoBodyWithoutAShape)
 {
     EXPECT_FALSE(bodyOf(StepSolid()));
     const std::array<const StepSolid*, 0> none{};
-    EXPECT_FALSE(makeBodyGeometry(none));
+    EXPECT_FALSE(makeSolidGeometry(none));
     EXPECT_EQ(diagonalOf(none), 0);
 }
 
