@@ -1,5 +1,6 @@
 #include "formats/ObjFormat.h"
 
+#include "formats/ColorByte.h"
 #include "formats/ObjSections.h"
 #include "formats/ParallelProgress.h"
 #include "formats/PointOffset.h"
@@ -71,27 +72,25 @@ Box3d finiteBox(const std::vector<ObjPiece>& pieces)
 }
 
 /// Colours are numbers up to 1, but some programs write them up to 255.
-float colorScale(const std::vector<ObjPiece>& pieces)
+double colorScale(const std::vector<ObjPiece>& pieces)
 {
-    constexpr float kMaxByte = 255.0F;
+    constexpr double kMaxByte = 255.0;
     for (const ObjPiece& piece : pieces)
     {
         for (const Vector3f& color : piece.colors)
         {
             if (color.maxCoeff() > 1.0F)
-                return 1.0F;
+                return 1.0;
         }
     }
     return kMaxByte;
 }
 
-Color toColor(const Vector3f& color, float scale)
+Color toColor(const Vector3f& color, double scale)
 {
     if (std::isnan(color.sum()))
         return VisualObject::defaultColor();
-    const auto toByte = [scale](float value)
-    { return static_cast<std::uint8_t>(std::lround(std::clamp(value * scale, 0.0F, 255.0F))); };
-    return {toByte(color.x()), toByte(color.y()), toByte(color.z()), 255};
+    return {toColorByte(color.x() * scale), toColorByte(color.y() * scale), toColorByte(color.z() * scale), 255};
 }
 
 /// Moves the points of all pieces into one array, relative to an offset.
@@ -100,7 +99,7 @@ ObjPoints joinPoints(std::vector<ObjPiece>& pieces, const Vector3d& offset)
     const auto firstPoint = runningTotals(pieces, [](const ObjPiece& piece) { return piece.points.size(); });
     const auto firstNormal = runningTotals(pieces, [](const ObjPiece& piece) { return piece.normals.size(); });
     const bool hasColors = std::ranges::any_of(pieces, [](const ObjPiece& piece) { return !piece.colors.empty(); });
-    const float scale = colorScale(pieces);
+    const double scale = colorScale(pieces);
     ObjPoints all;
     all.points.resize(firstPoint.back());
     all.normals.resize(firstNormal.back());

@@ -1,5 +1,6 @@
 #include "formats/OffFormat.h"
 
+#include "formats/ColorByte.h"
 #include "formats/MeshAssembly.h"
 #include "formats/ParallelProgress.h"
 #include "formats/Source.h"
@@ -10,7 +11,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <limits>
 #include <optional>
 #include <utility>
@@ -69,7 +69,6 @@ std::optional<OffHeader> readHeader(std::string_view text)
 /// are small, else up to 255.
 std::optional<Color> readColor(TextCursor& cursor)
 {
-    constexpr double kMaxByte = 255.0;
     std::array<double, 4> channels = {0.0, 0.0, 0.0, 0.0};
     std::size_t count = 0;
     bool isFraction = false;
@@ -82,14 +81,10 @@ std::optional<Color> readColor(TextCursor& cursor)
     if (count < 3)
         return {};
     const double largest = std::max({channels[0], channels[1], channels[2]});
-    const double scale = isFraction || largest <= 1.0 ? kMaxByte : 1.0;
-    const auto toByte = [scale](double value)
-    {
-        return value > 0.0 ? static_cast<std::uint8_t>(std::lround(std::min(value * scale, kMaxByte)))
-                           : std::uint8_t{0};
-    };
-    const std::uint8_t alpha = count == channels.size() ? toByte(channels[3]) : std::uint8_t{255};
-    return Color{toByte(channels[0]), toByte(channels[1]), toByte(channels[2]), alpha};
+    const double scale = isFraction || largest <= 1.0 ? 255.0 : 1.0;
+    const std::uint8_t alpha = count == channels.size() ? toColorByte(channels[3] * scale) : std::uint8_t{255};
+    return Color{toColorByte(channels[0] * scale), toColorByte(channels[1] * scale), toColorByte(channels[2] * scale),
+                 alpha};
 }
 
 Vector3d readVector(TextCursor& cursor)

@@ -1,5 +1,6 @@
 #include "formats/PlyFormat.h"
 
+#include "formats/ColorByte.h"
 #include "formats/MeshAssembly.h"
 #include "formats/ParallelProgress.h"
 #include "formats/PlyHeader.h"
@@ -9,7 +10,6 @@
 #include <tbb/parallel_for.h>
 
 #include <algorithm>
-#include <cmath>
 #include <optional>
 #include <utility>
 
@@ -38,9 +38,9 @@ public:
     [[nodiscard]] Color color(const PlyRowReader& row) const
     {
         constexpr std::uint8_t kOpaque = 255;
-        return {toByte_(row.value(PlyRole::Red) * scale_), toByte_(row.value(PlyRole::Green) * scale_),
-                toByte_(row.value(PlyRole::Blue) * scale_),
-                hasAlpha_ ? toByte_(row.value(PlyRole::Alpha) * alphaScale_) : kOpaque};
+        return {toColorByte(row.value(PlyRole::Red) * scale_), toColorByte(row.value(PlyRole::Green) * scale_),
+                toColorByte(row.value(PlyRole::Blue) * scale_),
+                hasAlpha_ ? toColorByte(row.value(PlyRole::Alpha) * alphaScale_) : kOpaque};
     }
 
 private:
@@ -51,11 +51,6 @@ private:
         if (!isInteger(type))
             return kMaxByte;
         return type == PlyType::UInt16 ? kMaxByte / kMaxWord : 1.0;
-    }
-
-    static std::uint8_t toByte_(double value)
-    {
-        return value > 0.0 ? static_cast<std::uint8_t>(std::lround(std::min(value, 255.0))) : std::uint8_t{0};
     }
 
     bool isPresent_;

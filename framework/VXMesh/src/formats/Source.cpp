@@ -18,6 +18,15 @@ Source::Source(std::span<const std::byte> bytes, std::filesystem::path path, con
 {
 }
 
+std::string_view Source::text() const
+{
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    std::string_view text(reinterpret_cast<const char*>(bytes_.data()), bytes_.size());
+    if (text.starts_with(kByteOrderMark))
+        text.remove_prefix(kByteOrderMark.size());
+    return text;
+}
+
 std::string Source::stem() const
 {
     return utf8string(path_.stem());
@@ -48,7 +57,8 @@ void Source::release(std::size_t offset, std::size_t size) const
 
 void Source::release(std::string_view part) const
 {
-    release(static_cast<std::size_t>(part.data() - text().data()), part.size());
+    if (!part.empty())
+        release(static_cast<std::size_t>(std::as_bytes(std::span(part)).data() - bytes_.data()), part.size());
 }
 
 tl::expected<LoadedObjects, std::string> readMapped(const std::filesystem::path& path, const ProgressCallback& progress,

@@ -27,10 +27,8 @@ public:
 
     [[nodiscard]] std::span<const std::byte> bytes() const { return bytes_; }
 
-    [[nodiscard]] std::string_view text() const
-    {
-        return {reinterpret_cast<const char*>(bytes_.data()), bytes_.size()};
-    }
+    /// The same as characters, without the byte order mark that text may begin with.
+    [[nodiscard]] std::string_view text() const;
 
     [[nodiscard]] std::size_t size() const { return bytes_.size(); }
 

@@ -1,5 +1,6 @@
 #include "formats/XyzFormat.h"
 
+#include "formats/ColorByte.h"
 #include "formats/MeshAssembly.h"
 #include "formats/ParallelProgress.h"
 #include "formats/Source.h"
@@ -130,9 +131,8 @@ struct Piece
 
 Color toColor(const Vector3d& channels, double scale)
 {
-    const auto toByte = [scale](double value)
-    { return value > 0.0 ? static_cast<std::uint8_t>(std::lround(std::min(value * scale, 255.0))) : std::uint8_t{0}; };
-    return {toByte(channels.x()), toByte(channels.y()), toByte(channels.z()), 255};
+    return {toColorByte(channels.x() * scale), toColorByte(channels.y() * scale), toColorByte(channels.z() * scale),
+            255};
 }
 
 Piece readPiece(std::string_view text, const Layout& layout, bool isFirst)

@@ -23,7 +23,7 @@ struct MeshCluster
 /// What drawing needs to know of a mesh.
 struct MeshAnalysis
 {
-    static constexpr std::uint32_t clusterTriangles = 256;
+    static constexpr std::uint32_t clusterTriangles = 128;
 
     Box3f box;
     std::vector<MeshCluster> clusters;

@@ -161,11 +161,12 @@ bool beginModal(const char* name, const std::string& title, float width)
 {
     const ImGuiViewport* viewport = ImGui::GetMainViewport();
     ImGui::SetNextWindowPos(viewport->GetCenter(), ImGuiCond_Always, {0.5F, 0.5F});
-    ImGui::SetNextWindowSize({std::min(width, viewport->Size.x - px(32)), 0});
+    const float fitting = std::min(width, viewport->Size.x - px(32));
+    ImGui::SetNextWindowSizeConstraints({fitting, 0}, {fitting, viewport->Size.y - px(32)});
     ImGui::PushStyleVar(ImGuiStyleVar_WindowPadding, ImVec2(px(20), px(16)));
     ImGui::PushStyleColor(ImGuiCol_PopupBg, color(Color::Panel));
     const bool visible = ImGui::BeginPopupModal(name, nullptr,
-                                                ImGuiWindowFlags_NoTitleBar | ImGuiWindowFlags_NoResize |
+                                                ImGuiWindowFlags_NoTitleBar | ImGuiWindowFlags_AlwaysAutoResize |
                                                     ImGuiWindowFlags_NoMove | ImGuiWindowFlags_NoSavedSettings);
     ImGui::PopStyleColor();
     ImGui::PopStyleVar();
