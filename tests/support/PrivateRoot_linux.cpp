@@ -16,7 +16,12 @@ namespace
 
 namespace fs = std::filesystem;
 
-bool entered = false;
+/// Whether this process has its private root.
+bool& entered()
+{
+    static bool value = false;
+    return value;
+}
 
 bool writeProcFile(const char* file, const std::string& text)
 {
@@ -68,13 +73,13 @@ bool buildRoot(const fs::path& hidden, const fs::path& root)
 
 bool enterPrivateRoot(const fs::path& hidden, const fs::path& mountPoint)
 {
-    if (!entered)
+    if (!entered())
     {
         std::error_code error;
         fs::create_directories(mountPoint, error);
-        entered = !error && enterNamespaces() && buildRoot(hidden, mountPoint);
+        entered() = !error && enterNamespaces() && buildRoot(hidden, mountPoint);
     }
-    return entered;
+    return entered();
 }
 
 MountScope::MountScope(fs::path folder, bool small, bool active)
@@ -87,13 +92,13 @@ MountScope::MountScope(fs::path folder, bool small, bool active)
 MountScope MountScope::makeSmall(const fs::path& folder, std::size_t bytes)
 {
     const std::string options = "mode=1777,size=" + std::to_string(bytes);
-    return {folder, true, entered && ::mount("tmpfs", folder.c_str(), "tmpfs", 0, options.c_str()) == 0};
+    return {folder, true, entered() && ::mount("tmpfs", folder.c_str(), "tmpfs", 0, options.c_str()) == 0};
 }
 
 MountScope MountScope::makeReadOnly(const fs::path& folder)
 {
     return {folder, false,
-            entered && ::mount("none", folder.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) == 0};
+            entered() && ::mount("none", folder.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) == 0};
 }
 
 MountScope::~MountScope()

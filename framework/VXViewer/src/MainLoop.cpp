@@ -129,6 +129,9 @@ void MainLoop::drawFrame_(bool show)
         ui->beginFrame();
         sceneArea = viewer_.getMenuPlugin() ? viewer_.getMenuPlugin()->drawFrame() : sceneArea;
         ui->endFrame();
+        // This frame counts as one of them.
+        if (ui->wantsAnotherFrame())
+            requestFrames(2, showLastOnly_);
     }
     view.setArea(sceneArea, window.contentScale());
     view.animate();

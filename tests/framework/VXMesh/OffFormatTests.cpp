@@ -38,7 +38,7 @@ TEST(OffFormat, ReadsPolygons)
 TEST(OffFormat, ReadsHeadersAsProgramsWriteThem)
 {
     for (const std::string_view header : {"OFF 4 1 0\n", "# made by hand\n\nOFF # kind\n# counts\n4 1 0\n\n",
-                                          "OFF\r\n4\r\n1\r\n0\r\n", "OFF\n4 1\n", "\xEF\xBB\xBFOFF\n4 1 0\n"})
+                                          "OFF\r\n4 1 0\r\n", "OFF\n4 1\n", "\xEF\xBB\xBFOFF\n4 1 0\n"})
     {
         const auto object = onlyMesh(read(std::string(header) + kSquarePoints + "4 0 1 2 3\n"));
         ASSERT_TRUE(object) << header;

@@ -97,7 +97,7 @@ TEST_F(PathDialogTests, SaysWhenTheFileIsNotThereAndStaysOpen)
     driver_.type("missing.stl");
     driver_.key(GLFW_KEY_ENTER);
     EXPECT_TRUE(menu_->fileDialog().isOpen());
-    EXPECT_TRUE(driver_.shows("Cannot open \"missing.stl\": No such file or directory."));
+    EXPECT_TRUE(driver_.shows("Cannot open \"missing.stl\": no such file or directory."));
 }
 
 TEST_F(PathDialogTests, TellsNobodyWhenTheUserCancels)

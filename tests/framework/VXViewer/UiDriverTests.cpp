@@ -38,7 +38,6 @@ public:
         ImGui::SetNextWindowSize({140, 60});
         UI::beginWindow("Above", ImGuiWindowFlags_NoDecoration);
         UI::endWindow();
-        ImGui::SetWindowFocus("Above");
     }
 
     int presses = 0;

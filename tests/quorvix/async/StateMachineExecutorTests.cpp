@@ -226,17 +226,18 @@ TEST(StateMachineExecutor, runsAResumedMachineOnTheThreadThatResumesIt)
 
 TEST(StateMachineExecutor, drivesMachinesOfSeveralThreadsAtATime)
 {
-    constexpr int machinesPerThread = 200;
+    constexpr std::size_t machinesPerThread = 200;
     const std::size_t registered = Inspector::registeredCount();
     const std::size_t first = Inspector::nextId();
-    std::vector<std::future<int>> threads;
+    std::vector<std::future<std::size_t>> threads;
+    threads.reserve(4);
     for (int thread = 0; thread < 4; ++thread)
     {
         threads.push_back(std::async(std::launch::async,
                                      []
                                      {
-                                         int steps = 0;
-                                         for (int i = 0; i < machinesPerThread; ++i)
+                                         std::size_t steps = 0;
+                                         for (std::size_t i = 0; i < machinesPerThread; ++i)
                                          {
                                              Resume kept;
                                              StateMachineExecutor::addStateMachine(

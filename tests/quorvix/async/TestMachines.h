@@ -46,7 +46,7 @@ public:
     /// What the callback of a registered machine does, for one that has not given it away.
     static void resume(const std::shared_ptr<StateMachine>& machine, int state)
     {
-        StateMachineExecutor::runAndRelease_(idOf(machine).value(), machine, state);
+        StateMachineExecutor::runAndRelease_(idOf(machine).value_or(-1), machine, state);
     }
 };
 

@@ -37,13 +37,13 @@ protected:
     }
 
     /// What `request` is made of.
-    WebRequestData dataOf(const WebRequest& request) const
+    [[nodiscard]] WebRequestData dataOf_(const WebRequest& request) const
     {
         request.send([](const Json::Value&) {});
         return transport_->last().request;
     }
 
-    static Json::Value bodyOf(const WebRequestData& data) { return deserializeJsonValue(data.body.value()).value(); }
+    static Json::Value bodyOf_(const WebRequestData& data) { return deserializeJsonValue(data.body.value()).value(); }
 
     const std::shared_ptr<RecordingTransport> transport_ = RecordingTransport::install();
 };
@@ -85,7 +85,7 @@ void expectNothingElse(const WebRequestData& data)
 
 TEST_F(ConverterServiceV2Test, asksForAConversionWithAPost)
 {
-    const WebRequestData data = dataOf(requestConvertContext("step"));
+    const WebRequestData data = dataOf_(requestConvertContext("step"));
     EXPECT_EQ(data.method, WebRequest::Method::Post);
     EXPECT_EQ(data.url, "https://converter.example.com/base/converter/v2/request");
     EXPECT_EQ(data.logName, "ConverterService");
@@ -94,12 +94,12 @@ TEST_F(ConverterServiceV2Test, asksForAConversionWithAPost)
     Json::Value body;
     body["input_format"] = "step";
     body["compress_input"] = "zip";
-    EXPECT_EQ(bodyOf(data), body);
+    EXPECT_EQ(bodyOf_(data), body);
 }
 
 TEST_F(ConverterServiceV2Test, startsAConversionWithAPost)
 {
-    const WebRequestData data = dataOf(startConvert("id 1", "STP", "vxu"));
+    const WebRequestData data = dataOf_(startConvert("id 1", "STP", "vxu"));
     EXPECT_EQ(data.method, WebRequest::Method::Post);
     EXPECT_EQ(data.url, "https://converter.example.com/base/converter/v2/convert");
     EXPECT_EQ(data.logName, "ConverterService");
@@ -110,12 +110,12 @@ TEST_F(ConverterServiceV2Test, startsAConversionWithAPost)
     body["input_format"] = "STP";
     body["output_format"] = "vxu";
     body["compress_input"] = "zip";
-    EXPECT_EQ(bodyOf(data), body);
+    EXPECT_EQ(bodyOf_(data), body);
 }
 
 TEST_F(ConverterServiceV2Test, asksForTheStatusWithAGet)
 {
-    const WebRequestData data = dataOf(checkConvertStatus("a+b&c"));
+    const WebRequestData data = dataOf_(checkConvertStatus("a+b&c"));
     EXPECT_EQ(data.method, WebRequest::Method::Get);
     EXPECT_EQ(data.url, "https://converter.example.com/base/converter/v2/status");
     EXPECT_EQ(data.logName, "ConverterService");
@@ -127,22 +127,22 @@ TEST_F(ConverterServiceV2Test, asksForTheStatusWithAGet)
 TEST_F(ConverterServiceV2Test, provesTheSignInWhereSomebodyIsSignedIn)
 {
     UserInfo::setAccessToken("token \"1\"");
-    EXPECT_EQ(bodyOf(dataOf(requestConvertContext("step")))["access_token"], "token \"1\"");
-    EXPECT_EQ(bodyOf(dataOf(startConvert("id", "step", "vxu")))["access_token"], "token \"1\"");
+    EXPECT_EQ(bodyOf_(dataOf_(requestConvertContext("step")))["access_token"], "token \"1\"");
+    EXPECT_EQ(bodyOf_(dataOf_(startConvert("id", "step", "vxu")))["access_token"], "token \"1\"");
 }
 
 TEST_F(ConverterServiceV2Test, sendsNoAccessTokenAfterASignOut)
 {
     UserInfo::setAccessToken("token");
     UserInfo::setAccessToken({});
-    EXPECT_FALSE(bodyOf(dataOf(requestConvertContext("step"))).isMember("access_token"));
-    EXPECT_FALSE(bodyOf(dataOf(startConvert("id", "step", "vxu"))).isMember("access_token"));
+    EXPECT_FALSE(bodyOf_(dataOf_(requestConvertContext("step"))).isMember("access_token"));
+    EXPECT_FALSE(bodyOf_(dataOf_(startConvert("id", "step", "vxu"))).isMember("access_token"));
 }
 
 TEST_F(ConverterServiceV2Test, sendsAnyTextUnharmed)
 {
     const std::string text = "\xC3\xBC \"\\/ \n";
-    EXPECT_EQ(bodyOf(dataOf(requestConvertContext(text)))["input_format"], text);
+    EXPECT_EQ(bodyOf_(dataOf_(requestConvertContext(text)))["input_format"], text);
 }
 
 TYPED_TEST(ConverterServiceV2Envelope, isNotThereWithoutAnAnswer)

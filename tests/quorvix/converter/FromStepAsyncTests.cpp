@@ -26,14 +26,14 @@ class FromStepAsync : public Test::FromStepFixture
 {
 protected:
     /// Starts a conversion whose result goes to `results_`.
-    void start(const ProgressCallback& progress = {})
+    void start_(const ProgressCallback& progress = {})
     {
         ConverterService::fromStep(
             input_, [this](StepResult result) { results_.push_back(std::move(result)); }, progress);
     }
 
     /// The answers of a service that needs no time, given by the transport itself.
-    std::optional<Json::Value> serve(const WebRequestData& request)
+    Json::Value serve_(const WebRequestData& request)
     {
         const auto endsWith = [&](const char* path) { return request.url.ends_with(path); };
         if (endsWith("/request"))
@@ -48,7 +48,7 @@ protected:
     }
 
     /// Urls of the requests so far.
-    static std::vector<std::string> urls(const RecordingTransport& transport)
+    static std::vector<std::string> urls_(const RecordingTransport& transport)
     {
         std::vector<std::string> all;
         for (const auto& sent : transport.sent())
@@ -62,7 +62,7 @@ protected:
 TEST_F(FromStepAsync, returnsOnceTheFirstRequestIsOnItsWay)
 {
     const auto transport = RecordingTransport::install();
-    start();
+    start_();
     EXPECT_TRUE(results_.empty());
     ASSERT_EQ(transport->sent().size(), 1U);
     EXPECT_TRUE(transport->last().request.async);
@@ -87,8 +87,8 @@ TEST_F(FromStepAsync, callsBackBeforeItReturnsWhereTheFormatsAreEqual)
 
 TEST_F(FromStepAsync, reportsItsStages)
 {
-    ASSERT_TRUE(run(Form::Async, record()));
-    const auto all = reports();
+    ASSERT_TRUE(run_(Form::Async, record_()));
+    const auto all = reports_();
     ASSERT_GE(all.size(), 5U);
     EXPECT_THAT(std::vector(all.begin(), all.begin() + 5), ElementsAre(0.0F, 0.25F, 0.25F, 0.5F, 0.75F));
     for (std::size_t i = 5; i < all.size(); ++i)
@@ -98,8 +98,8 @@ TEST_F(FromStepAsync, reportsItsStages)
 TEST_F(FromStepAsync, transfersWithoutReports)
 {
     const auto transport =
-        RecordingTransport::install([this](const WebRequestData& request) { return serve(request); });
-    start(record());
+        RecordingTransport::install([this](const WebRequestData& request) { return serve_(request); });
+    start_(record_());
     ASSERT_EQ(results_.size(), 1U);
     for (const auto& sent : transport->sent())
     {
@@ -122,19 +122,19 @@ TEST_F(FromStepAsync, callsBackOnTheThreadOfTheLastAnswer)
 TEST_F(FromStepAsync, runsToItsEndWithinTheFirstCallWhereEveryAnswerComesAtOnce)
 {
     const auto transport =
-        RecordingTransport::install([this](const WebRequestData& request) { return serve(request); });
-    start();
+        RecordingTransport::install([this](const WebRequestData& request) { return serve_(request); });
+    start_();
     ASSERT_EQ(results_.size(), 1U);
     EXPECT_TRUE(results_.front()) << results_.front().error();
-    EXPECT_EQ(urls(*transport).size(), 5U);
+    EXPECT_EQ(urls_(*transport).size(), 5U);
 }
 
 TEST_F(FromStepAsync, ignoresAnAnswerThatIsDeliveredAgain)
 {
     const auto transport = RecordingTransport::install();
-    start();
+    start_();
     const auto first = transport->last();
-    const auto answer = serve(first.request).value();
+    const auto answer = serve_(first.request);
     first.answer(answer);
     ASSERT_EQ(transport->sent().size(), 2U);
     first.answer(answer);
@@ -148,26 +148,26 @@ TEST_F(FromStepAsync, ignoresAnAnswerThatIsDeliveredAgain)
 TEST_F(FromStepAsync, isFinishedOnceWhereTheLastAnswerIsDeliveredAgain)
 {
     const auto transport = RecordingTransport::install();
-    start();
+    start_();
     while (results_.empty())
     {
         const auto sent = transport->last();
-        const auto answer = serve(sent.request).value();
+        const auto answer = serve_(sent.request);
         sent.answer(answer);
         sent.answer(answer);
     }
     EXPECT_EQ(results_.size(), 1U);
-    EXPECT_EQ(urls(*transport).size(), 5U);
+    EXPECT_EQ(urls_(*transport).size(), 5U);
 }
 
 TEST_F(FromStepAsync, goesOnOnWhicheverThreadAnAnswerArrives)
 {
     const auto transport = RecordingTransport::install();
-    start();
+    start_();
     while (results_.empty())
     {
         const auto sent = transport->last();
-        std::thread([&] { sent.answer(serve(sent.request).value()); }).join();
+        std::thread([&] { sent.answer(serve_(sent.request)); }).join();
     }
     EXPECT_TRUE(results_.front()) << results_.front().error();
 }
@@ -175,7 +175,7 @@ TEST_F(FromStepAsync, goesOnOnWhicheverThreadAnAnswerArrives)
 TEST_F(FromStepAsync, letsGoOfTheCallbacksAtItsEnd)
 {
     const auto transport =
-        RecordingTransport::install([this](const WebRequestData& request) { return serve(request); });
+        RecordingTransport::install([this](const WebRequestData& request) { return serve_(request); });
     const auto captured = std::make_shared<int>(0);
     ConverterService::fromStep(input_, [captured](const StepResult&) {}, [captured](float) { return true; });
     transport->forget();
@@ -199,7 +199,7 @@ TEST_F(FromStepAsync, treatsAnswersThatMakeNoSenseAsErrors)
                                    makeAnswer(200, R"({"result": {"request_id": [], "url": {}}})")})
     {
         const auto transport = RecordingTransport::install();
-        start();
+        start_();
         EXPECT_NO_THROW(transport->last().answer(odd));
     }
     ASSERT_EQ(results_.size(), 4U);
@@ -228,14 +228,14 @@ TEST_F(FromStepAsync, survivesACompletionCallbackThatThrows)
 TEST_F(FromStepAsync, needsNoCompletionCallback)
 {
     const auto transport =
-        RecordingTransport::install([this](const WebRequestData& request) { return serve(request); });
+        RecordingTransport::install([this](const WebRequestData& request) { return serve_(request); });
     EXPECT_NO_THROW(ConverterService::fromStep(input_, nullptr, {}));
-    EXPECT_EQ(urls(*transport).size(), 5U);
+    EXPECT_EQ(urls_(*transport).size(), 5U);
 }
 
 TEST_F(FromStepAsync, runsSeveralConversionsAtATime)
 {
-    giveEachItsOwnRequestId();
+    giveEachItsOwnRequestId_();
     std::vector<std::promise<StepResult>> promises(4);
     for (std::size_t i = 0; i < promises.size(); ++i)
     {

@@ -43,11 +43,11 @@ protected:
         resetDeployment();
         ASSERT_TRUE(setDeployment(withEmbeddedServices({}, recorder_.port())));
         saveResult_(scene_);
-        answer("/converter/v2/request", [this] { return contextAnswer(requestId_); });
-        answer("/storage/upload", [] { return HttpRecorder::Answer{}; });
-        answer("/converter/v2/convert", [] { return resultText_(""); });
-        answer("/converter/v2/status", [this] { return statusAnswer_(); });
-        answer("/storage/result", [this] { return HttpRecorder::Answer{.file = scene_}; });
+        answer_("/converter/v2/request", [this] { return contextAnswer_(requestId_); });
+        answer_("/storage/upload", [] { return HttpRecorder::Answer{}; });
+        answer_("/converter/v2/convert", [] { return resultText_(""); });
+        answer_("/converter/v2/status", [this] { return statusAnswer_(); });
+        answer_("/storage/result", [this] { return HttpRecorder::Answer{.file = scene_}; });
     }
 
     void TearDown() override
@@ -64,7 +64,7 @@ protected:
     }
 
     /// Answers the requests for `path`, after the test's `whenAsked_` for it.
-    void answer(const std::string& path, const std::function<HttpRecorder::Answer()>& make)
+    void answer_(const std::string& path, const std::function<HttpRecorder::Answer()>& make)
     {
         recorder_.answer(path,
                          [this, path, make](const HttpRequest&)
@@ -75,33 +75,33 @@ protected:
                          });
     }
 
-    void answer(const std::string& path, const HttpRecorder::Answer& fixed)
+    void answer_(const std::string& path, const HttpRecorder::Answer& fixed)
     {
-        answer(path, [fixed] { return fixed; });
+        answer_(path, [fixed] { return fixed; });
     }
 
     /// What the service answers to the first request.
-    HttpRecorder::Answer contextAnswer(const std::string& requestId) const
+    HttpRecorder::Answer contextAnswer_(const std::string& requestId) const
     {
         return resultText_(R"("request_id": ")" + requestId + R"(", "url": ")" +
                            recorder_.url("/storage/upload?key=1") + '"');
     }
 
     /// Gives every conversion a working directory of its own, as the service does.
-    void giveEachItsOwnRequestId()
+    void giveEachItsOwnRequestId_()
     {
-        answer("/converter/v2/request", [this, count = std::make_shared<std::atomic_int>(0)]
-               { return contextAnswer(requestId_ + '-' + std::to_string(++*count)); });
+        answer_("/converter/v2/request", [this, count = std::make_shared<std::atomic_int>(0)]
+                { return contextAnswer_(requestId_ + '-' + std::to_string(++*count)); });
     }
 
     /// Lets the service say that the conversion failed, or the storage that it has nothing.
-    void answerText(const std::string& path, int status, const std::string& text)
+    void answerText_(const std::string& path, int status, const std::string& text)
     {
-        answer(path, HttpRecorder::Answer{.status = status, .body = text});
+        answer_(path, HttpRecorder::Answer{.status = status, .body = text});
     }
 
     /// Converts `path` and waits for the end.
-    StepResult run(Form form, const std::filesystem::path& path, const ProgressCallback& progress = {})
+    StepResult run_(Form form, const std::filesystem::path& path, const ProgressCallback& progress = {})
     {
         if (form == Form::Blocking)
             return ConverterService::fromStep(path, progress);
@@ -114,35 +114,35 @@ protected:
         return future.get();
     }
 
-    StepResult run(Form form, const ProgressCallback& progress = {}) { return run(form, input_, progress); }
+    StepResult run_(Form form, const ProgressCallback& progress = {}) { return run_(form, input_, progress); }
 
-    std::string errorOf(Form form, const ProgressCallback& progress = {})
+    std::string errorOf_(Form form, const ProgressCallback& progress = {})
     {
-        const auto result = run(form, progress);
+        const auto result = run_(form, progress);
         return result ? "no error" : result.error();
     }
 
     /// Remembers what is reported, and goes on while `goOn` says so.
-    ProgressCallback record(std::function<bool(float)> goOn = {})
+    ProgressCallback record_(std::function<bool(float)> goOn = {})
     {
         return [this, goOn = std::move(goOn)](float fraction)
         {
             {
                 const std::lock_guard lock(mutex_);
-                reports_.push_back(fraction);
+                recorded_.push_back(fraction);
             }
             return !goOn || goOn(fraction);
         };
     }
 
-    std::vector<float> reports() const
+    std::vector<float> reports_() const
     {
         const std::lock_guard lock(mutex_);
-        return reports_;
+        return recorded_;
     }
 
     /// "POST /converter/v2/request" and so on, in order.
-    std::vector<std::string> requests() const
+    std::vector<std::string> requests_() const
     {
         std::vector<std::string> lines;
         for (const HttpRequest& request : recorder_.requests())
@@ -151,7 +151,7 @@ protected:
     }
 
     /// The lines of the pipeline, all of level info.
-    std::vector<std::string> logLines() const
+    std::vector<std::string> logLines_() const
     {
         std::vector<std::string> lines;
         for (const std::string& line : log_.texts(spdlog::level::info))
@@ -163,7 +163,7 @@ protected:
     }
 
     /// Lets the next conversion be unfinished that often.
-    void setUnfinished(std::vector<std::string> states) { unfinished_ = std::move(states); }
+    void setUnfinished_(std::vector<std::string> states) { unfinished_ = std::move(states); }
 
     TempDir folder_;
     HttpRecorder recorder_;
@@ -173,9 +173,9 @@ protected:
     const std::filesystem::path input_ = folder_.write(name_ + ".step", content_);
     const std::filesystem::path scene_ = folder_.path() / "scene.vxu";
     std::string requestId_ = "request-" + name_;
-    const std::filesystem::path workingFolder_ = output(requestId_);
-    const std::filesystem::path payload_ = output(name_ + ".input.zip");
-    const std::filesystem::path result_ = output(name_ + ".vxu");
+    const std::filesystem::path workingFolder_ = output_(requestId_);
+    const std::filesystem::path payload_ = output_(name_ + ".input.zip");
+    const std::filesystem::path result_ = output_(name_ + ".vxu");
     /// Called on a thread of the server when the path is asked for.
     std::map<std::string, std::function<void()>> whenAsked_;
 
@@ -213,7 +213,7 @@ private:
     }
 
     mutable std::mutex mutex_;
-    std::vector<float> reports_;
+    std::vector<float> recorded_;
     std::vector<std::string> unfinished_;
 };
 
@@ -221,13 +221,13 @@ private:
 class FromStepForms : public FromStepFixture, public ::testing::WithParamInterface<Form>
 {
 protected:
-    StepResult run(const ProgressCallback& progress = {}) { return FromStepFixture::run(GetParam(), progress); }
+    StepResult run_(const ProgressCallback& progress = {}) { return FromStepFixture::run_(GetParam(), progress); }
 
-    StepResult runFile(const std::filesystem::path& path) { return FromStepFixture::run(GetParam(), path); }
+    StepResult runFile_(const std::filesystem::path& path) { return FromStepFixture::run_(GetParam(), path); }
 
-    std::string errorOf(const ProgressCallback& progress = {})
+    std::string errorOf_(const ProgressCallback& progress = {})
     {
-        return FromStepFixture::errorOf(GetParam(), progress);
+        return FromStepFixture::errorOf_(GetParam(), progress);
     }
 };
 

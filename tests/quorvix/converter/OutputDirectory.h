@@ -35,13 +35,13 @@ protected:
     if (!hasPrivateRoot)                                                                                               \
     GTEST_SKIP() << "no private root folder is to be had here"
 
-    static std::filesystem::path output(const std::filesystem::path& name)
+    static std::filesystem::path output_(const std::filesystem::path& name)
     {
         return ConverterService::serviceOutputDirectory() / name;
     }
 
     /// The access bits of a file, as in 0600.
-    static unsigned modeOf(const std::filesystem::path& file)
+    static unsigned modeOf_(const std::filesystem::path& file)
     {
         return static_cast<unsigned>(std::filesystem::symlink_status(file).permissions());
     }

@@ -19,7 +19,7 @@ class S3Test : public ::testing::Test
 protected:
     void TearDown() override { WebRequests::reset(); }
 
-    WebRequestData dataOf(const WebRequest& request) const
+    [[nodiscard]] WebRequestData dataOf_(const WebRequest& request) const
     {
         request.send([](const Json::Value&) {});
         return transport_->last().request;
@@ -44,12 +44,12 @@ TEST_F(S3Test, uploadsAFileWithAPut)
 {
     float reported = 0;
     const WebRequestData data =
-        dataOf(uploadWithPresignedUrl("https://storage.example.com/file?signature=a%2Bb", "/folder/part.zip",
-                                      [&](float fraction)
-                                      {
-                                          reported = fraction;
-                                          return false;
-                                      }));
+        dataOf_(uploadWithPresignedUrl("https://storage.example.com/file?signature=a%2Bb", "/folder/part.zip",
+                                       [&](float fraction)
+                                       {
+                                           reported = fraction;
+                                           return false;
+                                       }));
     expectTransfer(data);
     EXPECT_EQ(data.method, WebRequest::Method::Put);
     EXPECT_EQ(data.inputPath, "/folder/part.zip");
@@ -64,12 +64,12 @@ TEST_F(S3Test, downloadsAFileWithAGet)
 {
     float reported = 0;
     const WebRequestData data =
-        dataOf(downloadWithPresignedUrl("https://storage.example.com/file?signature=a%2Bb", "/folder/part.vxu",
-                                        [&](float fraction)
-                                        {
-                                            reported = fraction;
-                                            return true;
-                                        }));
+        dataOf_(downloadWithPresignedUrl("https://storage.example.com/file?signature=a%2Bb", "/folder/part.vxu",
+                                         [&](float fraction)
+                                         {
+                                             reported = fraction;
+                                             return true;
+                                         }));
     expectTransfer(data);
     EXPECT_EQ(data.method, WebRequest::Method::Get);
     EXPECT_EQ(data.outputPath, "/folder/part.vxu");
@@ -82,8 +82,8 @@ TEST_F(S3Test, downloadsAFileWithAGet)
 
 TEST_F(S3Test, transfersWithoutReports)
 {
-    EXPECT_FALSE(dataOf(uploadWithPresignedUrl("https://storage.example.com/", "/f", {})).uploadProgress);
-    EXPECT_FALSE(dataOf(downloadWithPresignedUrl("https://storage.example.com/", "/f", {})).downloadProgress);
+    EXPECT_FALSE(dataOf_(uploadWithPresignedUrl("https://storage.example.com/", "/f", {})).uploadProgress);
+    EXPECT_FALSE(dataOf_(downloadWithPresignedUrl("https://storage.example.com/", "/f", {})).downloadProgress);
 }
 
 std::string errorOf(const Json::Value& answer)

@@ -1,5 +1,7 @@
 #include "OutputDirectory.h"
 
+#include <VXMesh/AtomicFile.h>
+
 #include <sys/stat.h>
 #include <tests/support/TempDir.h>
 
@@ -31,7 +33,7 @@ TEST_F(ServiceFolderTest, isForEveryUser)
     const mode_t before = ::umask(077);
     EXPECT_FALSE(createServiceOutputDirectory());
     ::umask(before);
-    EXPECT_EQ(modeOf(serviceOutputDirectory()), 01777U);
+    EXPECT_EQ(modeOf_(serviceOutputDirectory()), 01777U);
 }
 
 TEST_F(ServiceFolderTest, isLeftAloneWhereItIsThere)
@@ -39,7 +41,7 @@ TEST_F(ServiceFolderTest, isLeftAloneWhereItIsThere)
     QX_NEED_PRIVATE_ROOT();
     std::filesystem::permissions(serviceOutputDirectory(), std::filesystem::perms::owner_all);
     EXPECT_FALSE(createServiceOutputDirectory());
-    EXPECT_EQ(modeOf(serviceOutputDirectory()), 0700U);
+    EXPECT_EQ(modeOf_(serviceOutputDirectory()), 0700U);
 }
 
 TEST_F(ServiceFolderTest, cannotBeCreatedWhereAFileHasItsName)
@@ -54,7 +56,7 @@ TEST_F(ServiceFolderTest, cannotBeCreatedWhereAFileHasItsName)
 TEST_F(ServiceFolderTest, createsAFolderForItsOwnerAlone)
 {
     EXPECT_FALSE(createPrivateFolder(folder_.path() / "private"));
-    EXPECT_EQ(modeOf(folder_.path() / "private"), 0700U);
+    EXPECT_EQ(modeOf_(folder_.path() / "private"), 0700U);
 }
 
 TEST_F(ServiceFolderTest, createsNoFolderThatIsThere)
@@ -70,12 +72,12 @@ TEST_F(ServiceFolderTest, createsNoFolderWithoutItsParent)
 TEST_F(ServiceFolderTest, copiesAFileForItsOwnerAlone)
 {
     const auto source = folder_.write("source", "content");
-    std::filesystem::permissions(source, std::filesystem::perms(0644));
+    std::filesystem::permissions(source, documentFileMode);
     const mode_t before = ::umask(0);
     EXPECT_FALSE(copyPrivately(source, folder_.path() / "target"));
     ::umask(before);
     EXPECT_EQ(readFile(folder_.path() / "target"), "content");
-    EXPECT_EQ(modeOf(folder_.path() / "target"), 0600U);
+    EXPECT_EQ(modeOf_(folder_.path() / "target"), 0600U);
 }
 
 TEST_F(ServiceFolderTest, copiesMoreThanOneBufferfulAndNothing)
@@ -92,16 +94,16 @@ TEST_F(ServiceFolderTest, copiesAFileThatMayOnlyBeRead)
     const auto source = folder_.write("source", "content");
     std::filesystem::permissions(source, std::filesystem::perms::owner_read);
     EXPECT_FALSE(copyPrivately(source, folder_.path() / "target"));
-    EXPECT_EQ(modeOf(folder_.path() / "target"), 0600U);
+    EXPECT_EQ(modeOf_(folder_.path() / "target"), 0600U);
 }
 
 TEST_F(ServiceFolderTest, takesTheRightsOfOthersOnAnOldCopyAway)
 {
     const auto target = folder_.write("target", "old and longer");
-    std::filesystem::permissions(target, std::filesystem::perms(0666));
+    std::filesystem::permissions(target, documentFileMode);
     EXPECT_FALSE(copyPrivately(folder_.write("source", "new"), target));
     EXPECT_EQ(readFile(target), "new");
-    EXPECT_EQ(modeOf(target), 0600U);
+    EXPECT_EQ(modeOf_(target), 0600U);
 }
 
 TEST_F(ServiceFolderTest, doesNotFollowALinkToWriteTo)
@@ -135,9 +137,9 @@ TEST_F(ServiceFolderTest, leavesNoPartOfACopyForWhichThereIsNoRoom)
     QX_NEED_PRIVATE_ROOT();
     const auto small = MountScope::makeSmall(serviceOutputDirectory(), 65'536);
     ASSERT_TRUE(small.isActive());
-    EXPECT_EQ(copyPrivately(folder_.write("source", std::string(1'000'000, 'x')), output("target")),
+    EXPECT_EQ(copyPrivately(folder_.write("source", std::string(1'000'000, 'x')), output_("target")),
               std::errc::no_space_on_device);
-    EXPECT_FALSE(std::filesystem::exists(output("target")));
+    EXPECT_FALSE(std::filesystem::exists(output_("target")));
 }
 
 } // namespace

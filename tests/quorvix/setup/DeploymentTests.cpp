@@ -197,9 +197,9 @@ TEST(DeploymentSources, leaveOutAVariableThatIsEmptyOrNotSet)
 class DeploymentOfProcess : public ::testing::Test
 {
 protected:
-    DeploymentOfProcess() { resetDeployment(); }
+    void SetUp() override { resetDeployment(); }
 
-    ~DeploymentOfProcess() override { resetDeployment(); }
+    void TearDown() override { resetDeployment(); }
 };
 
 TEST_F(DeploymentOfProcess, isTheOneThatWasSet)
@@ -240,6 +240,7 @@ TEST_F(DeploymentOfProcess, isTheSameForThreadsThatUseItFirstTogether)
     const EnvironmentVariable variable("QUORVIX_DEPLOYMENT", folder.write("d.json", "{}").string());
     std::vector<const Deployment*> seen(4);
     std::vector<std::thread> threads;
+    threads.reserve(seen.size());
     for (auto& record : seen)
         threads.emplace_back([&record] { record = &deployment(); });
     for (auto& thread : threads)

@@ -3,6 +3,8 @@
 #include <VXViewer/MainLoop.h>
 #include <VXViewer/Viewer.h>
 
+#define GLFW_INCLUDE_NONE
+#include <GLFW/glfw3.h>
 #include <gtest/gtest.h>
 
 #include <thread>
@@ -16,6 +18,10 @@ namespace
 
 constexpr int leftButton = 0;
 constexpr std::chrono::seconds patience{10};
+constexpr std::pair<int, int> modifierKeys[] = {{GLFW_KEY_LEFT_CONTROL, GLFW_MOD_CONTROL},
+                                                {GLFW_KEY_LEFT_SHIFT, GLFW_MOD_SHIFT},
+                                                {GLFW_KEY_LEFT_ALT, GLFW_MOD_ALT},
+                                                {GLFW_KEY_LEFT_SUPER, GLFW_MOD_SUPER}};
 
 Vector2f middle(const UiItem& item)
 {
@@ -178,6 +184,13 @@ void UiDriver::key(int key, int mods)
 {
     inject_(KeyEvent{key, 0, KeyEvent::Action::Press, mods});
     inject_(KeyEvent{key, 0, KeyEvent::Action::Release, mods});
+    for (const auto& [modifierKey, modifier] : modifierKeys)
+    {
+        if ((mods & modifier) == 0)
+            continue;
+        inject_(KeyEvent{modifierKey, 0, KeyEvent::Action::Release, mods});
+        mods &= ~modifier;
+    }
     settle();
 }
 

@@ -86,6 +86,7 @@ void FileDialog::showOwn_()
 {
     state_->native.reset();
     state_->own.emplace(state_->request, state_->folder);
+    viewer_.incrementForceRedrawFrames();
 }
 
 void FileDialog::draw()

@@ -15,6 +15,17 @@
 namespace VX
 {
 
+namespace
+{
+
+bool names(const FileFilter& filter, const std::filesystem::path& path)
+{
+    return std::find(filter.extensions.begin(), filter.extensions.end(), toLower(utf8string(path.extension()))) !=
+           filter.extensions.end();
+}
+
+} // namespace
+
 const char* PathDialog::windowName()
 {
     return "File Dialog";
@@ -51,25 +62,30 @@ void PathDialog::openFolder_(const std::filesystem::path& folder)
     entries_ = std::move(entries);
 }
 
-bool PathDialog::matchesFilter_(const std::filesystem::path& path) const
+const FileFilter* PathDialog::filterWithExtensions_() const
 {
     if (filter_ < 0 || filter_ >= static_cast<int>(request_.filters.size()))
-        return true;
-    const std::vector<std::string>& extensions = request_.filters[static_cast<std::size_t>(filter_)].extensions;
-    return extensions.empty() ||
-           std::find(extensions.begin(), extensions.end(), toLower(utf8string(path.extension()))) != extensions.end();
+        return nullptr;
+    const FileFilter& filter = request_.filters[static_cast<std::size_t>(filter_)];
+    return filter.extensions.empty() ? nullptr : &filter;
+}
+
+bool PathDialog::matchesFilter_(const std::filesystem::path& path) const
+{
+    const FileFilter* filter = filterWithExtensions_();
+    return filter == nullptr || names(*filter, path);
 }
 
 std::filesystem::path PathDialog::typedPath_() const
 {
     std::filesystem::path path = folder_ / pathFromUtf8(typed_);
-    if (isSaving_() && path.has_filename() && !matchesFilter_(path) &&
-        filter_ < static_cast<int>(request_.filters.size()))
-    {
-        const std::vector<std::string>& extensions = request_.filters[static_cast<std::size_t>(filter_)].extensions;
-        if (!extensions.empty())
-            path += extensions.front();
-    }
+    const FileFilter* filter = filterWithExtensions_();
+    std::error_code error;
+    if (!isSaving_() || filter == nullptr || !path.has_filename() || std::filesystem::is_directory(path, error))
+        return path;
+    if (std::none_of(request_.filters.begin(), request_.filters.end(),
+                     [&](const FileFilter& each) { return names(each, path); }))
+        path += filter->extensions.front();
     return path;
 }
 
@@ -185,6 +201,7 @@ bool PathDialog::accept_()
     if (std::filesystem::is_directory(status))
     {
         typed_.clear();
+        focusInput_ = true;
         openFolder_(path);
         return false;
     }

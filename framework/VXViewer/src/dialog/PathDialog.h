@@ -30,6 +30,8 @@ private:
     };
 
     void openFolder_(const std::filesystem::path& folder);
+    /// The chosen filter; none where any file is wanted.
+    [[nodiscard]] const FileFilter* filterWithExtensions_() const;
     [[nodiscard]] bool matchesFilter_(const std::filesystem::path& path) const;
     [[nodiscard]] std::filesystem::path typedPath_() const;
 

@@ -6,12 +6,15 @@
 #include <tbb/parallel_reduce.h>
 
 #include <algorithm>
+#include <limits>
 
 namespace VX
 {
 
 namespace
 {
+
+constexpr std::size_t clustersPerTask = 64;
 
 /// Scrambles an edge into a number; equal edges give equal numbers (the finalizer of MurmurHash3, A. Appleby).
 std::uint64_t scramble(std::uint64_t x)
@@ -44,9 +47,28 @@ struct Totals
     }
 };
 
+/// The least and greatest of vectors. Plain numbers: this runs for every corner of every triangle.
+class Extent
+{
+public:
+    void add(const Vector3f& v)
+    {
+        least_ = least_.min(v.array());
+        greatest_ = greatest_.max(v.array());
+    }
+
+    [[nodiscard]] Box3f box() const { return least_.x() <= greatest_.x() ? Box3f(least_, greatest_) : Box3f(); }
+
+private:
+    Eigen::Array3f least_ = Eigen::Array3f::Constant(std::numeric_limits<float>::max());
+    Eigen::Array3f greatest_ = Eigen::Array3f::Constant(std::numeric_limits<float>::lowest());
+};
+
 Totals analyzeCluster(const Mesh& mesh, MeshCluster& cluster, NormalSums* sums)
 {
     Totals totals;
+    Extent places;
+    Extent normals;
     const std::uint32_t end = cluster.firstTriangle + cluster.triangleCount;
     for (std::uint32_t i = cluster.firstTriangle; i < end; ++i)
     {
@@ -54,19 +76,21 @@ Totals analyzeCluster(const Mesh& mesh, MeshCluster& cluster, NormalSums* sums)
         const Vector3f& a = mesh.points[t[0]];
         const Vector3f& b = mesh.points[t[1]];
         const Vector3f& c = mesh.points[t[2]];
-        cluster.box.extend(a);
-        cluster.box.extend(b);
-        cluster.box.extend(c);
+        places.add(a);
+        places.add(b);
+        places.add(c);
         totals.edges += edgeTerm(t[0], t[1]) + edgeTerm(t[1], t[2]) + edgeTerm(t[2], t[0]);
         const TriangleShape shape = shapeOf(a, b, c);
         if (shape.normal.isZero(0))
             continue;
-        cluster.normals.extend(shape.normal);
+        normals.add(shape.normal);
         if (sums == nullptr)
             continue;
         for (int k = 0; k < 3; ++k)
             sums->add(t[k], shape.normal, shape.angles[k]);
     }
+    cluster.box = places.box();
+    cluster.normals = normals.box();
     totals.box = cluster.box;
     return totals;
 }
@@ -84,7 +108,7 @@ MeshAnalysis analyzeMesh(const Mesh& mesh)
     NormalSums* sums = result.normalSums ? &*result.normalSums : nullptr;
 
     const Totals totals = tbb::parallel_deterministic_reduce(
-        tbb::blocked_range<std::size_t>(0, result.clusters.size()), Totals{},
+        tbb::blocked_range<std::size_t>(0, result.clusters.size(), clustersPerTask), Totals{},
         [&](const tbb::blocked_range<std::size_t>& range, Totals partial)
         {
             for (std::size_t i = range.begin(); i != range.end(); ++i)

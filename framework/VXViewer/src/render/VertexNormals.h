@@ -11,6 +11,12 @@
 namespace VX
 {
 
+/// The nearest whole number; unlike `std::lrint` never a call of the system's library.
+inline std::int32_t roundToInt(float value)
+{
+    return static_cast<std::int32_t>(value + (value < 0 ? -0.5F : 0.5F));
+}
+
 /// Sums of weighted directions for N vertices, added to by many threads at once. Each sum is three fixed-point numbers
 /// in one integer, so that the result does not depend on the order of the additions.
 /// The sum of the weights of a vertex must stay below 16 pi; angles around a vertex of a surface add up to 2 pi.
@@ -28,7 +34,7 @@ public:
     void add(std::uint32_t vertex, const Vector3f& direction, float weight)
     {
         const float scaled = std::max(weight * unitsPerRadian, leastUnits);
-        const auto units = [&](int axis) { return std::int64_t{std::lrintf(direction[axis] * scaled)}; };
+        const auto units = [&](int axis) { return std::int64_t{roundToInt(direction[axis] * scaled)}; };
         sums_[vertex].fetch_add(units(0) + (units(1) << bits) + (units(2) << 2 * bits), std::memory_order_relaxed);
     }
 
@@ -86,14 +92,15 @@ inline TriangleShape shapeOf(const Vector3f& a, const Vector3f& b, const Vector3
     TriangleShape shape;
     if (!(abLength > 0) || !(acLength > 0) || !(bcLength > 0))
         return shape;
-    ab /= abLength;
-    ac /= acLength;
-    bc /= bcLength;
+    // Multiplications: a division by each length would be half of the work of a whole mesh.
+    ab *= 1 / abLength;
+    ac *= 1 / acLength;
+    bc *= 1 / bcLength;
     const Vector3f cross = ab.cross(ac);
     const float sine = cross.norm();
     if (!(sine > leastSine))
         return shape;
-    shape.normal = cross / sine;
+    shape.normal = cross * (1 / sine);
     shape.angles[0] = fastAcos(ab.dot(ac));
     shape.angles[1] = fastAcos(-ab.dot(bc));
     shape.angles[2] = std::max(0.0F, 3.14159265F - shape.angles[0] - shape.angles[1]);
@@ -121,7 +128,7 @@ inline OctahedralNormal encodeNormal(const Vector3f& normal)
         y = (1 - std::abs(x)) * (y >= 0 ? 1.0F : -1.0F);
         x = folded;
     }
-    return {static_cast<std::int16_t>(std::lrintf(x * 32767)), static_cast<std::int16_t>(std::lrintf(y * 32767))};
+    return {static_cast<std::int16_t>(roundToInt(x * 32767)), static_cast<std::int16_t>(roundToInt(y * 32767))};
 }
 
 } // namespace VX
