@@ -164,4 +164,16 @@ TEST(GeometryCodec, CountThatTheBytesDoNotJustifyIsRefused)
     EXPECT_FALSE(isDecodable(bytes));
 }
 
+TEST(GeometryCodec, PointsThatAreAllTheSameComeBack)
+{
+    for (const std::size_t count : {1U, 64U, 65U, 256U, 257U, 70000U})
+    {
+        auto cloud = std::make_shared<PointCloud>();
+        cloud->points.assign(count, Vector3f(0.0F, 0.0F, 0.0F));
+        const auto decoded = throughCodec<PointCloud>(cloud);
+        ASSERT_TRUE(decoded) << count << " points";
+        EXPECT_EQ(decoded->points, cloud->points);
+    }
+}
+
 } // namespace VX

@@ -247,6 +247,18 @@ TEST(StlFormat, WordsInPlaceOfNumbersLeaveTheTriangleOut)
     EXPECT_EQ(object->mesh()->triangles.size(), 1U);
 }
 
+TEST(StlFormat, NumbersThatSinglePrecisionCannotHoldLeaveTheTriangleOut)
+{
+    std::string text(kTextSquare);
+    text.replace(text.find("1e0"), 3, "1e300");
+    const auto loaded = read(text);
+    const auto object = onlyMesh(loaded);
+    ASSERT_TRUE(object);
+    EXPECT_EQ(object->mesh()->triangles.size(), 1U);
+    EXPECT_TRUE(object->mesh()->points.front().allFinite());
+    EXPECT_EQ(loaded->warnings.size(), 1U);
+}
+
 TEST(StlFormat, ErrorsAreOneSentence)
 {
     const std::string notStl = "Cannot open \"part.stl\": it is not an STL file.";

@@ -248,6 +248,22 @@ TEST_F(VxuFormat, DamagedGeometryIsLeftOutWithAWarning)
     EXPECT_TRUE(dynamic_cast<const ObjectPoints&>(*second.children()[0]).pointCloud());
 }
 
+TEST_F(VxuFormat, LineEndsInANameDoNotTearAWarning)
+{
+    saveWith_("scene.json",
+              [](std::string& text)
+              {
+                  replace(text, "\"name\" : \"first\"", "\"name\" : \"first\\nof\\rmany\"");
+                  replace(text, "geometry/0.vxg", "geometry/missing.vxg");
+              });
+    const auto loaded = loadObjectFromFile(path_, {});
+    ASSERT_TRUE(loaded.has_value()) << loaded.error();
+    EXPECT_THAT(loaded->warnings,
+                ElementsAre("\"scene.vxu\": the geometry of the object \"first of many\" is damaged and was left "
+                            "out."));
+    EXPECT_EQ(loaded->objects.front()->children()[0]->name(), "first\nof\rmany");
+}
+
 TEST_F(VxuFormat, FlippedBitInTheGeometryIsNoticed)
 {
     ASSERT_TRUE(saveObjectToFile(*makeMeshObject(makeTetrahedron()), path_, {}).has_value());

@@ -67,10 +67,10 @@ std::size_t maxElements(Semantic semantic, std::size_t elementSize, std::size_t 
         return encodedSize;
     if (semantic == Semantic::Segments)
         return encodedSize / 2;
-    // 256 elements take at least four bytes for each byte of an element.
+    // A header, the last element padded to 32 bytes, and for each byte of an element at least one for 64 elements.
+    constexpr std::size_t kFrame = 33;
     constexpr std::size_t kBestRatio = 64;
-    constexpr std::size_t kGroup = 256;
-    return encodedSize / elementSize * kBestRatio + kGroup;
+    return encodedSize < kFrame ? 0 : (encodedSize - kFrame) / elementSize * kBestRatio;
 }
 
 std::optional<std::vector<InStream>> splitStreams(EntryReader& reader, std::uint32_t streamCount)

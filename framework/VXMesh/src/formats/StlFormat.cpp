@@ -202,12 +202,18 @@ struct TextFacets
     bool isBroken = false;         ///< a facet has less than three corners
 };
 
+/// What is too large for single precision cannot be kept.
+bool isUsable(const Vector3d& corner)
+{
+    return corner.cast<float>().allFinite();
+}
+
 void appendFacet(std::span<const Vector3d> loop, TextFacets& facets)
 {
     facets.isBroken = facets.isBroken || loop.size() < 3;
     for (std::size_t i = 2; i < loop.size(); ++i)
     {
-        if (loop[0].allFinite() && loop[i - 1].allFinite() && loop[i].allFinite())
+        if (isUsable(loop[0]) && isUsable(loop[i - 1]) && isUsable(loop[i]))
             facets.corners.insert(facets.corners.end(), {loop[0], loop[i - 1], loop[i]});
         else
             ++facets.dropped;

@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <unordered_map>
@@ -68,6 +69,13 @@ std::optional<Transform> transformFromJson(const Json::Value& value)
     }
     return transform.matrix().row(3) == Eigen::RowVector4d(0.0, 0.0, 0.0, 1.0) ? std::optional(transform)
                                                                                : std::nullopt;
+}
+
+/// A name as a sentence can quote it.
+std::string oneLine(std::string name)
+{
+    std::ranges::replace_if(name, [](char c) { return static_cast<unsigned char>(c) < ' '; }, ' ');
+    return name;
 }
 
 /// Describes objects one after another and gives each geometry a name.
@@ -149,7 +157,7 @@ public:
         const auto transform = transformFromJson(memberOf(description, "transform"));
         if (!name.isString() || !visibility.isUInt() || !transform)
             return nullptr;
-        const auto object = makeObject_(description);
+        auto object = makeObject_(description);
         if (!object)
             return nullptr;
         object->setName(name.asString());
@@ -194,13 +202,14 @@ private:
         if (!name.isString())
             return nullptr;
         const auto found = geometries_.find(name.asString());
-        if (found != geometries_.end() && found->second)
+        if (found != geometries_.end())
         {
-            if (const auto* geometry = std::get_if<std::shared_ptr<const Geometry>>(&*found->second))
+            const std::optional<AnyGeometry>& known = found->second;
+            if (const auto* geometry = known ? std::get_if<std::shared_ptr<const Geometry>>(&*known) : nullptr)
                 return *geometry;
         }
         warnings_.push_back(fmt::format("the geometry of the object \"{}\" is damaged and was left out.",
-                                        memberOf(description, "name").asString()));
+                                        oneLine(memberOf(description, "name").asString())));
         return nullptr;
     }
 
