@@ -33,6 +33,9 @@ std::string firstReason(std::string_view report)
     std::string reason(takeLine());
     if (!reason.empty() && reason.back() == '.')
         reason.pop_back();
+    // The one reason that quotes the text, which may be a secret.
+    if (reason.ends_with("' is not a number"))
+        reason = "a number is not complete";
     if (place.starts_with("Line"))
         place.front() = 'l';
     if (const auto column = place.find("Column"); column != std::string::npos)

@@ -1,5 +1,7 @@
 #include "SharedLogger.h"
 
+#include "Redactor.h"
+
 #include <spdlog/sinks/sink.h>
 
 #include <algorithm>
@@ -29,8 +31,12 @@ void SharedLogger::removeSink(const spdlog::sink_ptr& sink)
     current_ = std::make_shared<const Sinks>(sinks_);
 }
 
-void SharedLogger::sink_it_(const spdlog::details::log_msg& message)
+void SharedLogger::sink_it_(const spdlog::details::log_msg& original)
 {
+    spdlog::details::log_msg message = original;
+    const auto redacted = redact({original.payload.data(), original.payload.size()});
+    if (redacted)
+        message.payload = *redacted;
     const auto sinks = snapshot_();
     for (const auto& sink : *sinks)
     {

@@ -10,7 +10,7 @@ namespace VX
 {
 
 /// A logger whose sinks may change while other threads write lines. A line goes to the sinks there were when it began;
-/// no lock is held while they write, so a sink may log and add sinks itself.
+/// no lock is held while they write, so a sink may log and add sinks itself. No sink sees a secret (Redactor.h).
 class SharedLogger : public spdlog::logger
 {
 public:
@@ -20,7 +20,7 @@ public:
     void removeSink(const spdlog::sink_ptr& sink);
 
 protected:
-    void sink_it_(const spdlog::details::log_msg& message) override;
+    void sink_it_(const spdlog::details::log_msg& original) override;
     void flush_() override;
 
 private:

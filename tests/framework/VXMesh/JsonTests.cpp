@@ -45,6 +45,12 @@ TEST(DeserializeJsonValue, TellsAFileFromATextByItsType)
     EXPECT_FALSE(deserializeJsonValue(std::filesystem::path("1")));
 }
 
+TEST(DeserializeJsonValue, DoesNotQuoteTheText)
+{
+    EXPECT_EQ(errorOf(deserializeJsonValue(R"({"password": 12e})")),
+              "Invalid JSON: line 1, column 14: a number is not complete.");
+}
+
 TEST(DeserializeJsonValue, SaysWhereATextIsWrong)
 {
     const std::pair<const char*, const char*> cases[] = {

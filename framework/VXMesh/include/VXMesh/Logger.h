@@ -23,7 +23,8 @@ class SharedLogger;
 /// file that cannot be written costs one warning. All sinks are flushed once a second by a thread of spdlog's.
 /// The environment variable VX_LOG (trace, debug, info, warning, error, critical or off) sets the level of standard
 /// error, and with "trace" the least level of all.
-/// Lines of level info and above hold no path, file name, e-mail or anything typed by the user.
+/// Lines of level info and above hold no path, file name, e-mail or anything typed by the user. Passwords, tokens,
+/// codes and the like are logged nowhere; should a line hold one, every sink gets "[redacted]" in its place.
 /// @threads any
 class VXMESH_API Logger
 {
