@@ -4,15 +4,22 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 #include <limits>
+#include <map>
+#include <set>
 #include <span>
+#include <utility>
 
 namespace VX
 {
 
 namespace
 {
+
+using Command = CommandArguments::Command;
+using Result = tl::expected<void, std::string>;
 
 tl::expected<int, std::string> parseNumber(const std::string& option, const std::string& text, int to)
 {
@@ -24,7 +31,7 @@ tl::expected<int, std::string> parseNumber(const std::string& option, const std:
 }
 
 /// Puts the value of one option in.
-tl::expected<void, std::string> setOption(CommandArguments& result, const std::string& option, const std::string& value)
+Result setOption(CommandArguments& result, const std::string& option, const std::string& value)
 {
     if (option == "--data")
         result.dataFolder = pathFromUtf8(value);
@@ -45,46 +52,107 @@ tl::expected<void, std::string> setOption(CommandArguments& result, const std::s
     return {};
 }
 
-bool takesValue(const std::string& option)
+bool takesAddress(Command command)
 {
-    return option == "--data" || option == "--config" || option == "--port" || option == "--listen-fd";
+    return command == Command::UserAdd || command == Command::UserRemove || command == Command::UserReset;
+}
+
+bool takesPassword(Command command)
+{
+    return command == Command::UserAdd || command == Command::UserReset;
+}
+
+/// The options of a command, each with whether it has a value.
+std::map<std::string, bool> optionsOf(Command command)
+{
+    std::map<std::string, bool> options{{"--data", true}};
+    if (command == Command::Serve)
+        options.insert({{"--config", true}, {"--port", true}, {"--listen-fd", true}, {"--exit-with-parent", false}});
+    if (takesPassword(command))
+        options.emplace("--password-stdin", false);
+    return options;
+}
+
+/// Reads the words that say what to do, and takes them off `arguments`.
+tl::expected<Command, std::string> readCommand(std::span<const std::string>& arguments)
+{
+    if (arguments.empty())
+        return tl::unexpected(std::string("Say what to do: \"serve\" starts the service."));
+    const std::string& first = arguments.front();
+    arguments = arguments.subspan(1);
+    if (first == "--help")
+        return Command::Help;
+    if (first == "serve")
+        return Command::Serve;
+    if (first == "stats")
+        return Command::Stats;
+    if (first != "user")
+        return tl::unexpected(fmt::format("\"{}\" is not known.", first));
+    static const std::map<std::string, Command> ofUsers{{"add", Command::UserAdd},
+                                                        {"list", Command::UserList},
+                                                        {"remove", Command::UserRemove},
+                                                        {"reset", Command::UserReset}};
+    const auto command = arguments.empty() ? ofUsers.end() : ofUsers.find(arguments.front());
+    if (command == ofUsers.end())
+        return tl::unexpected(std::string("Say what to do with users: \"add\", \"list\", \"remove\" or \"reset\"."));
+    arguments = arguments.subspan(1);
+    return command->second;
+}
+
+/// @return the options that are there
+tl::expected<std::set<std::string>, std::string> readOptions(std::span<const std::string> arguments,
+                                                             CommandArguments& result)
+{
+    const auto known = optionsOf(result.command);
+    std::set<std::string> seen;
+    for (std::size_t i = 0; i < arguments.size(); ++i)
+    {
+        const std::string& argument = arguments[i];
+        const auto option = known.find(argument);
+        if (option == known.end())
+        {
+            if (!takesAddress(result.command) || argument.starts_with("--") || !result.address.empty())
+                return tl::unexpected(fmt::format("\"{}\" is not known.", argument));
+            result.address = argument;
+            continue;
+        }
+        seen.insert(argument);
+        if (argument == "--exit-with-parent")
+            result.exitWithParent = true;
+        if (!option->second)
+            continue;
+        if (++i == arguments.size())
+            return tl::unexpected(fmt::format("\"{}\" needs a value.", argument));
+        if (auto set = setOption(result, argument, arguments[i]); !set)
+            return tl::unexpected(std::move(set.error()));
+    }
+    return seen;
 }
 
 } // namespace
 
 tl::expected<CommandArguments, std::string> CommandArguments::parse(const std::vector<std::string>& arguments)
 {
+    std::span<const std::string> rest(arguments);
+    const auto command = readCommand(rest);
+    if (!command)
+        return tl::unexpected(command.error());
     CommandArguments result;
-    if (!arguments.empty() && arguments.front() == "--help")
-    {
-        result.help = true;
+    result.command = *command;
+    if (result.command == Command::Help)
         return result;
-    }
-    if (arguments.empty())
-        return tl::unexpected(std::string("Say what to do: \"serve\" starts the service."));
-    if (arguments.front() != "serve")
-        return tl::unexpected(fmt::format("\"{}\" is not known.", arguments.front()));
 
-    bool hasPort = false;
-    for (std::size_t i = 1; i < arguments.size(); ++i)
-    {
-        const std::string& option = arguments[i];
-        if (option == "--exit-with-parent")
-        {
-            result.exitWithParent = true;
-            continue;
-        }
-        if (!takesValue(option))
-            return tl::unexpected(fmt::format("\"{}\" is not known.", option));
-        if (++i == arguments.size())
-            return tl::unexpected(fmt::format("\"{}\" needs a value.", option));
-        if (auto set = setOption(result, option, arguments[i]); !set)
-            return tl::unexpected(std::move(set.error()));
-        hasPort = hasPort || option == "--port" || option == "--listen-fd";
-    }
+    const auto seen = readOptions(rest, result);
+    if (!seen)
+        return tl::unexpected(seen.error());
+    if (takesAddress(result.command) && result.address.empty())
+        return tl::unexpected(std::string("The e-mail address is missing."));
     if (result.dataFolder.empty())
         return tl::unexpected(std::string("\"--data\" is missing."));
-    if (!hasPort)
+    // A password among the arguments could be read by others.
+    if (takesPassword(result.command) && !seen->contains("--password-stdin"))
+        return tl::unexpected(std::string("\"--password-stdin\" is missing."));
+    if (result.command == Command::Serve && !seen->contains("--port") && !seen->contains("--listen-fd"))
         return tl::unexpected(std::string("\"--port\" or \"--listen-fd\" is missing."));
     return result;
 }
@@ -92,12 +160,21 @@ tl::expected<CommandArguments, std::string> CommandArguments::parse(const std::v
 std::string commandHelp()
 {
     return "Usage: quorvix-backend serve --data DIR (--port N | --listen-fd N) [--config FILE] [--exit-with-parent]\n"
+           "       quorvix-backend user add EMAIL --password-stdin --data DIR\n"
+           "       quorvix-backend user reset EMAIL --password-stdin --data DIR\n"
+           "       quorvix-backend user remove EMAIL --data DIR\n"
+           "       quorvix-backend user list --data DIR\n"
+           "       quorvix-backend stats --data DIR\n"
            "\n"
            "  --data DIR          the folder for everything that the service keeps; created where it is missing\n"
            "  --port N            the port on 127.0.0.1; 0 lets the system choose one\n"
            "  --listen-fd N       the number of an open socket to serve on instead, already bound to its port\n"
            "  --config FILE       a JSON file with the service's settings\n"
-           "  --exit-with-parent  end when the process that started this one has ended\n";
+           "  --exit-with-parent  end when the process that started this one has ended\n"
+           "  --password-stdin    read the account's new password from the first line of the standard input\n"
+           "\n"
+           "\"user\" works on the accounts: an added one needs no confirmation, and a reset one is signed out\n"
+           "everywhere. \"stats\" prints how often each action was done, by day and version.\n";
 }
 
 } // namespace VX

@@ -13,16 +13,29 @@ namespace VX
 /// What the command line of quorvix-backend asks for.
 struct CommandArguments
 {
-    bool help = false;
+    enum class Command
+    {
+        Help,
+        Serve,
+        UserAdd,
+        UserList,
+        UserRemove,
+        UserReset,
+        Stats
+    };
+
+    Command command = Command::Serve;
     std::filesystem::path dataFolder;
     std::filesystem::path configFile; ///< empty: none
     std::uint16_t port = 0;           ///< 0: the system chooses
     int listenFd = -1;                ///< a socket to take over; -1: none
     bool exitWithParent = false;
+    std::string address; ///< of the account to add, remove or reset
 
-    /// Reads the arguments behind the program's name: "serve" and its options, or "--help".
-    /// @return `Say what to do: "serve" starts the service.`, `"ARGUMENT" is not known.`, `"OPTION" needs a value.`,
-    ///         `"OPTION" needs a whole number from A to B.`, `"--data" is missing.` or `"--port" or "--listen-fd" is
+    /// Reads the arguments behind the program's name: a command and its options, or "--help".
+    /// @return `Say what to do: "serve" starts the service.`, `Say what to do with users: "add", "list", "remove" or
+    ///         "reset".`, `"ARGUMENT" is not known.`, `"OPTION" needs a value.`, `"OPTION" needs a whole number from A
+    ///         to B.`, `"OPTION" is missing.`, `"--port" or "--listen-fd" is missing.` or `The e-mail address is
     ///         missing.`
     [[nodiscard]] static tl::expected<CommandArguments, std::string> parse(const std::vector<std::string>& arguments);
 };

@@ -34,11 +34,6 @@ ConverterApi::ConverterApi(JobQueue& queue, const BlobStore& blobs, const Presig
 {
 }
 
-bool ConverterApi::mayConvert_(const std::string& accessToken) const
-{
-    return !settings_.requireToken || !accessToken.empty();
-}
-
 std::string ConverterApi::link_(const std::string& method, const std::string& key, std::uint64_t limit) const
 {
     const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
@@ -51,7 +46,7 @@ void ConverterApi::request(const HttpRequest& request, const HttpHandler::Respon
     const auto context = ConverterContextRequest::parse(request.body);
     if (!context)
         return respond(errorAnswer(400, context.error()));
-    if (!mayConvert_(context->accessToken))
+    if (!settings_.mayConvert(context->accessToken))
         return respond(errorAnswer(401, signInText));
 
     const std::string id = randomUuid();
@@ -68,7 +63,7 @@ void ConverterApi::convert(const HttpRequest& request, const HttpHandler::Respon
     const auto start = ConverterStartRequest::parse(request.body);
     if (!start)
         return respond(errorAnswer(400, start.error()));
-    if (!mayConvert_(start->accessToken))
+    if (!settings_.mayConvert(start->accessToken))
         return respond(errorAnswer(401, signInText));
 
     const auto found = queue_.status(start->requestId);

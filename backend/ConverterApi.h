@@ -24,7 +24,8 @@ class ConverterApi
 public:
     struct Settings
     {
-        bool requireToken = false;
+        /// Whether a request with this access token, which may be empty, is served.
+        std::function<bool(const std::string& accessToken)> mayConvert;
         std::uint64_t uploadLimit = 0;
         std::chrono::seconds linkLifetime{3600};
         std::chrono::milliseconds statusHold{5000};
@@ -50,7 +51,6 @@ public:
     void jobsChanged();
 
 private:
-    [[nodiscard]] bool mayConvert_(const std::string& accessToken) const;
     [[nodiscard]] std::string link_(const std::string& method, const std::string& key, std::uint64_t limit) const;
     [[nodiscard]] HttpResponse statusAnswer_(const JobStatus& status) const;
 

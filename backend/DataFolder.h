@@ -18,6 +18,14 @@ public:
 
     [[nodiscard]] std::filesystem::path database() const { return folder_ / "service.sqlite"; }
 
+    [[nodiscard]] std::filesystem::path accounts() const { return folder_ / "accounts.sqlite"; }
+
+    /// What applications report about their use, and their log lines.
+    [[nodiscard]] std::filesystem::path telemetry() const { return folder_ / "telemetry.sqlite"; }
+
+    /// The mail that the service sends.
+    [[nodiscard]] std::filesystem::path outbox() const { return folder_ / "outbox"; }
+
     [[nodiscard]] std::filesystem::path secret() const { return folder_ / "link-key"; }
 
     [[nodiscard]] std::filesystem::path blobs() const { return folder_ / "blobs"; }

@@ -13,12 +13,13 @@ namespace VX
 {
 
 Housekeeping::Housekeeping(JobQueue& queue, const BlobStore& blobs, std::filesystem::path workFolder,
-                           std::chrono::seconds keep, std::chrono::milliseconds lease)
+                           std::chrono::seconds keep, std::chrono::milliseconds lease, std::function<void()> more)
     : queue_(queue)
     , blobs_(blobs)
     , workFolder_(std::move(workFolder))
     , keep_(keep)
     , lease_(lease)
+    , more_(std::move(more))
     , thread_([this] { work_(); })
 {
 }
@@ -60,6 +61,7 @@ void Housekeeping::clean_()
     if (removed > 0)
         spdlog::info("Removed {} old files.", removed);
     removeDeadWork_();
+    more_();
 }
 
 void Housekeeping::removeDeadWork_()

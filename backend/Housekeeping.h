@@ -5,6 +5,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <filesystem>
+#include <functional>
 #include <thread>
 
 namespace VX
@@ -24,8 +25,10 @@ public:
     /// @param workFolder  the folder with one folder for each running conversion
     /// @param keep        how long jobs and blobs stay
     /// @param lease       as the queue's
-    Housekeeping(JobQueue& queue, const BlobStore& blobs, std::filesystem::path workFolder, std::chrono::seconds keep,
-                 std::chrono::milliseconds lease);
+    /// @param more        is called each time too, on the same thread
+    Housekeeping(
+        JobQueue& queue, const BlobStore& blobs, std::filesystem::path workFolder, std::chrono::seconds keep,
+        std::chrono::milliseconds lease, std::function<void()> more = [] {});
     ~Housekeeping();
 
     Housekeeping(const Housekeeping&) = delete;
@@ -42,6 +45,7 @@ private:
     const std::filesystem::path workFolder_;
     const std::chrono::seconds keep_;
     const std::chrono::milliseconds lease_;
+    const std::function<void()> more_;
     Mutex mutex_;
     std::condition_variable_any stopped_;
     bool stopping_ VX_GUARDED_BY(mutex_) = false;

@@ -1,6 +1,7 @@
 #include "JobQueue.h"
 
 #include "RandomUuid.h"
+#include "SqliteSchema.h"
 
 #include <fmt/format.h>
 
@@ -12,7 +13,6 @@ namespace VX
 namespace
 {
 
-/// Of the tables below; a database with a greater one belongs to a newer version of the service.
 constexpr int schemaVersion = 1;
 
 constexpr const char* tables = R"(
@@ -73,34 +73,7 @@ JobQueue::JobQueue(SqliteDatabase database, JobQueueSettings settings)
 tl::expected<void, std::string> JobQueue::createTables_()
 {
     const MutexLock lock(mutex_);
-    const auto version = [this]() VX_REQUIRES(mutex_) -> tl::expected<std::int64_t, std::string>
-    {
-        auto statement = database_.prepare("PRAGMA user_version");
-        if (const auto row = statement.step(); !row)
-            return tl::unexpected(row.error());
-        return statement.integer(0);
-    };
-
-    // Read twice: without a lock, which is all that a later start needs, and again once no other process can create.
-    auto found = version();
-    if (found && *found == 0)
-    {
-        auto transaction = SqliteTransaction::begin(database_);
-        if (!transaction)
-            return tl::unexpected(transaction.error());
-        found = version();
-        if (found && *found == 0)
-        {
-            if (auto created = database_.execute(tables); !created)
-                return created;
-            return transaction->commit();
-        }
-    }
-    if (!found)
-        return tl::unexpected(found.error());
-    if (*found > schemaVersion)
-        return tl::unexpected(std::string("The database was written by a newer version: update this one."));
-    return {};
+    return createTables(database_, schemaVersion, tables);
 }
 
 void JobQueue::setListener(std::function<void()> listener)

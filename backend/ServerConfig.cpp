@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstring>
 #include <functional>
 #include <map>
 
@@ -70,11 +71,56 @@ Result readConverter(const std::string& name, const Json::Value& value, ServerCo
     return {};
 }
 
-Result readRequireToken(const std::string& name, const Json::Value& value, ServerConfig& config)
+Reader flag(bool ServerConfig::* member)
 {
-    if (!value.isBool())
-        return tl::unexpected(fmt::format("\"{}\" must be true or false.", name));
-    config.requireToken = value.asBool();
+    return [member](const std::string& name, const Json::Value& value, ServerConfig& config) -> Result
+    {
+        if (!value.isBool())
+            return tl::unexpected(fmt::format("\"{}\" must be true or false.", name));
+        config.*member = value.asBool();
+        return {};
+    };
+}
+
+Result readBlockedDomains(const std::string& name, const Json::Value& value, ServerConfig& config)
+{
+    const bool isList = value.isArray() && std::all_of(value.begin(), value.end(), [](const Json::Value& domain)
+                                                       { return domain.isString() && !domain.asString().empty(); });
+    if (!isList)
+        return tl::unexpected(fmt::format("\"{}\" must be a list of domains.", name));
+    for (const Json::Value& domain : value)
+        config.blockedDomains.push_back(toLower(domain.asString()));
+    return {};
+}
+
+/// Passwords go there: the way must be safe.
+bool isSafeUrl(const std::string& url)
+{
+    if (url.starts_with("https://"))
+        return true;
+    for (const char* local : {"http://127.0.0.1", "http://localhost", "http://[::1]"})
+        if (url.starts_with(local) &&
+            (url.size() == std::strlen(local) || url[std::strlen(local)] == ':' || url[std::strlen(local)] == '/'))
+            return true;
+    return false;
+}
+
+Result readIdentityEndpoint(const std::string& name, const Json::Value& value, ServerConfig& config)
+{
+    if (value.isString())
+        config.identityEndpoint = value.asString();
+    if (!isSafeUrl(config.identityEndpoint))
+        return tl::unexpected(
+            fmt::format("\"{}\" must be an https address, or an http address of this machine.", name));
+    return {};
+}
+
+Result readIdentityClientId(const std::string& name, const Json::Value& value, ServerConfig& config)
+{
+    if (value.isString())
+        config.identityClientId = value.asString();
+    if (config.identityClientId.empty())
+        return tl::unexpected(fmt::format("\"{}\" must be a string that is not empty.", name));
     return {};
 }
 
@@ -84,7 +130,11 @@ std::map<std::string, Reader> makeReaders()
     constexpr std::uint64_t tebibyte = mebibyte; // counted in mebibytes
     return {
         {"publicUrl", readPublicUrl},
-        {"requireToken", readRequireToken},
+        {"requireToken", flag(&ServerConfig::requireToken)},
+        {"trustForwardedFor", flag(&ServerConfig::trustForwardedFor)},
+        {"blockedDomains", readBlockedDomains},
+        {"identityEndpoint", readIdentityEndpoint},
+        {"identityClientId", readIdentityClientId},
         {"converter", readConverter},
         {"workers", number(1, 256, [](std::uint64_t n, ServerConfig& c) { c.workers = static_cast<unsigned>(n); })},
         {"timeLimitSeconds",
@@ -117,6 +167,8 @@ tl::expected<ServerConfig, std::string> readConfig(const Json::Value& document)
         if (auto read = reader->second(name, document[name], config); !read)
             return tl::unexpected(std::move(read.error()));
     }
+    if (config.identityEndpoint.empty() != config.identityClientId.empty())
+        return tl::unexpected(std::string("\"identityEndpoint\" and \"identityClientId\" go together."));
     return config;
 }
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace VX
 {
@@ -31,14 +32,18 @@ struct ServerConfig
     std::chrono::seconds linkLifetime{3600};             ///< of a presigned link
     std::chrono::seconds keep{24 * 3600};                ///< of jobs, uploads and results
     std::chrono::milliseconds statusHold{5000};          ///< how long a status answer waits for a change
+    std::vector<std::string> blockedDomains;             ///< in lower case; of addresses that cannot have an account
+    std::string identityEndpoint;   ///< URL of an identity provider that has the accounts; empty: this service has them
+    std::string identityClientId;   ///< of the application at that provider
+    bool trustForwardedFor = false; ///< whether a proxy in front of the service says who asks (X-Forwarded-For)
 };
 
 /// The values for a service without a configuration file: the ones above, with half of the machine's memory, and at
 /// least 1 GiB, for each conversion.
 [[nodiscard]] ServerConfig defaultServerConfig();
 
-/// Reads a configuration: a JSON object with the members that docs/developer/backend.md lists, all optional, over
-/// `defaultServerConfig`.
+/// Reads a configuration: a JSON object with the members that docs/developer/backend.md and accounts.md list, all
+/// optional, over `defaultServerConfig`.
 /// @return the configuration; what `deserializeJsonValue` says of text that is not JSON; or one sentence that names
 ///         the member that is unknown, of the wrong type or out of its range
 [[nodiscard]] tl::expected<ServerConfig, std::string> parseServerConfig(const std::string& text);

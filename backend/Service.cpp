@@ -11,11 +11,18 @@
 #include "Router.h"
 #include "SigningSecret.h"
 #include "StorageApi.h"
+#include "accounts/AccountServices.h"
+#include "telemetry/LogStore.h"
+#include "telemetry/TelemetryApi.h"
 
 #include <VXMesh/SystemPath.h>
+#include <VXMesh/Version.h>
 
 #include <fmt/format.h>
+#include <spdlog/spdlog.h>
 
+#include <algorithm>
+#include <chrono>
 #include <future>
 #include <utility>
 
@@ -25,9 +32,13 @@ namespace VX
 namespace
 {
 
-ConverterApi::Settings converterSettings(const ServerConfig& config, const std::shared_future<std::string>& publicUrl)
+constexpr std::chrono::hours logLifetime{24 * 30};
+
+ConverterApi::Settings converterSettings(const ServerConfig& config, const std::shared_future<std::string>& publicUrl,
+                                         AccountServices& accounts)
 {
-    return {.requireToken = config.requireToken,
+    return {.mayConvert = [&accounts, requireToken = config.requireToken](const std::string& token)
+            { return !requireToken || accounts.isSignedIn(token); },
             .uploadLimit = config.uploadLimit,
             .linkLifetime = config.linkLifetime,
             .statusHold = config.statusHold,
@@ -46,13 +57,25 @@ void answerHealth(const HttpRequest&, const HttpHandler::Respond& respond)
     respond(jsonAnswer(document));
 }
 
+/// The program is installed together with the application, so it knows the newest version of it. What a development
+/// build puts in front is no part of the number.
+void answerVersion(const HttpRequest&, const HttpHandler::Respond& respond)
+{
+    const std::string version = GetVXVersionString();
+    HttpResponse response;
+    response.headers["Content-Type"] = "text/plain";
+    response.headers["Cache-Control"] = "no-store";
+    response.body = version.substr(std::min(version.size(), version.find_first_of("0123456789")));
+    respond(std::move(response));
+}
+
 } // namespace
 
 class Service::Impl
 {
 public:
     Impl(ServerConfig config, const DataFolder& folder, std::unique_ptr<JobQueue> queue, BlobStore blobs,
-         const SigningSecret& secret);
+         const SigningSecret& secret, std::unique_ptr<AccountServices> accounts, std::unique_ptr<LogStore> logs);
 
     [[nodiscard]] tl::expected<void, std::string> serve(const HttpServer::Settings& http);
 
@@ -60,15 +83,19 @@ public:
 
 private:
     void addRoutes_();
+    void forgetExpired_();
 
     const ServerConfig config_;
     const DataFolder folder_;
     const std::unique_ptr<JobQueue> queue_;
     const BlobStore blobs_;
     const PresignedUrl links_;
+    const std::unique_ptr<AccountServices> accounts_;
+    const std::unique_ptr<LogStore> logs_;
     std::promise<std::string> publicUrl_; ///< known once the port is; a request that is faster waits for it
     ConverterApi converter_;
     StorageApi storage_;
+    TelemetryApi telemetry_;
     Router router_;
     ConversionWorkers workers_;
     std::unique_ptr<Housekeeping> housekeeping_;
@@ -76,14 +103,18 @@ private:
 };
 
 Service::Impl::Impl(ServerConfig config, const DataFolder& folder, std::unique_ptr<JobQueue> queue, BlobStore blobs,
-                    const SigningSecret& secret)
+                    const SigningSecret& secret, std::unique_ptr<AccountServices> accounts,
+                    std::unique_ptr<LogStore> logs)
     : config_(std::move(config))
     , folder_(folder)
     , queue_(std::move(queue))
     , blobs_(std::move(blobs))
     , links_(secret)
-    , converter_(*queue_, blobs_, links_, converterSettings(config_, publicUrl_.get_future().share()))
+    , accounts_(std::move(accounts))
+    , logs_(std::move(logs))
+    , converter_(*queue_, blobs_, links_, converterSettings(config_, publicUrl_.get_future().share(), *accounts_))
     , storage_(blobs_, links_)
+    , telemetry_(*logs_, [this](const std::string& token) { return accounts_->isSignedIn(token); })
     , workers_(*queue_, blobs_, conversionSettings(config_, folder_))
 {
     addRoutes_();
@@ -109,7 +140,17 @@ void Service::Impl::addRoutes_()
         [this](const auto& head) { return storage_.acceptUpload(head); });
     router_.add("GET", "/storage/", download);
     router_.add("HEAD", "/storage/", download);
+    accounts_->addRoutes(router_);
+    telemetry_.addRoutes(router_);
+    router_.add("GET", "/version/latesttag", answerVersion);
     router_.add("GET", "/healthz", answerHealth);
+}
+
+void Service::Impl::forgetExpired_()
+{
+    accounts_->forgetExpired();
+    if (const auto forgotten = logs_->forgetLinesOlderThan(std::chrono::system_clock::now() - logLifetime); !forgotten)
+        spdlog::warn("Old log lines cannot be removed: {}", forgotten.error());
 }
 
 tl::expected<void, std::string> Service::Impl::serve(const HttpServer::Settings& http)
@@ -120,7 +161,8 @@ tl::expected<void, std::string> Service::Impl::serve(const HttpServer::Settings&
     server_ = std::move(*server);
     publicUrl_.set_value(config_.publicUrl.empty() ? fmt::format("http://127.0.0.1:{}", port()) : config_.publicUrl);
     workers_.start(config_.workers);
-    housekeeping_ = std::make_unique<Housekeeping>(*queue_, blobs_, folder_.work(), config_.keep, config_.lease);
+    housekeeping_ = std::make_unique<Housekeeping>(*queue_, blobs_, folder_.work(), config_.keep, config_.lease,
+                                                   [this] { forgetExpired_(); });
     return {};
 }
 
@@ -148,7 +190,16 @@ Service::start(ServerConfig config, const std::filesystem::path& dataFolder, con
     if (!queue)
         return tl::unexpected(std::move(queue.error()));
 
-    auto impl = std::make_unique<Impl>(std::move(config), *folder, std::move(*queue), std::move(*blobs), *secret);
+    auto accounts = AccountServices::open(config, *folder, *secret);
+    if (!accounts)
+        return tl::unexpected(std::move(accounts.error()));
+
+    auto logs = LogStore::open(folder->telemetry());
+    if (!logs)
+        return tl::unexpected(std::move(logs.error()));
+
+    auto impl = std::make_unique<Impl>(std::move(config), *folder, std::move(*queue), std::move(*blobs), *secret,
+                                       std::move(*accounts), std::move(*logs));
     if (auto serving = impl->serve(http); !serving)
         return tl::unexpected(std::move(serving.error()));
     return std::unique_ptr<Service>(new Service(std::move(impl)));

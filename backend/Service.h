@@ -14,8 +14,9 @@
 namespace VX
 {
 
-/// The whole service over one data folder: the conversion protocol, the storage behind presigned links, and the
-/// conversions themselves.
+/// The whole service over one data folder: the conversion protocol, the storage behind presigned links, the
+/// conversions themselves, the accounts, and what applications
+/// report about their use.
 class Service
 {
 public:

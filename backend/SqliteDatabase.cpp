@@ -121,7 +121,8 @@ SqliteDatabase::SqliteDatabase(sqlite3* database)
 {
 }
 
-tl::expected<SqliteDatabase, std::string> SqliteDatabase::open(const std::filesystem::path& file)
+tl::expected<SqliteDatabase, std::string> SqliteDatabase::open(const std::filesystem::path& file,
+                                                               SqliteDurability durability)
 {
     sqlite3* handle = nullptr;
     // Callers take turns by themselves, so the library's own locking is left out.
@@ -137,12 +138,12 @@ tl::expected<SqliteDatabase, std::string> SqliteDatabase::open(const std::filesy
     std::filesystem::permissions(file, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write,
                                  ignored);
     sqlite3_busy_timeout(handle, busyTimeoutMs);
-    if (auto used = database.useWal_(); !used)
+    if (auto used = database.useWal_(durability); !used)
         return tl::unexpected(used.error());
     return database;
 }
 
-tl::expected<void, std::string> SqliteDatabase::useWal_()
+tl::expected<void, std::string> SqliteDatabase::useWal_(SqliteDurability durability)
 {
     // Changing the journal mode answers "busy" at once, whatever the time-out, while another process does the same.
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(busyTimeoutMs);
@@ -152,7 +153,8 @@ tl::expected<void, std::string> SqliteDatabase::useWal_()
             return tl::unexpected(errorText(database_.get()));
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
-    return execute("PRAGMA synchronous=NORMAL");
+    return execute(durability == SqliteDurability::PowerFailure ? "PRAGMA synchronous=FULL"
+                                                                : "PRAGMA synchronous=NORMAL");
 }
 
 SqliteStatement SqliteDatabase::prepare(std::string_view sql)

@@ -55,6 +55,13 @@ private:
     std::string error_; ///< of preparing or binding
 };
 
+/// What a committed transaction survives. The file stays whole in either case.
+enum class SqliteDurability
+{
+    ProcessCrash, ///< a power failure may lose those of the last moments
+    PowerFailure  ///< each waits for the disk
+};
+
 /// One connection to an SQLite file in WAL mode, shared with the connections of other processes.
 /// Errors are `diskFullText()`; `The database is busy: try again.`; `The database NAME is damaged: move it away and
 /// start the service again.`; and `The database NAME cannot be used: REASON.`
@@ -62,9 +69,9 @@ private:
 class SqliteDatabase
 {
 public:
-    /// Opens `file` and creates it where it is missing (mode 0600). A transaction that was committed survives a crash
-    /// of the process; one of the last moments before a power failure may be lost, the file is whole even then.
-    [[nodiscard]] static tl::expected<SqliteDatabase, std::string> open(const std::filesystem::path& file);
+    /// Opens `file` and creates it where it is missing (mode 0600).
+    [[nodiscard]] static tl::expected<SqliteDatabase, std::string>
+    open(const std::filesystem::path& file, SqliteDurability durability = SqliteDurability::ProcessCrash);
 
     [[nodiscard]] SqliteStatement prepare(std::string_view sql);
 
@@ -81,7 +88,7 @@ private:
     };
 
     explicit SqliteDatabase(sqlite3* database);
-    [[nodiscard]] tl::expected<void, std::string> useWal_();
+    [[nodiscard]] tl::expected<void, std::string> useWal_(SqliteDurability durability);
 
     std::unique_ptr<sqlite3, Close> database_;
 };

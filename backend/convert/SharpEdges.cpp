@@ -39,9 +39,9 @@ public:
     {
         std::vector<Polyline> lines;
         std::vector<int> seen;
-        for (const TopoDS_Shape& shape : neighbours)
+        for (TopTools_ListOfShape::Iterator neighbour(neighbours); neighbour.More(); neighbour.Next())
         {
-            const int index = faces_.FindIndex(shape);
+            const int index = faces_.FindIndex(neighbour.Value());
             if (index == 0 || std::ranges::find(seen, index) != seen.end())
                 continue;
             seen.push_back(index);
@@ -80,8 +80,8 @@ private:
             return;
         const std::uint32_t firstPoint = firstPoints_[static_cast<std::size_t>(index - 1)];
         Polyline line;
-        for (const int node : polygon->Nodes())
-            line.push_back(firstPoint + static_cast<std::uint32_t>(node - 1));
+        for (int number = 1; number <= polygon->NbNodes(); ++number)
+            line.push_back(firstPoint + static_cast<std::uint32_t>(polygon->Node(number) - 1));
         lines.push_back(std::move(line));
     }
 

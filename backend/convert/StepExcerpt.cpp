@@ -1,5 +1,9 @@
 #include "StepExcerpt.h"
 
+#include "StepGeometryTypes.h"
+#include "StepGrammar.h"
+#include "StepSoundness.h"
+
 #include <vector>
 
 namespace VX
@@ -8,114 +12,12 @@ namespace VX
 namespace
 {
 
-/// More than any schema nests; a reader's stack is limited.
-constexpr int maxNesting = 32;
-
-/// Checks the grammar token by token.
-class InstanceChecker
-{
-public:
-    explicit InstanceChecker(std::string_view text)
-        : tokens_(text)
-    {
-    }
-
-    bool check()
-    {
-        StepToken token = tokens_.next();
-        if (token.kind == StepTokenKind::Keyword)
-            return isKeyword_(token) && tokens_.next().kind == StepTokenKind::Open && list_() && atEnd_();
-        if (token.kind != StepTokenKind::Open)
-            return false;
-        StepTokenizer ahead({});
-        do
-        {
-            token = tokens_.next();
-            if (token.kind != StepTokenKind::Keyword || !isKeyword_(token) ||
-                tokens_.next().kind != StepTokenKind::Open || !list_())
-                return false;
-            ahead = tokens_;
-        } while (ahead.next().kind == StepTokenKind::Keyword);
-        return tokens_.next().kind == StepTokenKind::Close && atEnd_();
-    }
-
-private:
-    /// Keywords that a program defined for itself begin with "!" and mean nothing to others.
-    static bool isKeyword_(const StepToken& token) { return !token.text.starts_with('!'); }
-
-    bool atEnd_() { return tokens_.next().kind == StepTokenKind::End; }
-
-    static bool isValue_(const StepToken& token)
-    {
-        switch (token.kind)
-        {
-        case StepTokenKind::Number:
-            return parseStepNumber(token.text).has_value();
-        case StepTokenKind::Reference:
-        case StepTokenKind::String:
-        case StepTokenKind::Enumeration:
-        case StepTokenKind::Binary:
-        case StepTokenKind::Unset:
-        case StepTokenKind::Derived:
-            return true;
-        default:
-            return false;
-        }
-    }
-
-    /// What follows an opening parenthesis up to the one that closes it.
-    bool list_()
-    {
-        int depth = 1;
-        bool isFirst = true;
-        StepToken token = tokens_.next();
-        while (true)
-        {
-            // Here stands a value, or the end of a list without any.
-            if (isFirst && token.kind == StepTokenKind::Close)
-                --depth;
-            else
-            {
-                if (token.kind == StepTokenKind::Keyword && isKeyword_(token))
-                {
-                    token = tokens_.next();
-                    if (token.kind != StepTokenKind::Open)
-                        return false;
-                }
-                if (token.kind == StepTokenKind::Open)
-                {
-                    if (++depth > maxNesting)
-                        return false;
-                    isFirst = true;
-                    token = tokens_.next();
-                    continue;
-                }
-                if (!isValue_(token))
-                    return false;
-            }
-            // And here a comma or the ends of lists.
-            if (depth > 0)
-                token = tokens_.next();
-            while (depth > 0 && token.kind == StepTokenKind::Close)
-                if (--depth > 0)
-                    token = tokens_.next();
-            if (depth == 0)
-                return true;
-            if (token.kind != StepTokenKind::Comma)
-                return false;
-            isFirst = false;
-            token = tokens_.next();
-        }
-    }
-
-    StepTokenizer tokens_;
-};
-
 class ExcerptWriter
 {
 public:
     explicit ExcerptWriter(const StepFile& file)
         : file_(file)
+        , soundness_(file)
     {
     }
 
@@ -126,7 +28,8 @@ public:
         // Contexts come first and with their labels, by which the library tells uncertainties apart.
         for (const StepItem& item : items)
             numberOf_(contextOf_(item));
-        writeOpen_(true);
+        writeOpen_();
+        isContext_ = false;
         bool isEmpty = true;
         for (const StepItem& item : items)
         {
@@ -135,7 +38,7 @@ public:
             excerpt_.items.push_back(
                 {number == 0 ? 0 : writeRepresentation_(number, numberOf_(contextOf_(item))), number});
         }
-        writeOpen_(false);
+        writeOpen_();
         excerpt_.text += "ENDSEC;\nEND-ISO-10303-21;\n";
         if (isEmpty)
             excerpt_.text.clear();
@@ -155,12 +58,18 @@ private:
         if (index == noStepInstance)
             return 0;
         const auto [found, isNew] = excerpt_.numbers.try_emplace(index, 0);
-        if (isNew && isWellFormedStepInstance(file_[index].text))
+        if (isNew && canWrite_(index))
         {
             found->second = ++excerpt_.size;
             open_.push_back(index);
         }
         return found->second;
+    }
+
+    /// A context without one of its parts still tells the units.
+    [[nodiscard]] bool canWrite_(StepIndex index)
+    {
+        return isContext_ ? isWellFormedStepInstance(file_[index].text) : soundness_.isSound(index);
     }
 
     int writeRepresentation_(int item, int context)
@@ -173,19 +82,44 @@ private:
     }
 
     /// Writes the instances that have a number but are not written, and those that they refer to.
-    void writeOpen_(bool withLabels)
+    void writeOpen_()
     {
         while (!open_.empty())
         {
             const StepIndex index = open_.back();
             open_.pop_back();
-            writeInstance_(excerpt_.numbers.at(index), file_[index].text, withLabels);
+            excerpt_.text += '#' + std::to_string(excerpt_.numbers.at(index)) + '=';
+            if (!isContext_ && StepSoundness::isSet(file_.type(index)))
+                writeSet_(index);
+            else
+                writeInstance_(file_[index].text);
+            excerpt_.text += ";\n";
         }
     }
 
-    void writeInstance_(int number, std::string_view text, bool withLabels)
+    /// Writes a set of geometry with those of its members that are sound.
+    void writeSet_(StepIndex index)
     {
-        excerpt_.text += '#' + std::to_string(number) + '=';
+        StepTokenizer tokens(file_[index].text);
+        excerpt_.text += tokens.next().text;
+        excerpt_.text += "('',(";
+        const char* separator = "";
+        const std::vector<StepIndex> members = file_.references(file_[index].text);
+        for (std::size_t k = 0; k < members.size(); ++k)
+        {
+            const bool isUsable = mayReferTo(file_.type(index), k, members.size(), file_.type(members[k]));
+            const int number = isUsable ? numberOf_(members[k]) : 0;
+            if (number == 0)
+                continue;
+            excerpt_.text += separator;
+            appendReference_(number);
+            separator = ",";
+        }
+        excerpt_.text += "))";
+    }
+
+    void writeInstance_(std::string_view text)
+    {
         StepTokenizer tokens(text);
         for (StepToken token = tokens.next(); token.kind != StepTokenKind::End; token = tokens.next())
             switch (token.kind)
@@ -194,7 +128,7 @@ private:
                 appendReference_(numberOf_(find_(token.text)));
                 break;
             case StepTokenKind::String:
-                appendQuoted_('\'', withLabels ? token.text : std::string_view());
+                appendQuoted_('\'', isContext_ ? token.text : std::string_view());
                 break;
             case StepTokenKind::Enumeration:
                 appendQuoted_('.', token.text);
@@ -205,7 +139,6 @@ private:
             default:
                 excerpt_.text += token.text;
             }
-        excerpt_.text += ";\n";
     }
 
     [[nodiscard]] StepIndex find_(std::string_view digits) const
@@ -230,16 +163,13 @@ private:
     }
 
     const StepFile& file_;
+    StepSoundness soundness_;
+    bool isContext_ = true;       ///< contexts are being written, not yet geometry
     std::vector<StepIndex> open_; ///< instances with a number that are not written yet
     StepExcerpt excerpt_;
 };
 
 } // namespace
-
-bool isWellFormedStepInstance(std::string_view text)
-{
-    return InstanceChecker(text).check();
-}
 
 StepExcerpt makeStepExcerpt(const StepFile& file, std::span<const StepItem> items)
 {

@@ -30,12 +30,9 @@ struct StepExcerpt
 /// Writes `items` and everything that they refer to, and nothing else: no product structure, no styles, no product
 /// manufacturing information, all of which the library reads slowly. Each item gets a SHAPE_REPRESENTATION of its own
 /// with its context. Instances get new numbers from 1 without gaps, since the library takes numbers of 31 bits; labels
-/// are left empty. Instances that are missing or whose text is damaged are written as unset where others refer to them.
+/// are left empty. What is damaged is left out, with what needs it: see `StepSoundness`.
 /// @return the excerpt; its text is empty when no item could be written
 /// @threads any
 [[nodiscard]] StepExcerpt makeStepExcerpt(const StepFile& file, std::span<const StepItem> items);
-
-/// Whether `text` is an instance as the grammar of ISO 10303-21 wants it, so that a strict reader takes it.
-[[nodiscard]] bool isWellFormedStepInstance(std::string_view text);
 
 } // namespace VX

@@ -18,7 +18,7 @@ TEST(CommandArguments, readsEveryOption)
     EXPECT_EQ(arguments->configFile, "/c.json");
     EXPECT_EQ(arguments->listenFd, 5);
     EXPECT_TRUE(arguments->exitWithParent);
-    EXPECT_FALSE(arguments->help);
+    EXPECT_EQ(arguments->command, CommandArguments::Command::Serve);
 }
 
 TEST(CommandArguments, needsNoMoreThanFolderAndPort)
@@ -35,9 +35,37 @@ TEST(CommandArguments, helps)
 {
     const auto arguments = CommandArguments::parse({"--help"});
     ASSERT_TRUE(arguments);
-    EXPECT_TRUE(arguments->help);
-    for (const char* option : {"--data", "--port", "--listen-fd", "--config", "--exit-with-parent"})
+    EXPECT_EQ(arguments->command, CommandArguments::Command::Help);
+    for (const char* option : {"--data", "--port", "--listen-fd", "--config", "--exit-with-parent", "--password-stdin",
+                               "user add", "user list", "user remove", "user reset", "stats"})
         EXPECT_NE(commandHelp().find(option), std::string::npos) << option;
+}
+
+TEST(CommandArguments, readsWhatToDoWithUsers)
+{
+    const std::pair<std::vector<std::string>, CommandArguments::Command> cases[] = {
+        {{"user", "add", "a@b.c", "--password-stdin", "--data", "/d"}, CommandArguments::Command::UserAdd},
+        {{"user", "reset", "--data", "/d", "--password-stdin", "a@b.c"}, CommandArguments::Command::UserReset},
+        {{"user", "remove", "a@b.c", "--data", "/d"}, CommandArguments::Command::UserRemove},
+    };
+    for (const auto& [words, command] : cases)
+    {
+        const auto arguments = CommandArguments::parse(words);
+        ASSERT_TRUE(arguments) << arguments.error();
+        EXPECT_EQ(arguments->command, command);
+        EXPECT_EQ(arguments->address, "a@b.c");
+        EXPECT_EQ(arguments->dataFolder, "/d");
+    }
+    const auto list = CommandArguments::parse({"user", "list", "--data", "/d"});
+    ASSERT_TRUE(list) << list.error();
+    EXPECT_EQ(list->command, CommandArguments::Command::UserList);
+}
+
+TEST(CommandArguments, readsStats)
+{
+    const auto arguments = CommandArguments::parse({"stats", "--data", "/d"});
+    ASSERT_TRUE(arguments) << arguments.error();
+    EXPECT_EQ(arguments->command, CommandArguments::Command::Stats);
 }
 
 TEST(CommandArguments, saysWhatIsWrong)
@@ -52,6 +80,15 @@ TEST(CommandArguments, saysWhatIsWrong)
         {{"serve", "--port", "65536"}, "\"--port\" needs a whole number from 0 to 65535."},
         {{"serve", "--port", "-1"}, "\"--port\" needs a whole number from 0 to 65535."},
         {{"serve", "--port", "80x"}, "\"--port\" needs a whole number from 0 to 65535."},
+        {{"user"}, "Say what to do with users: \"add\", \"list\", \"remove\" or \"reset\"."},
+        {{"user", "rename"}, "Say what to do with users: \"add\", \"list\", \"remove\" or \"reset\"."},
+        {{"user", "add", "--password-stdin", "--data", "/d"}, "The e-mail address is missing."},
+        {{"user", "add", "a@b.c", "--data", "/d"}, "\"--password-stdin\" is missing."},
+        {{"user", "add", "a@b.c", "d@e.f"}, "\"d@e.f\" is not known."},
+        {{"user", "add", "a@b.c", "--password", "x"}, "\"--password\" is not known."},
+        {{"user", "list", "a@b.c"}, "\"a@b.c\" is not known."},
+        {{"user", "list"}, "\"--data\" is missing."},
+        {{"stats", "--port", "1"}, "\"--port\" is not known."},
         {{"serve", "--listen-fd", ""}, "\"--listen-fd\" needs a whole number from 0 to 2147483647."},
     };
     for (const auto& [arguments, error] : cases)

@@ -17,7 +17,9 @@ TEST(ServerConfig, readsEverySetting)
     const auto config = parseServerConfig(R"({
         "publicUrl": "https://service.example/quorvix/", "requireToken": true, "converter": "/opt/convert",
         "workers": 3, "timeLimitSeconds": 60, "memoryLimitMiB": 100, "inputLimitMiB": 5, "uploadLimitMiB": 2,
-        "leaseSeconds": 7, "linkLifetimeSeconds": 8, "keepSeconds": 9, "statusHoldMilliseconds": 10})");
+        "leaseSeconds": 7, "linkLifetimeSeconds": 8, "keepSeconds": 9, "statusHoldMilliseconds": 10,
+        "blockedDomains": ["Example.com", "b.c"], "trustForwardedFor": true,
+        "identityEndpoint": "https://identity.example/", "identityClientId": "client"})");
     ASSERT_TRUE(config) << config.error();
     EXPECT_EQ(config->publicUrl, "https://service.example/quorvix");
     EXPECT_TRUE(config->requireToken);
@@ -31,6 +33,10 @@ TEST(ServerConfig, readsEverySetting)
     EXPECT_EQ(config->linkLifetime, 8s);
     EXPECT_EQ(config->keep, 9s);
     EXPECT_EQ(config->statusHold, 10ms);
+    EXPECT_EQ(config->blockedDomains, (std::vector<std::string>{"example.com", "b.c"}));
+    EXPECT_TRUE(config->trustForwardedFor);
+    EXPECT_EQ(config->identityEndpoint, "https://identity.example/");
+    EXPECT_EQ(config->identityClientId, "client");
 }
 
 TEST(ServerConfig, keepsTheDefaultOfWhatIsLeftOut)
@@ -54,6 +60,15 @@ TEST(ServerConfig, refusesWhatItDoesNotUnderstand)
         {R"({"workers": "2"})", "\"workers\" must be a whole number from 1 to 256."},
         {R"({"leaseSeconds": 301})", "\"leaseSeconds\" must be a whole number from 1 to 300."},
         {R"({"requireToken": 1})", "\"requireToken\" must be true or false."},
+        {R"({"identityEndpoint": "http://a.b", "identityClientId": "c"})",
+         "\"identityEndpoint\" must be an https address, or an http address of this machine."},
+        {R"({"identityEndpoint": "http://127.0.0.1.evil.example", "identityClientId": "c"})",
+         "\"identityEndpoint\" must be an https address, or an http address of this machine."},
+        {R"({"identityClientId": ""})", "\"identityClientId\" must be a string that is not empty."},
+        {R"({"identityClientId": "c"})", "\"identityEndpoint\" and \"identityClientId\" go together."},
+        {R"({"trustForwardedFor": "yes"})", "\"trustForwardedFor\" must be true or false."},
+        {R"({"blockedDomains": "a.b"})", "\"blockedDomains\" must be a list of domains."},
+        {R"({"blockedDomains": [1]})", "\"blockedDomains\" must be a list of domains."},
         {R"({"publicUrl": 1})", "\"publicUrl\" must be an http or https address."},
         {R"({"publicUrl": "ftp://a"})", "\"publicUrl\" must be an http or https address."},
         {R"({"converter": "convert"})", "\"converter\" must be the absolute path of a program."},

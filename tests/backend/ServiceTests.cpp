@@ -72,7 +72,7 @@ TEST_F(ServiceTest, tellsThatItIsAlive)
 TEST_F(ServiceTest, answersOtherPathsWithAnError)
 {
     start();
-    const auto answer = client().send("GET", "/auth");
+    const auto answer = client().send("GET", "/nothing");
     EXPECT_EQ(answer.status, 404);
     EXPECT_EQ(answer.errorMessage(), "There is nothing under this address.");
 }
@@ -191,8 +191,17 @@ TEST_F(ServiceTest, asksForATokenWhereOneIsRequired)
     body["access_token"] = "";
     EXPECT_EQ(client().post("/converter/v2/request", body).errorMessage(), "Sign in to convert files.");
     body["access_token"] = "token";
-    EXPECT_EQ(client().post("/converter/v2/request", body).status, 200);
+    EXPECT_EQ(client().post("/converter/v2/request", body).errorMessage(), "Sign in to convert files.");
     EXPECT_EQ(client().convert("id").errorMessage(), "Sign in to convert files.");
+}
+
+TEST_F(ServiceTest, tellsTheVersionOfTheApplication)
+{
+    start();
+    const auto answer = client().send("GET", "/version/latesttag");
+    EXPECT_EQ(answer.status, 200);
+    EXPECT_TRUE(std::regex_match(answer.body, std::regex("[0-9]+(\\.[0-9]+){3}"))) << answer.body;
+    EXPECT_NE(answer.head.find("Content-Type: text/plain\r\n"), std::string::npos) << answer.head;
 }
 
 TEST_F(ServiceTest, acceptsATokenWhereNoneIsRequired)

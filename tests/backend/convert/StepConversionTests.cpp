@@ -1,3 +1,4 @@
+#include "SceneFacts.h"
 #include "StepTextBuilder.h"
 
 #include <VXMesh/ObjectFile.h>
@@ -14,14 +15,9 @@
 #include <backend/convert/StepConversion.h>
 #include <tests/support/TempDir.h>
 
-#include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <map>
-#include <set>
 #include <string>
-#include <vector>
 
 namespace VX
 {
@@ -29,7 +25,10 @@ namespace VX
 namespace
 {
 
+using Test::expectBox;
+using Test::factsOf;
 using Test::readFile;
+using Test::SceneFacts;
 using Test::stepFileText;
 using Test::StepTextBuilder;
 using Test::TempDir;
@@ -38,67 +37,6 @@ using testing::SizeIs;
 using testing::UnorderedElementsAre;
 
 using Scene = tl::expected<std::shared_ptr<Object>, std::string>;
-
-/// What a scene shows.
-struct SceneFacts
-{
-    std::vector<const ObjectMesh*> parts;
-    std::set<const Mesh*> meshes;
-    std::multiset<std::string> names;
-    std::set<std::string> colors; ///< of faces, "#rrggbb"
-    std::size_t triangles = 0;
-    double area = 0;
-    bool isFinite = true;
-};
-
-std::string hex(Color color)
-{
-    std::array<char, 8> text{};
-    std::snprintf(text.data(), text.size(), "#%02x%02x%02x", color.r, color.g, color.b);
-    return text.data();
-}
-
-void addMesh(SceneFacts& facts, const ObjectMesh& object)
-{
-    const Mesh& mesh = *object.mesh();
-    facts.parts.push_back(&object);
-    facts.meshes.insert(&mesh);
-    facts.triangles += mesh.triangles.size();
-    for (const Vector3f& point : mesh.points)
-        facts.isFinite = facts.isFinite && point.allFinite();
-    for (const Triangle& t : mesh.triangles)
-        facts.area += (mesh.points[t[1]] - mesh.points[t[0]]).cross(mesh.points[t[2]] - mesh.points[t[0]]).norm() / 2;
-    if (mesh.faceColors.empty())
-        facts.colors.insert(hex(object.color()));
-    for (const Color& color : mesh.faceColors)
-        facts.colors.insert(hex(color));
-}
-
-SceneFacts factsOf(const Object& scene)
-{
-    SceneFacts facts;
-    visitObjects(scene,
-                 [&](const Object& object)
-                 {
-                     if (object.typeName() != "ObjectLines" && !object.name().empty())
-                         facts.names.insert(object.name());
-                     if (const auto* mesh = dynamic_cast<const ObjectMesh*>(&object))
-                         addMesh(facts, *mesh);
-                 });
-    return facts;
-}
-
-/// The box within a thousandth of its diagonal, as exactly as the triangles follow the surfaces.
-void expectBox(const Object& scene, const Vector3d& min, const Vector3d& max)
-{
-    const Box3d box = scene.worldBox();
-    const double tolerance = 0.001 * (max - min).norm();
-    for (int axis = 0; axis < 3; ++axis)
-    {
-        EXPECT_NEAR(box.min()[axis], min[axis], tolerance) << axis;
-        EXPECT_NEAR(box.max()[axis], max[axis], tolerance) << axis;
-    }
-}
 
 Scene readText(const std::string& text)
 {
@@ -126,95 +64,6 @@ std::string boxText(const char* unit)
     return readFile(path);
 }
 
-class SampleFiles : public testing::Test
-{
-protected:
-    /// Reads one of the samples that are kept beside the repository.
-    Scene read_(const std::string& name)
-    {
-        const std::filesystem::path path = std::filesystem::path(QX_SOURCE_DIR "/../shared/samples") / name;
-        if (!std::filesystem::exists(path))
-            return tl::unexpected<std::string>("samples are not here");
-        return readStepFile(path);
-    }
-};
-
-// The boxes and areas are those of the solids in the whole file, computed by the library from the exact surfaces.
-
-TEST_F(SampleFiles, Ctc01)
-{
-    const Scene scene = read_("nist_ctc_01_asme1_ap242-e1.stp");
-    if (!scene && scene.error() == "samples are not here")
-        GTEST_SKIP() << scene.error();
-    ASSERT_TRUE(scene) << scene.error();
-    const SceneFacts facts = factsOf(**scene);
-    EXPECT_THAT(facts.parts, SizeIs(1));
-    EXPECT_THAT(facts.names, UnorderedElementsAre("NIST Complex Test Case 1"));
-    EXPECT_THAT(facts.colors, UnorderedElementsAre("#c0a9f9"));
-    EXPECT_GT(facts.triangles, 1000U);
-    EXPECT_TRUE(facts.isFinite);
-    EXPECT_NEAR(facts.area, 807080.822, 807.0);
-    expectBox(**scene, {-400, -225, -100}, {400, 225, 50});
-}
-
-TEST_F(SampleFiles, Ctc03)
-{
-    const Scene scene = read_("nist_ctc_03_asme1_ap242-e2.stp");
-    if (!scene && scene.error() == "samples are not here")
-        GTEST_SKIP() << scene.error();
-    ASSERT_TRUE(scene) << scene.error();
-    const SceneFacts facts = factsOf(**scene);
-    EXPECT_THAT(facts.parts, SizeIs(1));
-    EXPECT_THAT(facts.names, UnorderedElementsAre("Test Case 3 Baseline"));
-    EXPECT_THAT(facts.colors, UnorderedElementsAre("#d2d2ff"));
-    EXPECT_TRUE(facts.isFinite);
-    EXPECT_NEAR(facts.area, 354787.650, 355.0);
-    expectBox(**scene, {-249.557540, 0, 0}, {53.402246, 485.444800, 162.689737});
-}
-
-TEST_F(SampleFiles, Stc06)
-{
-    const Scene scene = read_("nist_stc_06_asme1_ap242-e3.stp");
-    if (!scene && scene.error() == "samples are not here")
-        GTEST_SKIP() << scene.error();
-    ASSERT_TRUE(scene) << scene.error();
-    const SceneFacts facts = factsOf(**scene);
-    EXPECT_THAT(facts.parts, SizeIs(1));
-    EXPECT_THAT(facts.names, UnorderedElementsAre("nist_stc_06_asme1"));
-    EXPECT_THAT(facts.colors, UnorderedElementsAre("#98aaaf"));
-    EXPECT_TRUE(facts.isFinite);
-    EXPECT_NEAR(facts.area, 283414.452, 284.0);
-    expectBox(**scene, {0, -152.4, 0}, {247.65, 152.4, 97.79});
-}
-
-TEST(OwnSample, HasItsAssemblyNamesColoursAndSharedParts)
-{
-    const Scene scene = readStepFile(QX_SOURCE_DIR "/samples/bearing-block.step");
-    ASSERT_TRUE(scene) << scene.error();
-    ASSERT_THAT((*scene)->children(), SizeIs(1));
-    EXPECT_EQ((*scene)->children()[0]->name(), "Bearing block");
-    const SceneFacts facts = factsOf(**scene);
-    EXPECT_THAT(facts.parts, SizeIs(25));
-    // The block, two rings of the bearing, the ball, the shaft, the bolt, the washer and the retaining ring.
-    EXPECT_THAT(facts.meshes, SizeIs(8));
-    EXPECT_EQ(facts.names.count("Ball bearing"), 1U);
-    EXPECT_EQ(facts.names.count("Ball 11"), 1U);
-    EXPECT_EQ(facts.names.count("Bolt 4"), 1U);
-    EXPECT_EQ(facts.names.count("Washer M8"), 4U);
-    EXPECT_TRUE(facts.isFinite);
-    expectBox(**scene, {-60, -65, -9.4}, {60, 65, 82});
-
-    std::map<std::string, const ObjectMesh*> byName;
-    for (const ObjectMesh* part : facts.parts)
-        byName[part->name()] = part;
-    EXPECT_THAT(byName.at("Block")->mesh()->faceColors, testing::Contains(Color{72, 122, 168}));
-    EXPECT_THAT(byName.at("Block")->mesh()->faceColors, testing::Contains(Color{206, 210, 214}));
-    EXPECT_EQ(byName.at("Shaft")->color(), (Color{168, 173, 178}));
-    EXPECT_EQ(byName.at("Retaining ring front")->color(), (Color{64, 66, 70}));
-    EXPECT_EQ(byName.at("Retaining ring back")->color(), (Color{214, 62, 48}));
-    EXPECT_EQ(byName.at("Retaining ring front")->mesh(), byName.at("Retaining ring back")->mesh());
-}
-
 TEST(StepConversion, ConvertsUnitsToMillimetres)
 {
     for (const auto& [unit, factor] : {std::pair{"MM", 1.0}, {"INCH", 25.4}, {"M", 1000.0}})
@@ -240,7 +89,7 @@ TEST(StepConversion, ReadsTessellatedAssemblies)
     EXPECT_THAT(facts.names, UnorderedElementsAre("Top", "Wedge:1", "Wedge:2"));
     EXPECT_THAT(facts.meshes, SizeIs(1));
     EXPECT_EQ(facts.triangles, 8U);
-    expectBox(**scene, {-12, 0, 0}, {12, 2, 2});
+    expectBox(**scene, Box3d(Vector3d(-12, 0, 0), Vector3d(12, 2, 2)));
 }
 
 TEST(StepConversion, TakesExactGeometryWhereThereIsBoth)
@@ -254,7 +103,7 @@ TEST(StepConversion, TakesExactGeometryWhereThereIsBoth)
                                        "#9003=TESSELLATED_SHELL('',(#9002),$);");
     const Scene scene = readText(text);
     ASSERT_TRUE(scene) << scene.error();
-    expectBox(**scene, {0, 0, 0}, {1, 2, 3});
+    expectBox(**scene, Box3d(Vector3d(0, 0, 0), Vector3d(1, 2, 3)));
 }
 
 TEST(StepConversion, TellsBodiesOfAPartApartByTheirNames)

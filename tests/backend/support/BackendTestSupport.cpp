@@ -13,7 +13,6 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <thread>
 
 namespace VX::Test
 {
@@ -38,18 +37,6 @@ std::string zipOf(const std::vector<std::pair<std::string, std::string>>& entrie
     if (zip_close(zip) != 0)
         std::abort();
     return readFile(file);
-}
-
-bool waitUntil(const std::function<bool()>& condition)
-{
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (!condition())
-    {
-        if (std::chrono::steady_clock::now() > deadline)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    return true;
 }
 
 std::vector<std::string> readLines(const std::filesystem::path& file)
@@ -80,15 +67,16 @@ std::string ClientAnswer::errorMessage() const
     return isError ? document["error"]["message"].asString() : std::string();
 }
 
-ClientAnswer Client::send(std::string_view method, std::string target, std::string_view body) const
+ClientAnswer Client::send(std::string_view method, std::string target, std::string_view body,
+                          std::string_view headers) const
 {
     if (const auto host = target.find("://"); host != std::string::npos)
         target.erase(0, target.find('/', host + 3));
     auto socket = RawSocket::connect(port_);
     if (!socket.isOpen())
         return {};
-    socket.send(fmt::format("{} {} HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: close\r\nContent-Length: {}\r\n\r\n",
-                            method, target, body.size()));
+    socket.send(fmt::format("{} {} HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: close\r\nContent-Length: {}\r\n{}\r\n",
+                            method, target, body.size(), headers));
     socket.send(body);
     const std::string text = socket.receiveAll();
     const auto headEnd = text.find("\r\n\r\n");

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/WaitUntil.h"
+
 #include <json/value.h>
 
 #include <backend/JobQueue.h>
@@ -7,7 +9,6 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -21,9 +22,6 @@ namespace VX::Test
 
 /// Writes a zip archive of these entries, names and contents, and gives back its bytes.
 [[nodiscard]] std::string zipOf(const std::vector<std::pair<std::string, std::string>>& entries);
-
-/// Asks every few milliseconds. @return false where `condition` is not true within half a minute
-[[nodiscard]] bool waitUntil(const std::function<bool()>& condition);
 
 [[nodiscard]] std::vector<std::string> readLines(const std::filesystem::path& file);
 
@@ -53,8 +51,10 @@ public:
     {
     }
 
-    /// @param target  path and query, or a whole link of the service
-    [[nodiscard]] ClientAnswer send(std::string_view method, std::string target, std::string_view body = {}) const;
+    /// @param target   path and query, or a whole link of the service
+    /// @param headers  more header fields, each with its line end
+    [[nodiscard]] ClientAnswer send(std::string_view method, std::string target, std::string_view body = {},
+                                    std::string_view headers = {}) const;
 
     [[nodiscard]] ClientAnswer post(const std::string& path, const Json::Value& body) const;
 

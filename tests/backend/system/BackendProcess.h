@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/Processes.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -43,13 +45,5 @@ int runBackend(const std::vector<std::string>& arguments, const std::filesystem:
 /// Starts a shell that starts the program and waits for it. Its own number is the result, the program's number is
 /// written to `numberFile`.
 int startShellOfBackend(const std::vector<std::string>& arguments, const std::filesystem::path& numberFile);
-
-/// Kills a process, of ours or not.
-void killProcess(int id);
-
-/// The numbers of the running processes that `parent` has started.
-[[nodiscard]] std::vector<int> childrenOf(int parent);
-
-[[nodiscard]] bool isRunning(int id);
 
 } // namespace VX::Test

@@ -1,8 +1,6 @@
 #include "BackendProcess.h"
 #include "tests/support/RawSocket.h"
 
-#include <fmt/format.h>
-
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -10,7 +8,6 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <fstream>
 #include <utility>
 
 namespace VX::Test
@@ -20,18 +17,6 @@ namespace
 {
 
 constexpr int handedSocket = 10;
-
-/// The letter of the process's state and the number of its parent; a zero where there is no such process.
-std::pair<char, int> stateOf(int id)
-{
-    std::ifstream stream(fmt::format("/proc/{}/stat", id));
-    std::string line;
-    std::getline(stream, line);
-    const auto name = line.rfind(") ");
-    if (name == std::string::npos)
-        return {};
-    return {line[name + 2], std::atoi(line.c_str() + name + 4)};
-}
 
 int spawn(const std::filesystem::path& program, const std::vector<std::string>& arguments,
           const std::filesystem::path& log, int socket = -1)
@@ -109,30 +94,6 @@ int startShellOfBackend(const std::vector<std::string>& arguments, const std::fi
     std::vector<std::string> shell{"-c", "\"$@\" 2>/dev/null & echo $!; wait", "sh", backendProgram().string()};
     shell.insert(shell.end(), arguments.begin(), arguments.end());
     return spawn("/bin/sh", shell, numberFile);
-}
-
-void killProcess(int id)
-{
-    kill(id, SIGKILL);
-    waitpid(id, nullptr, 0);
-}
-
-std::vector<int> childrenOf(int parent)
-{
-    std::vector<int> children;
-    for (const auto& entry : std::filesystem::directory_iterator("/proc"))
-    {
-        const int id = std::atoi(entry.path().filename().c_str());
-        if (id > 0 && stateOf(id).second == parent && isRunning(id))
-            children.push_back(id);
-    }
-    return children;
-}
-
-bool isRunning(int id)
-{
-    const char state = stateOf(id).first;
-    return state != 0 && state != 'Z' && state != 'X';
 }
 
 } // namespace VX::Test

@@ -2,6 +2,7 @@
 
 #include <backend/convert/SceneBuilder.h>
 #include <backend/convert/StepExcerpt.h>
+#include <backend/convert/StepGrammar.h>
 #include <backend/convert/StepScanner.h>
 #include <backend/convert/StepStructure.h>
 #include <backend/convert/StepStyles.h>
