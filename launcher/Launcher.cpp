@@ -55,6 +55,18 @@ void reportOnStandardError(NotificationType type, const std::string& text)
         noteFailure(getViewerInstance());
 }
 
+/// A run that was to write something and did not has failed.
+void endOnRequest(bool batch)
+{
+    Viewer& viewer = getViewerInstance();
+    if (batch)
+    {
+        fmt::print(stderr, "Quorvix was asked to end before it was done: nothing was written.\n");
+        noteFailure(viewer);
+    }
+    viewer.requestClose();
+}
+
 /// The viewer as `line` asks for it, but for what it is to do with the files.
 LaunchParams launchParams(const CommandLine& line)
 {
@@ -87,16 +99,12 @@ int runLauncher(const CommandLine& line, const std::vector<std::string>& argumen
         fmt::print(stderr, "{}\n", services.error());
         return 2;
     }
-    const auto startServices = [local = services->get()]
-    {
-        if (local)
-            local->start();
-    };
-    if (!line.isBatch())
-        startServices();
-    installStepOpener(getViewerInstance(), startServices);
+    if (*services && !line.isBatch())
+        (*services)->start();
+    installStepOpener(getViewerInstance(), services->get());
 
-    const TerminationSignals signals([] { CommandLoop::appendCommand([] { getViewerInstance().requestClose(); }); });
+    const TerminationSignals signals([batch = line.isBatch()]
+                                     { CommandLoop::appendCommand([batch] { endOnRequest(batch); }); });
     return launchViewer(arguments, launchParams(line), ViewerSetup());
 }
 

@@ -3,11 +3,13 @@
 #include <VXMesh/StringConvert.h>
 #include <VXMesh/SystemPath.h>
 #include <VXMesh/UserFolders.h>
+#include <VXViewer/Locale.h>
 
 #include <fmt/format.h>
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -34,6 +36,12 @@ std::filesystem::path serviceLog()
     if (!missing && size > largestLog)
         std::filesystem::rename(file, folder / "services.1.log", missing);
     return file;
+}
+
+bool waitReadable(int socket)
+{
+    pollfd entry{socket, POLLIN, 0};
+    return poll(&entry, 1, 0) > 0;
 }
 
 } // namespace
@@ -81,8 +89,40 @@ void LocalServices::start()
                                                       {"serve", "--listen-fd", "3", "--data",
                                                        utf8string(getUserDataDir() / "services"), "--exit-with-parent"},
                                                       socket_,
-                                                      serviceLog()});
+                                                      serviceLog(),
+                                                      [this](const std::string& reason) { noteEnd_(reason); }});
                    });
+}
+
+std::string LocalServices::failure() const
+{
+    const MutexLock lock(mutex_);
+    return failure_;
+}
+
+void LocalServices::noteEnd_(const std::string& reason)
+{
+    {
+        const MutexLock lock(mutex_);
+        failure_ = reason.empty()
+                       ? reason
+                       : fmt::format(fmt::runtime(Locale::translate("The conversion service of this computer cannot be "
+                                                                    "started. {}")),
+                                     reason);
+    }
+    if (!reason.empty())
+        turnAway_();
+}
+
+void LocalServices::turnAway_() const
+{
+    while (waitReadable(socket_))
+    {
+        const int connection = ::accept4(socket_, nullptr, nullptr, SOCK_CLOEXEC);
+        if (connection < 0)
+            return;
+        close(connection);
+    }
 }
 
 } // namespace VX

@@ -1,16 +1,15 @@
 #pragma once
 
-#include <functional>
-
 namespace VX
 {
 
+class LocalServices;
 class Viewer;
 
 /// Lets `viewer` open .step and .stp files through the conversion service, conversions of files with the same stem one
 /// after another.
-/// @param startServices  called before each conversion on its worker thread; may be empty
+/// @param services  started with the first conversion; null where the service runs elsewhere. They outlive the openers
 /// @threads UI thread
-void installStepOpener(Viewer& viewer, std::function<void()> startServices);
+void installStepOpener(Viewer& viewer, LocalServices* services);
 
 } // namespace VX

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -22,6 +23,10 @@ public:
         /// What the process writes to its standard error is appended here (mode 0600); empty: it goes to this
         /// process's own. The folder exists.
         std::filesystem::path logFile;
+        /// Called on a thread of its own whenever the process could not be started, or ended without being asked to:
+        /// with one sentence where it gave up by itself (what it wrote last, where that is known), with an empty text
+        /// where something else ended it. May be empty.
+        std::function<void(const std::string& reason)> ended;
     };
 
     /// Starts the process on a thread of its own and returns at once; failures to start are logged and tried again.

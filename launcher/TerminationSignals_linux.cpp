@@ -26,6 +26,12 @@ std::atomic<int>& eventOfSignals()
     return event;
 }
 
+void endAtSignals()
+{
+    for (const int signal : handledSignals)
+        ::signal(signal, SIG_DFL);
+}
+
 void addTo(int event)
 {
     const std::uint64_t one = 1;
@@ -35,6 +41,8 @@ void addTo(int event)
 extern "C" void noteSignal(int)
 {
     const int savedError = errno;
+    // The next one, of whatever kind, ends the process.
+    endAtSignals();
     addTo(eventOfSignals());
     errno = savedError;
 }
@@ -51,8 +59,7 @@ public:
         eventOfSignals() = event_;
         struct sigaction action{};
         action.sa_handler = noteSignal;
-        // The second one finds the default action.
-        action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
+        action.sa_flags = SA_RESTART;
         for (const int signal : handledSignals)
             ::sigaction(signal, &action, nullptr);
         thread_ = std::thread([this] { listen_(); });
@@ -60,8 +67,7 @@ public:
 
     ~Impl()
     {
-        for (const int signal : handledSignals)
-            ::signal(signal, SIG_DFL);
+        endAtSignals();
         ending_ = true;
         addTo(event_);
         thread_.join();

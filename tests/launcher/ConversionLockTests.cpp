@@ -1,5 +1,7 @@
 #include "launcher/ConversionLock.h"
 
+#include <VXMesh/AtomicFile.h>
+
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <tests/quorvix/converter/OutputDirectory.h>
@@ -26,7 +28,7 @@ protected:
     void SetUp() override
     {
         OutputDirectoryTest::SetUp();
-        std::filesystem::remove(output("locked.part.lock"));
+        std::filesystem::remove(output_("locked.part.lock"));
     }
 
     /// A second try for the same right, on a thread of its own.
@@ -49,12 +51,12 @@ protected:
                                              });
     };
 
-    static bool isLocked(const std::filesystem::path& input)
+    static bool isLocked_(const std::filesystem::path& input)
     {
         return !ConversionLock::acquire(input, [](float) { return false; });
     }
 
-    const std::filesystem::path lockFile_ = output("locked.part.lock");
+    const std::filesystem::path lockFile_ = output_("locked.part.lock");
 };
 
 /// Runs `task` in a process of its own. @return its exit code
@@ -83,7 +85,7 @@ TEST_F(ConversionLockTest, isAFileThatEveryUserMayLockAndThatGoesWithIt)
         const auto lock = ConversionLock::acquire("/some/folder/locked.part.step", {});
         ::umask(before);
         ASSERT_TRUE(lock) << lock.error();
-        EXPECT_EQ(modeOf(lockFile_), 0666U);
+        EXPECT_EQ(modeOf_(lockFile_), 0666U);
     }
     EXPECT_FALSE(std::filesystem::exists(lockFile_));
 }
@@ -91,10 +93,10 @@ TEST_F(ConversionLockTest, isAFileThatEveryUserMayLockAndThatGoesWithIt)
 TEST_F(ConversionLockTest, isOneForEveryInputOfTheStem)
 {
     const auto lock = ConversionLock::acquire("/some/folder/locked.part.step", {});
-    EXPECT_TRUE(isLocked("locked.part.step"));
-    EXPECT_TRUE(isLocked("/another/folder/locked.part.STP"));
-    EXPECT_FALSE(isLocked("locked.part.two.step"));
-    EXPECT_FALSE(isLocked("locked.step"));
+    EXPECT_TRUE(isLocked_("locked.part.step"));
+    EXPECT_TRUE(isLocked_("/another/folder/locked.part.STP"));
+    EXPECT_FALSE(isLocked_("locked.part.two.step"));
+    EXPECT_FALSE(isLocked_("locked.step"));
 }
 
 TEST_F(ConversionLockTest, isWaitedForUntilItIsFree)
@@ -116,9 +118,9 @@ TEST_F(ConversionLockTest, isNotWaitedForAfterACancel)
 TEST_F(ConversionLockTest, staysWithItsOwnerWhenAnotherGivesUp)
 {
     const auto lock = ConversionLock::acquire("locked.part.step", {});
-    EXPECT_TRUE(isLocked("locked.part.step"));
+    EXPECT_TRUE(isLocked_("locked.part.step"));
     EXPECT_TRUE(std::filesystem::exists(lockFile_));
-    EXPECT_TRUE(isLocked("locked.part.step"));
+    EXPECT_TRUE(isLocked_("locked.part.step"));
 }
 
 TEST_F(ConversionLockTest, canBeMovedOn)
@@ -126,17 +128,17 @@ TEST_F(ConversionLockTest, canBeMovedOn)
     auto first = ConversionLock::acquire("locked.part.step", {});
     {
         const ConversionLock moved = std::move(*first);
-        EXPECT_TRUE(isLocked("locked.part.step"));
+        EXPECT_TRUE(isLocked_("locked.part.step"));
     }
-    EXPECT_FALSE(isLocked("locked.part.step"));
+    EXPECT_FALSE(isLocked_("locked.part.step"));
 }
 
 TEST_F(ConversionLockTest, isGivenBackByAnAssignment)
 {
     auto lock = ConversionLock::acquire("locked.part.step", {});
     *lock = std::move(ConversionLock::acquire("locked.other.step", {}).value());
-    EXPECT_FALSE(isLocked("locked.part.step"));
-    EXPECT_TRUE(isLocked("locked.other.step"));
+    EXPECT_FALSE(isLocked_("locked.part.step"));
+    EXPECT_TRUE(isLocked_("locked.other.step"));
 }
 
 TEST_F(ConversionLockTest, isHadByOneAtATime)
@@ -144,6 +146,7 @@ TEST_F(ConversionLockTest, isHadByOneAtATime)
     std::atomic_int owners{0};
     std::atomic_int mostOwners{0};
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i)
     {
         threads.emplace_back(
@@ -167,7 +170,7 @@ TEST_F(ConversionLockTest, isHadByOneAtATime)
 TEST_F(ConversionLockTest, countsInOtherProcesses)
 {
     const auto lock = ConversionLock::acquire("locked.part.step", {});
-    EXPECT_EQ(inAnotherProcess([] { return isLocked("locked.part.step") ? 7 : 1; }), 7);
+    EXPECT_EQ(inAnotherProcess([] { return isLocked_("locked.part.step") ? 7 : 1; }), 7);
 }
 
 TEST_F(ConversionLockTest, isFreeAgainWhenItsOwnerCrashed)
@@ -181,7 +184,7 @@ TEST_F(ConversionLockTest, isFreeAgainWhenItsOwnerCrashed)
         });
     EXPECT_EQ(exitCode, 7);
     EXPECT_TRUE(std::filesystem::exists(lockFile_));
-    EXPECT_FALSE(isLocked("locked.part.step"));
+    EXPECT_FALSE(isLocked_("locked.part.step"));
     EXPECT_FALSE(std::filesystem::exists(lockFile_));
 }
 
@@ -192,7 +195,7 @@ TEST_F(ConversionLockTest, isSharedWithOtherUsers)
     {
         std::ofstream leftByRoot(lockFile_);
     }
-    std::filesystem::permissions(lockFile_, std::filesystem::perms(0666));
+    std::filesystem::permissions(lockFile_, documentFileMode);
     const int exitCode = inAnotherProcess(
         []
         {
@@ -208,9 +211,9 @@ TEST_F(ConversionLockTest, isSharedWithOtherUsers)
 
 TEST_F(ConversionLockTest, doesNotFollowALink)
 {
-    std::filesystem::create_symlink(output("locked.victim"), lockFile_);
+    std::filesystem::create_symlink(output_("locked.victim"), lockFile_);
     EXPECT_EQ(ConversionLock::acquire("locked.part.step", {}).error(), "errno 40");
-    EXPECT_FALSE(std::filesystem::exists(output("locked.victim")));
+    EXPECT_FALSE(std::filesystem::exists(output_("locked.victim")));
 }
 
 TEST_F(ConversionLockTest, doesNotWaitForAPipe)
@@ -224,7 +227,7 @@ TEST_F(ConversionLockTest, createsTheOutputDirectory)
     QX_NEED_PRIVATE_ROOT();
     std::filesystem::remove_all(ConverterService::serviceOutputDirectory());
     EXPECT_TRUE(ConversionLock::acquire("locked.part.step", {}));
-    EXPECT_EQ(modeOf(ConverterService::serviceOutputDirectory()), 01777U);
+    EXPECT_EQ(modeOf_(ConverterService::serviceOutputDirectory()), 01777U);
 }
 
 TEST_F(ConversionLockTest, failsWhereTheOutputDirectoryCannotBeCreated)

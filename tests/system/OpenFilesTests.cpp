@@ -109,7 +109,7 @@ TEST_F(OpenFiles, NamesAMissingFileAndEndsWithOne)
 {
     const auto result = program_.run({"/no/such/file.stl", "-sceneInfo", "-"});
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.errors, "Cannot open \"file.stl\": No such file or directory.\n");
+    EXPECT_EQ(result.errors, "Cannot open \"file.stl\": no such file or directory.\n");
 }
 
 TEST_F(OpenFiles, OpensTheGoodOnesBesideABadOne)
