@@ -78,11 +78,17 @@ PixelRect CornerControllerObject::area(PixelSize viewport, float scale) const
     return {viewport.width - side - margin, margin, side, side};
 }
 
-void CornerControllerObject::draw(const Camera& camera, PixelSize viewport, float scale, ViewportMask drawnIn)
+bool CornerControllerObject::fits_(PixelSize viewport, float scale) const
 {
     const PixelRect square = area(viewport, scale);
-    if ((mask_ & drawnIn).isEmpty() || square.x < 0 || square.y + square.height > viewport.height)
+    return square.x >= 0 && square.y + square.height <= viewport.height;
+}
+
+void CornerControllerObject::draw(const Camera& camera, PixelSize viewport, float scale, ViewportMask drawnIn)
+{
+    if ((mask_ & drawnIn).isEmpty() || !fits_(viewport, scale))
         return;
+    const PixelRect square = area(viewport, scale);
     const auto labelPixels = static_cast<int>(static_cast<float>(square.width) * labelResolution);
     if (!graphics_ || graphics_->cube.labelPixels() != labelPixels)
         graphics_ = std::make_unique<Graphics>(Graphics{CubeGraphics(labels_, labelPixels)});
@@ -101,7 +107,7 @@ bool CornerControllerObject::hover(const Vector2d& pixel, const Camera& camera, 
 std::optional<Eigen::Vector3i> CornerControllerObject::partAt(const Vector2d& pixel, const Camera& camera,
                                                               PixelSize viewport, float scale) const
 {
-    if (mask_.isEmpty())
+    if (mask_.isEmpty() || !fits_(viewport, scale))
         return {};
     const PixelRect square = area(viewport, scale);
     const double half = square.width / 2.0;

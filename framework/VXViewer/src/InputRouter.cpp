@@ -66,6 +66,8 @@ void InputRouter::handle_(const MouseMoveEvent& event)
 {
     if (dragInScene_ || !isOverUi_(event.position))
         viewer_.view().handle(event);
+    else
+        viewer_.view().endHover();
 }
 
 void InputRouter::handle_(const MouseButtonEvent& event)

@@ -20,8 +20,8 @@ namespace VX
 namespace
 {
 
-/// How many triangles or points may be drawn while the view moves: at most about 40 ms.
-constexpr std::uint64_t softwareBudget = 500000;
+/// How many triangles or points may be drawn while the view moves: about 40 ms on two cores.
+constexpr std::uint64_t softwareBudget = 250000;
 constexpr std::uint64_t hardwareBudget = 20000000;
 
 constexpr int hardwareSamples = 4;
@@ -97,6 +97,7 @@ struct SceneRenderer::State
     std::uint64_t triangles = 0;
     std::uint64_t points = 0;
     std::vector<std::weak_ptr<const Mesh>> meshes;
+    bool standInsRequested = false;
 };
 
 void SceneRenderer::State::updateScene(const SceneFrame& frame)
@@ -112,6 +113,7 @@ void SceneRenderer::State::updateScene(const SceneFrame& frame)
     triangles = 0;
     points = 0;
     meshes.clear();
+    standInsRequested = false;
     gpu.meshes.collect();
     gpu.points.collect();
     gpu.lines.collect();
@@ -136,24 +138,27 @@ void SceneRenderer::State::updateScene(const SceneFrame& frame)
 
 void SceneRenderer::State::takeStandIns()
 {
-    for (const StandInMaker::Finished& finished : standIns.takeFinished())
+    for (StandInMaker::Finished& finished : standIns.takeFinished())
     {
         if (GpuMesh* mesh = gpu.meshes.find(finished.mesh); mesh != nullptr)
-            mesh->setStandIn(finished.standIn);
+            mesh->setStandIns(std::move(finished.standIns));
         ++standInCount;
     }
 }
 
 void SceneRenderer::State::requestStandIns()
 {
+    if (standInsRequested)
+        return;
+    standInsRequested = true;
     for (const auto& weak : meshes)
     {
         GpuMesh* gpuMesh = gpu.meshes.find(weak);
         const auto mesh = weak.lock();
-        if (gpuMesh == nullptr || !mesh || gpuMesh->standInRequested || gpuMesh->triangleCount < standInLeastTriangles)
+        if (gpuMesh == nullptr || !mesh || gpuMesh->standInsRequested || mesh->triangles.size() < standInLeastTriangles)
             continue;
-        gpuMesh->standInRequested = true;
-        standIns.request(mesh);
+        gpuMesh->standInsRequested = true;
+        standIns.request(mesh, triangles);
     }
 }
 

@@ -132,8 +132,18 @@ bool SceneView::handle(const MouseMoveEvent& event)
 {
     MouseMoveEvent inView = event;
     inView.position = toView_(event.position).cast<float>();
-    cornerController_->hover(inView.position.cast<double>(), controller_.camera(), size_(), scale_);
-    return controller_.handle(inView, monotonicSeconds());
+    // A drag may follow.
+    if (renderer_)
+        renderer_->prepareStandIns();
+    const bool highlighted =
+        !controller_.isDragging() &&
+        cornerController_->hover(inView.position.cast<double>(), controller_.camera(), size_(), scale_);
+    return controller_.handle(inView, monotonicSeconds()) || highlighted;
+}
+
+void SceneView::endHover()
+{
+    cornerController_->endHover();
 }
 
 bool SceneView::handle(const ScrollEvent& event)

@@ -3,10 +3,7 @@
 #include <VXViewer/Camera.h>
 
 #include <algorithm>
-#include <atomic>
-#include <chrono>
 #include <random>
-#include <thread>
 
 namespace VX
 {
@@ -193,12 +190,18 @@ TEST_F(SceneRendererDetailTests, ALineThatBeginsBehindTheEyeIsDrawnToItsEnd)
 
 TEST_F(SceneRendererDetailTests, TheEdgesOfAPartFollowTheOption)
 {
-    addLines_(root_);
+    addLines_(add_(Shapes::makeSquare()));
     frame_.options.featureEdges = false;
-    EXPECT_GT(redPixelsAt_(draw_(), 1.5), 0) << "lines alone are no edges";
-    add_(Shapes::makeSquare());
     EXPECT_EQ(redPixelsAt_(draw_(), 1.5), 0);
     frame_.options.featureEdges = true;
+    EXPECT_GT(redPixelsAt_(draw_(), 1.5), 0);
+}
+
+TEST_F(SceneRendererDetailTests, LinesBesideAMeshAreNoEdges)
+{
+    add_(Shapes::makeSquare());
+    addLines_(root_);
+    frame_.options.featureEdges = false;
     EXPECT_GT(redPixelsAt_(draw_(), 1.5), 0);
 }
 
@@ -344,84 +347,6 @@ TEST_F(SceneRendererDetailTests, FitOfAnEmptySceneChangesNothing)
     Camera camera = frame_.camera;
     SceneRenderer::fit(camera, *root_, size);
     EXPECT_EQ(camera, frame_.camera);
-}
-
-// ---- stand-ins
-
-class SceneRendererStandInTests : public RenderFixture
-{
-protected:
-    void SetUp() override
-    {
-        RenderFixture::SetUp();
-        renderer_ = std::make_unique<SceneRenderer>([this] { ready_ = true; });
-        // Without the stand-in the budget of a software renderer is passed.
-        add_(Shapes::makeSphere(400));
-    }
-
-    void waitForStandIn_()
-    {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        while (!ready_ && std::chrono::steady_clock::now() < end)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        ASSERT_TRUE(ready_);
-    }
-
-    std::atomic<bool> ready_ = false;
-};
-
-TEST_F(SceneRendererStandInTests, AtRestTheFullDetailIsDrawn)
-{
-    if (!renderer_->isSoftware())
-        GTEST_SKIP() << "the graphics are too fast for stand-ins";
-    renderer_->draw(frame_);
-    EXPECT_FALSE(renderer_->statistics().simplified);
-    EXPECT_GT(renderer_->statistics().triangles, 250000U);
-    EXPECT_FALSE(ready_) << "nobody asked for a stand-in";
-}
-
-TEST_F(SceneRendererStandInTests, WhileMovingAStandInIsDrawnAsSoonAsItIsReady)
-{
-    if (!renderer_->isSoftware())
-        GTEST_SKIP() << "the graphics are too fast for stand-ins";
-    const Image full = draw_();
-    frame_.interactive = true;
-    EXPECT_TRUE(renderer_->draw(frame_));
-    EXPECT_TRUE(renderer_->statistics().simplified);
-    EXPECT_LE(renderer_->statistics().triangles, 500000U);
-    waitForStandIn_();
-    EXPECT_TRUE(renderer_->draw(frame_));
-    EXPECT_LE(renderer_->statistics().triangles, 100000U);
-    // It looks much like the whole.
-    EXPECT_LT(difference_(renderer_->readPixels(), full, 40), 400);
-
-    frame_.interactive = false;
-    EXPECT_TRUE(renderer_->draw(frame_));
-    EXPECT_FALSE(renderer_->statistics().simplified);
-    EXPECT_EQ(difference_(renderer_->readPixels(), full, 0), 0);
-}
-
-TEST_F(SceneRendererStandInTests, StandInsCanBePreparedBeforeTheViewMoves)
-{
-    if (!renderer_->isSoftware())
-        GTEST_SKIP() << "the graphics are too fast for stand-ins";
-    renderer_->prepareStandIns();
-    renderer_->draw(frame_);
-    renderer_->prepareStandIns();
-    waitForStandIn_();
-    frame_.interactive = true;
-    renderer_->draw(frame_);
-    EXPECT_LE(renderer_->statistics().triangles, 100000U);
-}
-
-TEST_F(SceneRendererStandInTests, AStandInOfAMeshThatIsGoneIsDropped)
-{
-    renderer_->draw(frame_);
-    renderer_->prepareStandIns();
-    root_->removeChild(*root_->children().front());
-    frame_.interactive = true;
-    renderer_->draw(frame_);
-    renderer_.reset();
 }
 
 } // namespace VX

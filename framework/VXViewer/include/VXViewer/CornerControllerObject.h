@@ -42,6 +42,9 @@ public:
     /// Tells where the mouse is. @return true when the highlight changed: a new picture is wanted
     bool hover(const Vector2d& pixel, const Camera& camera, PixelSize viewport, float scale);
 
+    /// Tells that the mouse has left the viewport.
+    void endHover() { hovered_.reset(); }
+
     /// A face, edge or corner under `pixel`: the direction from the middle of the cube to it, each part -1, 0 or 1.
     [[nodiscard]] std::optional<Eigen::Vector3i> partAt(const Vector2d& pixel, const Camera& camera, PixelSize viewport,
                                                         float scale) const;
@@ -55,6 +58,9 @@ public:
 
 private:
     struct Graphics;
+
+    /// Whether there is room for the cube.
+    [[nodiscard]] bool fits_(PixelSize viewport, float scale) const;
 
     ViewportMask mask_;
     Labels labels_;

@@ -16,7 +16,7 @@ struct SceneOptions
 {
     Color backgroundTop{0x3A, 0x3F, 0x47, 255};
     Color backgroundBottom{0x23, 0x26, 0x2B, 255};
-    /// The dark lines along sharp edges: of meshes, and those objects of lines that lie beside a mesh.
+    /// The dark lines along sharp edges: of meshes, and the objects of lines below a mesh.
     bool featureEdges = true;
     /// The viewports whose picture has the axes of the scene's origin in it.
     ViewportMask globalBasis;

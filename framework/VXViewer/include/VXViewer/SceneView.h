@@ -74,6 +74,9 @@ public:
     bool handle(const ScrollEvent& event);
     bool handle(const KeyEvent& event);
 
+    /// The mouse went elsewhere: nothing in the view is highlighted any more.
+    void endHover();
+
     /// Ends a drag, as when the window loses the mouse.
     void cancelDrag();
 

@@ -172,8 +172,9 @@ void PathDialog::drawFolder_()
         if (entries_.empty())
             UI::secondaryText(tr("Nothing to open in this folder"));
     }
-    ImGui::EndChild();
+    // Before the end of the list, which is followed by a gap as everything else is.
     ImGui::PopStyleVar();
+    ImGui::EndChild();
     ImGui::PopStyleColor();
     if (!entered.empty())
         openFolder_(entered);

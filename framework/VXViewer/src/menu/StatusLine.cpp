@@ -2,11 +2,9 @@
 
 #include "Translate.h"
 
-#include <VXViewer/SceneView.h>
 #include <VXViewer/UI.h>
 #include <VXViewer/Viewer.h>
 
-#include <algorithm>
 #include <vector>
 
 namespace VX
@@ -32,13 +30,7 @@ void StatusLine::draw()
     std::string left;
     for (const std::string& part : parts)
         left += (left.empty() ? "" : "   \u00B7   ") + part;
-    const std::string right = trf("Frame {}", countText(viewer_.view().statistics().frames));
-    const float width = ImGui::GetContentRegionAvail().x;
-    const float rightWidth = ImGui::CalcTextSize(right.c_str()).x;
-    const float start = ImGui::GetCursorPosX();
-    UI::secondaryText(left.empty() ? tr("Empty scene") : UI::elided(left, std::max(0.0F, width - rightWidth)));
-    ImGui::SameLine(start + width - rightWidth);
-    UI::secondaryText(right);
+    UI::secondaryText(left.empty() ? tr("Empty scene") : UI::elided(left, ImGui::GetContentRegionAvail().x));
 }
 
 } // namespace VX

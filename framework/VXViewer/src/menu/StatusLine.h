@@ -9,7 +9,7 @@ namespace VX
 
 class Viewer;
 
-/// The line at the bottom: how much the scene holds, and how often it was drawn.
+/// The line at the bottom: how much the scene holds.
 /// @threads the UI thread
 class StatusLine
 {

@@ -149,6 +149,12 @@ void GpuSegments::draw() const
     glDrawArrays(GL_TRIANGLES, 0, 6 * count);
 }
 
+void GpuTriangles::draw(std::uint32_t first, std::uint32_t number) const
+{
+    glDrawElements(GL_TRIANGLES, static_cast<GLsizei>(number * 3), GL_UNSIGNED_INT,
+                   reinterpret_cast<const void*>(std::size_t{first} * sizeof(Triangle)));
+}
+
 GpuMesh::GpuMesh(const Mesh& mesh)
 {
     MeshAnalysis analysis = analyzeMesh(mesh);
@@ -156,50 +162,44 @@ GpuMesh::GpuMesh(const Mesh& mesh)
     center = middleOf(box);
     const Vector3f origin = center.cast<float>();
     box.translate(-origin);
-    clusters = std::move(analysis.clusters);
-    for (MeshCluster& cluster : clusters)
-        cluster.box.translate(-origin);
     solid = analysis.solid;
-    triangleCount = static_cast<std::uint32_t>(mesh.triangles.size());
-    if (triangleCount == 0)
+    if (mesh.triangles.empty())
         return;
 
     const Creases creases = analysis.normalSums ? findCreases(mesh, *analysis.normalSums) : Creases{};
     vertices = analysis.normalSums ? makePositions(mesh, *analysis.normalSums, creases, origin)
                                    : makePositions(mesh.points, mesh.normals, origin);
     analysis.normalSums.reset();
-    indices = makeIndices(mesh, creases);
     hasVertexColors = !mesh.vertexColors.empty();
     if (hasVertexColors)
         vertexColors = makeVertexColors(mesh, creases);
-    full = makeVertexArray(vertices, vertexColors, indices);
     hasFaceColors = !mesh.faceColors.empty();
-    if (hasFaceColors)
-    {
-        faceColorBuffer = makeBuffer(GL_TEXTURE_BUFFER, mesh.faceColors);
-        faceColors = makeBufferTexture(faceColorBuffer, GL_RGBA8);
-    }
+    addLevel_(makeIndices(mesh, creases), std::move(analysis.clusters), mesh.faceColors);
     edges = GpuSegments(vertices, creases.edges);
 }
 
-void GpuMesh::setStandIn(const StandIn& standIn)
+void GpuMesh::setStandIns(std::vector<StandIn> simplified)
 {
-    standInTriangles = static_cast<std::uint32_t>(standIn.triangles.size());
-    if (standInTriangles == 0)
-        return;
-    standInIndices = makeBuffer(GL_ARRAY_BUFFER, standIn.triangles);
-    simple = makeVertexArray(vertices, vertexColors, standInIndices);
-    if (hasFaceColors)
-    {
-        standInColorBuffer = makeBuffer(GL_TEXTURE_BUFFER, standIn.faceColors);
-        standInColors = makeBufferTexture(standInColorBuffer, GL_RGBA8);
-    }
+    levels.resize(std::min<std::size_t>(levels.size(), 1));
+    for (StandIn& standIn : simplified)
+        addLevel_(makeBuffer(GL_ARRAY_BUFFER, standIn.triangles), std::move(standIn.clusters), standIn.faceColors);
 }
 
-void GpuMesh::draw(std::uint32_t first, std::uint32_t count) const
+void GpuMesh::addLevel_(Gl::Buffer indices, std::vector<MeshCluster> clusters, const std::vector<Color>& faceColors)
 {
-    glDrawElements(GL_TRIANGLES, static_cast<GLsizei>(count * 3), GL_UNSIGNED_INT,
-                   reinterpret_cast<const void*>(std::size_t{first} * sizeof(Triangle)));
+    GpuTriangles& level = levels.emplace_back();
+    level.clusters = std::move(clusters);
+    for (MeshCluster& cluster : level.clusters)
+    {
+        cluster.box.translate(-center.cast<float>());
+        level.count += cluster.triangleCount;
+    }
+    level.indices = std::move(indices);
+    level.array = makeVertexArray(vertices, vertexColors, level.indices);
+    if (faceColors.empty())
+        return;
+    level.faceColorBuffer = makeBuffer(GL_TEXTURE_BUFFER, faceColors);
+    level.faceColors = makeBufferTexture(level.faceColorBuffer, GL_RGBA8);
 }
 
 GpuPoints::GpuPoints(const PointCloud& cloud)

@@ -18,11 +18,26 @@ struct GpuVertex
     OctahedralNormal normal;
 };
 
-/// The stand-in of a large mesh: few triangles over the same vertices.
+/// A simplified form of a large mesh: few triangles over the same vertices.
 struct StandIn
 {
     std::vector<Triangle> triangles;
+    std::vector<MeshCluster> clusters;
     std::vector<Color> faceColors; ///< one a triangle, or empty
+};
+
+/// Triangles over the vertices of a mesh, in the graphics memory.
+struct GpuTriangles
+{
+    /// Draws triangles `first` to `first + count` with a mesh program in use.
+    void draw(std::uint32_t first, std::uint32_t count) const;
+
+    std::uint32_t count = 0;
+    std::vector<MeshCluster> clusters; ///< their boxes are from the mesh's centre
+    Gl::Buffer indices;
+    Gl::VertexArray array;
+    Gl::Buffer faceColorBuffer;
+    Gl::Texture faceColors;
 };
 
 /// Segments between vertices that are in a buffer, read by the line shader.
@@ -47,32 +62,23 @@ struct GpuMesh
 {
     explicit GpuMesh(const Mesh& mesh);
 
-    void setStandIn(const StandIn& standIn);
-
-    /// Draws triangles `first` to `first + count` of the full mesh, or of the stand-in, with a mesh program in use.
-    void draw(std::uint32_t first, std::uint32_t count) const;
+    /// @param simplified  each with fewer triangles than the one before
+    void setStandIns(std::vector<StandIn> simplified);
 
     Vector3d center;
-    Box3f box;                         ///< from the centre
-    std::vector<MeshCluster> clusters; ///< their boxes too
+    Box3f box; ///< from the centre
     bool solid = false;
     bool hasVertexColors = false;
     bool hasFaceColors = false;
-    std::uint32_t triangleCount = 0;
-    std::uint32_t standInTriangles = 0; ///< 0 while there is none
-    bool standInRequested = false;
+    bool standInsRequested = false;
 
     Gl::Buffer vertices;
     Gl::Buffer vertexColors;
-    Gl::Buffer indices;
-    Gl::Buffer standInIndices;
-    Gl::VertexArray full;
-    Gl::VertexArray simple;
-    Gl::Buffer faceColorBuffer;
-    Gl::Texture faceColors;
-    Gl::Buffer standInColorBuffer;
-    Gl::Texture standInColors;
+    std::vector<GpuTriangles> levels; ///< the full mesh, then its stand-ins; none without triangles
     GpuSegments edges;
+
+private:
+    void addLevel_(Gl::Buffer indices, std::vector<MeshCluster> clusters, const std::vector<Color>& faceColors);
 };
 
 /// A point cloud in the graphics memory.

@@ -64,7 +64,8 @@ private:
     Eigen::Array3f greatest_ = Eigen::Array3f::Constant(std::numeric_limits<float>::lowest());
 };
 
-Totals analyzeCluster(const Mesh& mesh, MeshCluster& cluster, NormalSums* sums)
+Totals analyzeCluster(const std::vector<Vector3f>& points, const std::vector<Triangle>& triangles, MeshCluster& cluster,
+                      NormalSums* sums)
 {
     Totals totals;
     Extent places;
@@ -72,10 +73,10 @@ Totals analyzeCluster(const Mesh& mesh, MeshCluster& cluster, NormalSums* sums)
     const std::uint32_t end = cluster.firstTriangle + cluster.triangleCount;
     for (std::uint32_t i = cluster.firstTriangle; i < end; ++i)
     {
-        const Triangle& t = mesh.triangles[i];
-        const Vector3f& a = mesh.points[t[0]];
-        const Vector3f& b = mesh.points[t[1]];
-        const Vector3f& c = mesh.points[t[2]];
+        const Triangle& t = triangles[i];
+        const Vector3f& a = points[t[0]];
+        const Vector3f& b = points[t[1]];
+        const Vector3f& c = points[t[2]];
         places.add(a);
         places.add(b);
         places.add(c);
@@ -95,14 +96,35 @@ Totals analyzeCluster(const Mesh& mesh, MeshCluster& cluster, NormalSums* sums)
     return totals;
 }
 
+/// Runs of consecutive triangles, their boxes still empty.
+std::vector<MeshCluster> cutIntoClusters(std::size_t triangleCount)
+{
+    constexpr std::uint32_t step = MeshAnalysis::clusterTriangles;
+    std::vector<MeshCluster> clusters((triangleCount + step - 1) / step);
+    std::uint32_t first = 0;
+    for (MeshCluster& cluster : clusters)
+    {
+        cluster.firstTriangle = first;
+        cluster.triangleCount = std::min(step, static_cast<std::uint32_t>(triangleCount) - first);
+        first += step;
+    }
+    return clusters;
+}
+
 } // namespace
+
+std::vector<MeshCluster> makeClusters(const std::vector<Vector3f>& points, const std::vector<Triangle>& triangles)
+{
+    std::vector<MeshCluster> clusters = cutIntoClusters(triangles.size());
+    for (MeshCluster& cluster : clusters)
+        analyzeCluster(points, triangles, cluster, nullptr);
+    return clusters;
+}
 
 MeshAnalysis analyzeMesh(const Mesh& mesh)
 {
     MeshAnalysis result;
-    const auto triangleCount = static_cast<std::uint32_t>(mesh.triangles.size());
-    constexpr std::uint32_t step = MeshAnalysis::clusterTriangles;
-    result.clusters.resize((triangleCount + step - 1) / step);
+    result.clusters = cutIntoClusters(mesh.triangles.size());
     if (mesh.normals.empty())
         result.normalSums.emplace(mesh.points.size());
     NormalSums* sums = result.normalSums ? &*result.normalSums : nullptr;
@@ -112,12 +134,7 @@ MeshAnalysis analyzeMesh(const Mesh& mesh)
         [&](const tbb::blocked_range<std::size_t>& range, Totals partial)
         {
             for (std::size_t i = range.begin(); i != range.end(); ++i)
-            {
-                MeshCluster& cluster = result.clusters[i];
-                cluster.firstTriangle = static_cast<std::uint32_t>(i) * step;
-                cluster.triangleCount = std::min(step, triangleCount - cluster.firstTriangle);
-                partial.add(analyzeCluster(mesh, cluster, sums));
-            }
+                partial.add(analyzeCluster(mesh.points, mesh.triangles, result.clusters[i], sums));
             return partial;
         },
         [](Totals a, const Totals& b)
@@ -126,7 +143,7 @@ MeshAnalysis analyzeMesh(const Mesh& mesh)
             return a;
         });
     result.box = totals.box;
-    result.solid = triangleCount > 0 && totals.edges == 0 && allPartsFaceOutwards(mesh);
+    result.solid = !mesh.triangles.empty() && totals.edges == 0 && allPartsFaceOutwards(mesh);
     return result;
 }
 

@@ -35,6 +35,11 @@ struct MeshAnalysis
     std::optional<NormalSums> normalSums;
 };
 
+/// The runs of `triangles`, which are few enough for one thread.
+/// @threads any
+[[nodiscard]] std::vector<MeshCluster> makeClusters(const std::vector<Vector3f>& points,
+                                                    const std::vector<Triangle>& triangles);
+
 /// One pass over the triangles, and over those of closed meshes a second and third light one.
 /// @threads any; uses the TBB pool
 VXVIEWER_API MeshAnalysis analyzeMesh(const Mesh& mesh);

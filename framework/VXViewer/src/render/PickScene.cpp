@@ -101,9 +101,8 @@ PickScene::PickScene(const ScenePicker::Request& request)
                          item.mesh = mesh->mesh();
                      else if (const auto* points = dynamic_cast<const ObjectPoints*>(&visible.object))
                          item.points = points->pointCloud();
-                     // The edges of a part stand for the part, which its surface is there to hit.
                      else if (const auto* lines = dynamic_cast<const ObjectLines*>(&visible.object);
-                              lines && !dynamic_cast<const ObjectMesh*>(lines->parent()))
+                              lines && !isEdgeOfPart(*lines))
                          item.lines = lines->lines();
                      if (item.mesh || item.points || item.lines)
                          items.push_back(std::move(item));

@@ -1,29 +1,7 @@
 #include "render/SceneDrawing.h"
 
-#include <algorithm>
-
 namespace VX
 {
-
-namespace
-{
-
-bool isMesh(const Object& object)
-{
-    return dynamic_cast<const ObjectMesh*>(&object) != nullptr;
-}
-
-/// Whether lines are the edges of a part: they hang below its mesh or lie beside it.
-bool areEdges(const ObjectLines& lines)
-{
-    const Object* parent = lines.parent();
-    if (parent == nullptr)
-        return false;
-    return isMesh(*parent) || std::any_of(parent->children().begin(), parent->children().end(),
-                                          [](const auto& child) { return isMesh(*child); });
-}
-
-} // namespace
 
 SceneContents::SceneContents(const SceneFrame& frame, GpuScene& gpu, const Box3d& sceneBox)
     : box(sceneBox)
@@ -46,7 +24,7 @@ SceneContents::SceneContents(const SceneFrame& frame, GpuScene& gpu, const Box3d
         else if (const auto* segments = dynamic_cast<const ObjectLines*>(&object);
                  segments != nullptr && segments->lines())
         {
-            if (frame.options.featureEdges || !areEdges(*segments))
+            if (frame.options.featureEdges || !isEdgeOfPart(*segments))
                 lines.push_back({segments, &gpu.lines.get(segments->lines()), visible.world, visible.selected});
         }
     };

@@ -1,12 +1,9 @@
 #include "render/SceneDrawing.h"
 
-#include "render/StandInMaker.h"
-
 #include <Eigen/LU>
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
 
 namespace VX
 {
@@ -141,99 +138,99 @@ void SceneDrawing::drawBackground_()
     glDrawArrays(GL_TRIANGLES, 0, 3);
 }
 
+SceneDrawing::MeshInView::MeshInView(const SceneDrawing& drawing, const SceneContents::MeshItem& mesh)
+    : item(&mesh)
+    , placement(drawing, mesh.world, mesh.gpu->center)
+    , volume(placement.toCamera, drawing.projection_, drawing.frame_.camera.projection())
+    , depth(drawing.frame_.camera.depth(mesh.world * mesh.gpu->center))
+    // Cut open by the near plane, a solid shows its inside.
+    , hidesBacks(mesh.gpu->solid && -placedBox(placement.toCamera, mesh.gpu->box).max().z() >= drawing.range_.nearPlane)
+{
+}
+
+bool SceneDrawing::MeshInView::shows(const MeshCluster& cluster) const
+{
+    return volume.mayShow(cluster.box) && !(hidesBacks && volume.facesAway(cluster.box, cluster.normals));
+}
+
+std::vector<SceneDrawing::MeshInView> SceneDrawing::meshesInView_() const
+{
+    std::vector<MeshInView> meshes;
+    for (const SceneContents::MeshItem& item : contents_.meshes)
+    {
+        if (item.gpu->levels.empty())
+            continue;
+        MeshInView mesh(*this, item);
+        if (mesh.volume.mayShow(item.gpu->box))
+            meshes.push_back(std::move(mesh));
+    }
+    // Nearest first, so that what is hidden is not shaded.
+    std::sort(meshes.begin(), meshes.end(), [](const MeshInView& a, const MeshInView& b) { return a.depth < b.depth; });
+    return meshes;
+}
+
+std::vector<MeshDetail> SceneDrawing::plan_(const std::vector<MeshInView>& meshes) const
+{
+    std::vector<std::vector<std::uint64_t>> visible(meshes.size());
+    for (std::size_t i = 0; i < meshes.size(); ++i)
+    {
+        for (const GpuTriangles& level : meshes[i].item->gpu->levels)
+        {
+            std::uint64_t& sum = visible[i].emplace_back(0);
+            for (const MeshCluster& cluster : level.clusters)
+                sum += meshes[i].shows(cluster) ? cluster.triangleCount : 0;
+        }
+    }
+    return planDetail(visible, budget_);
+}
+
 void SceneDrawing::drawMeshes_()
 {
-    // Nearest first, so that what is hidden is not shaded; while moving, biggest first, for the budget to do most good.
-    std::vector<std::pair<double, std::size_t>> order;
-    for (std::size_t i = 0; i < contents_.meshes.size(); ++i)
-    {
-        const auto& item = contents_.meshes[i];
-        const Vector3d center = item.world * item.gpu->center;
-        const double depth = frame_.camera.depth(center);
-        const double size = (item.world.linear() * item.gpu->box.sizes().cast<double>()).norm();
-        order.emplace_back(budget_ == 0 ? depth : -size / frame_.camera.pixelSize(center, frame_.size), i);
-    }
-    std::sort(order.begin(), order.end());
-
+    const std::vector<MeshInView> meshes = meshesInView_();
+    const std::vector<MeshDetail> plan = budget_ == 0 ? std::vector<MeshDetail>(meshes.size()) : plan_(meshes);
     // Lines along edges win against the surface they lie on.
     glEnable(GL_POLYGON_OFFSET_FILL);
     glPolygonOffset(1, 1);
-    std::uint64_t left = budget_;
-    for (const auto& [key, index] : order)
-        drawMesh_(contents_.meshes[index], left);
+    for (std::size_t i = 0; i < meshes.size(); ++i)
+        drawMesh_(meshes[i], plan[i]);
     glDisable(GL_POLYGON_OFFSET_FILL);
     glDisable(GL_CULL_FACE);
     glFrontFace(GL_CCW);
 }
 
-bool SceneDrawing::hidesBacks_(const GpuMesh& mesh, const Placement& placement) const
+void SceneDrawing::drawMesh_(const MeshInView& mesh, MeshDetail detail)
 {
-    // Cut open by the near plane, a solid shows its inside.
-    return mesh.solid && -placedBox(placement.toCamera, mesh.box).max().z() >= range_.nearPlane;
-}
-
-void SceneDrawing::drawMesh_(const SceneContents::MeshItem& item, std::uint64_t& budget)
-{
-    const GpuMesh& mesh = *item.gpu;
-    if (mesh.triangleCount == 0)
-        return;
-    const Placement placement(*this, item.world, mesh.center);
-    if (!ViewVolume(placement.toCamera, projection_, frame_.camera.projection()).mayShow(mesh.box))
-        return;
-
-    const bool standIn = budget_ != 0 && mesh.standInTriangles != 0;
-    std::uint32_t step = 1;
-    if (budget_ != 0)
-    {
-        const std::uint64_t cost = standIn ? mesh.standInTriangles : mesh.triangleCount;
-        simplified_ = true;
-        if (budget == 0)
-            return;
-        if (!standIn)
-            step = static_cast<std::uint32_t>((cost + budget - 1) / budget);
-        budget -= std::min(budget, cost / step);
-    }
+    const SceneContents::MeshItem& item = *mesh.item;
+    const Placement& placement = mesh.placement;
+    const GpuTriangles& triangles = item.gpu->levels[detail.level];
+    simplified_ |= !(detail == MeshDetail{});
 
     const unsigned flavor = (item.object->isFlatShaded() ? MeshFlavor::flat : 0) |
-                            (mesh.hasVertexColors ? MeshFlavor::vertexColors : 0) |
-                            (mesh.hasFaceColors ? MeshFlavor::faceColors : 0);
+                            (item.gpu->hasVertexColors ? MeshFlavor::vertexColors : 0) |
+                            (item.gpu->hasFaceColors ? MeshFlavor::faceColors : 0);
     const MeshProgram& program = gpu_.programs.mesh(flavor);
     program.program.use();
     ShaderProgram::set(program.toClip, placement.toClip);
     ShaderProgram::set(program.toCamera, Eigen::Matrix4f(placement.toCamera.cast<float>()));
     ShaderProgram::set(program.normalToCamera, placement.normalToCamera);
     ShaderProgram::set(program.viewRay, viewRay_);
-    const bool ownColors = mesh.hasVertexColors || mesh.hasFaceColors;
+    const bool ownColors = item.gpu->hasVertexColors || item.gpu->hasFaceColors;
     ShaderProgram::set(program.color, ownColors ? Eigen::Vector3f::Ones().eval() : toFloats(item.object->color()));
     ShaderProgram::set(program.highlight, highlightOf(item.selected));
     glFrontFace(placement.toCamera.topLeftCorner<3, 3>().determinant() < 0 ? GL_CW : GL_CCW);
-
-    if (mesh.hasFaceColors)
-        glBindTexture(GL_TEXTURE_BUFFER, standIn ? mesh.standInColors.name() : mesh.faceColors.name());
-    glBindVertexArray(standIn ? mesh.simple.name() : mesh.full.name());
-    if (standIn)
-    {
-        glDisable(GL_CULL_FACE);
-        ShaderProgram::set(program.firstTriangle, 0);
-        mesh.draw(0, mesh.standInTriangles);
-        drawnTriangles_ += mesh.standInTriangles;
-    }
-    else
-    {
-        drawClusters_(mesh, placement, program, step);
-    }
-}
-
-void SceneDrawing::drawClusters_(const GpuMesh& mesh, const Placement& placement, const MeshProgram& program,
-                                 std::uint32_t step)
-{
-    const bool hideBacks = hidesBacks_(mesh, placement);
-    if (hideBacks)
+    if (mesh.hidesBacks)
         glEnable(GL_CULL_FACE);
     else
         glDisable(GL_CULL_FACE);
-    const ViewVolume volume(placement.toCamera, projection_, frame_.camera.projection());
+    if (item.gpu->hasFaceColors)
+        glBindTexture(GL_TEXTURE_BUFFER, triangles.faceColors.name());
+    glBindVertexArray(triangles.array.name());
+    drawClusters_(mesh, triangles, program, detail.step);
+}
 
+void SceneDrawing::drawClusters_(const MeshInView& mesh, const GpuTriangles& triangles, const MeshProgram& program,
+                                 std::uint32_t step)
+{
     // Neighbours that show are drawn in one go.
     std::uint32_t first = 0;
     std::uint32_t count = 0;
@@ -242,13 +239,13 @@ void SceneDrawing::drawClusters_(const GpuMesh& mesh, const Placement& placement
         if (count == 0)
             return;
         ShaderProgram::set(program.firstTriangle, static_cast<int>(first));
-        mesh.draw(first, count);
+        triangles.draw(first, count);
         drawnTriangles_ += count;
         count = 0;
     };
-    for (const MeshCluster& cluster : mesh.clusters)
+    for (const MeshCluster& cluster : triangles.clusters)
     {
-        if (!volume.mayShow(cluster.box) || (hideBacks && volume.facesAway(cluster.box, cluster.normals)))
+        if (!mesh.shows(cluster))
         {
             flush();
             continue;
@@ -267,7 +264,7 @@ void SceneDrawing::drawClusters_(const GpuMesh& mesh, const Placement& placement
 void SceneDrawing::drawLines_()
 {
     glEnable(GL_BLEND);
-    if (frame_.options.featureEdges && budget_ == 0)
+    if (frame_.options.featureEdges && !simplified_)
     {
         for (const auto& item : contents_.meshes)
         {

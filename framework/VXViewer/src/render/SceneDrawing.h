@@ -1,5 +1,6 @@
 #pragma once
 
+#include "render/DetailPlan.h"
 #include "render/GeometryCache.h"
 #include "render/GpuGeometry.h"
 #include "render/SceneMarks.h"
@@ -68,8 +69,8 @@ struct SceneContents
 class SceneDrawing
 {
 public:
-    /// @param triangleBudget  about how many triangles or points to draw at most, with stand-ins and parts of the
-    ///                        detail; 0: all
+    /// @param triangleBudget  about how many triangles to draw at most, and how many points, with stand-ins and parts
+    ///                        of the detail; 0: all
     SceneDrawing(const SceneFrame& frame, const SceneContents& contents, GpuScene& gpu, std::uint64_t triangleBudget);
 
     void draw();
@@ -92,15 +93,32 @@ private:
         Eigen::Matrix3f normalToCamera;
     };
 
+    /// A mesh that is at least partly in the picture.
+    struct MeshInView
+    {
+        MeshInView(const SceneDrawing& drawing, const SceneContents::MeshItem& mesh);
+
+        /// False only where nothing of the cluster is seen.
+        [[nodiscard]] bool shows(const MeshCluster& cluster) const;
+
+        const SceneContents::MeshItem* item;
+        Placement placement;
+        ViewVolume volume;
+        double depth;
+        bool hidesBacks; ///< nobody sees the backs of its triangles
+    };
+
     /// The extent of all that is drawn.
     [[nodiscard]] Box3d drawnBox_() const;
     [[nodiscard]] bool showsBasis_() const;
     [[nodiscard]] double basisLength_() const;
     void drawBackground_();
     void drawMeshes_();
-    void drawMesh_(const SceneContents::MeshItem& item, std::uint64_t& budget);
-    void drawClusters_(const GpuMesh& mesh, const Placement& placement, const MeshProgram& program, std::uint32_t step);
-    [[nodiscard]] bool hidesBacks_(const GpuMesh& mesh, const Placement& placement) const;
+    [[nodiscard]] std::vector<MeshInView> meshesInView_() const;
+    [[nodiscard]] std::vector<MeshDetail> plan_(const std::vector<MeshInView>& meshes) const;
+    void drawMesh_(const MeshInView& mesh, MeshDetail detail);
+    void drawClusters_(const MeshInView& mesh, const GpuTriangles& triangles, const MeshProgram& program,
+                       std::uint32_t step);
     void drawLines_();
     void drawSegments_(const GpuSegments& segments, const Placement& placement, const Eigen::Vector3f& color,
                        float width);

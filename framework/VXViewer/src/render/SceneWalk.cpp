@@ -1,6 +1,5 @@
 #include "render/SceneWalk.h"
 
-#include <VXMesh/ObjectLines.h>
 #include <VXMesh/ObjectMesh.h>
 #include <VXMesh/ObjectPoints.h>
 
@@ -38,6 +37,11 @@ const std::vector<Vector3f>* pointsOf(const Object& object)
 void visitVisible(const Object& root, ViewportMask viewport, const std::function<void(const VisibleObject&)>& visit)
 {
     walk({root, root.worldTransform(), root.isSelected()}, viewport, visit);
+}
+
+bool isEdgeOfPart(const ObjectLines& lines)
+{
+    return dynamic_cast<const ObjectMesh*>(lines.parent()) != nullptr;
 }
 
 Box3d ownWorldBox(const VisibleObject& visible)

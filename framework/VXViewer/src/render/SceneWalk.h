@@ -1,6 +1,7 @@
 #pragma once
 
 #include <VXMesh/Object.h>
+#include <VXMesh/ObjectLines.h>
 #include <VXViewer/Export.h>
 
 #include <functional>
@@ -24,6 +25,10 @@ VXVIEWER_API void visitVisible(const Object& root, ViewportMask viewport,
 
 /// The points of the object's own geometry, or null.
 [[nodiscard]] const std::vector<Vector3f>* pointsOf(const Object& object);
+
+/// Whether these lines hang below a mesh: then they are the sharp edges of the part, shown and hidden as such, and a
+/// click on them means the part.
+[[nodiscard]] bool isEdgeOfPart(const ObjectLines& lines);
 
 /// The extent in scene coordinates of the object's own geometry, without its children.
 [[nodiscard]] Box3d ownWorldBox(const VisibleObject& visible);

@@ -3,6 +3,7 @@
 #include <meshoptimizer.h>
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace VX
@@ -11,12 +12,22 @@ namespace VX
 namespace
 {
 
-constexpr std::size_t mostTriangles = 250000;
-constexpr std::size_t reduction = 8;
-
-/// A colour for each triangle of the stand-in: that of some full triangle at its first point.
-std::vector<Color> standInColors(const Mesh& mesh, const std::vector<Triangle>& triangles)
+struct Level
 {
+    double part;      ///< of the triangles of a mesh
+    double mostOfAll; ///< triangles for all meshes of a scene
+};
+
+constexpr std::array<Level, 2> levels{{{1.0 / 4, 1'000'000}, {1.0 / 16, 250'000}}};
+
+/// A result with more than this part of the triangles is not worth the memory.
+constexpr double worthwhile = 0.75;
+
+/// A colour for each triangle: that of some triangle of the mesh at its first point.
+std::vector<Color> faceColorsOf(const std::vector<Triangle>& triangles, const Mesh& mesh)
+{
+    if (mesh.faceColors.empty())
+        return {};
     std::vector<Color> atPoint(mesh.points.size());
     for (std::size_t i = 0; i < mesh.triangles.size(); ++i)
     {
@@ -30,21 +41,36 @@ std::vector<Color> standInColors(const Mesh& mesh, const std::vector<Triangle>& 
     return colors;
 }
 
+std::vector<Triangle> simplify(const std::vector<Triangle>& triangles, const Mesh& mesh, std::size_t target)
+{
+    static_assert(sizeof(Triangle) == 3 * sizeof(std::uint32_t));
+    std::vector<Triangle> result(triangles.size());
+    const std::size_t count = meshopt_simplifySloppy(result.data()->data(), triangles.data()->data(),
+                                                     triangles.size() * 3, mesh.points.data()->data(),
+                                                     mesh.points.size(), sizeof(Vector3f), target * 3, 1.0F, nullptr);
+    result.resize(count / 3);
+    result.shrink_to_fit();
+    return result;
+}
+
 } // namespace
 
-StandIn makeStandIn(const Mesh& mesh)
+std::vector<StandIn> makeStandIns(const Mesh& mesh, std::uint64_t sceneTriangles)
 {
-    const std::size_t target = std::min(mostTriangles, mesh.triangles.size() / reduction);
-    std::vector<std::uint32_t> indices(mesh.triangles.size() * 3);
-    const std::size_t count = meshopt_simplifySloppy(indices.data(), mesh.triangles.front().data(), indices.size(),
-                                                     mesh.points.front().data(), mesh.points.size(), sizeof(Vector3f),
-                                                     target * 3, 1.0F, nullptr);
-    StandIn result;
-    result.triangles.reserve(count / 3);
-    for (std::size_t i = 0; i + 2 < count; i += 3)
-        result.triangles.emplace_back(indices[i], indices[i + 1], indices[i + 2]);
-    if (!mesh.faceColors.empty())
-        result.faceColors = standInColors(mesh, result.triangles);
+    std::vector<StandIn> result;
+    const auto count = static_cast<double>(mesh.triangles.size());
+    const auto whole = std::max(static_cast<double>(sceneTriangles), count);
+    for (const Level& level : levels)
+    {
+        const std::vector<Triangle>& from = result.empty() ? mesh.triangles : result.back().triangles;
+        const double target = count * std::min(level.part, level.mostOfAll / whole);
+        std::vector<Triangle> triangles = simplify(from, mesh, static_cast<std::size_t>(target));
+        if (triangles.empty() || static_cast<double>(triangles.size()) > worthwhile * static_cast<double>(from.size()))
+            continue;
+        std::vector<Color> colors = faceColorsOf(triangles, mesh);
+        std::vector<MeshCluster> clusters = makeClusters(mesh.points, triangles);
+        result.push_back({std::move(triangles), std::move(clusters), std::move(colors)});
+    }
     return result;
 }
 
@@ -64,11 +90,11 @@ StandInMaker::~StandInMaker()
         thread_.join();
 }
 
-void StandInMaker::request(const std::shared_ptr<const Mesh>& mesh)
+void StandInMaker::request(const std::shared_ptr<const Mesh>& mesh, std::uint64_t sceneTriangles)
 {
     {
         const MutexLock lock(mutex_);
-        queue_.push_back(mesh);
+        queue_.push_back({mesh, sceneTriangles});
     }
     if (!thread_.joinable())
         thread_ = std::thread([this] { work_(); });
@@ -86,18 +112,20 @@ void StandInMaker::work_()
     while (true)
     {
         std::shared_ptr<const Mesh> mesh;
+        std::uint64_t sceneTriangles = 0;
         {
             MutexLock lock(mutex_);
             while (!stopping_ && queue_.empty())
                 wanted_.wait(lock);
             if (stopping_)
                 return;
-            mesh = queue_.front().lock();
+            mesh = queue_.front().mesh.lock();
+            sceneTriangles = queue_.front().sceneTriangles;
             queue_.pop_front();
         }
         if (!mesh)
             continue;
-        Finished finished{mesh, makeStandIn(*mesh)};
+        Finished finished{mesh, makeStandIns(*mesh, sceneTriangles)};
         mesh.reset();
         {
             const MutexLock lock(mutex_);
