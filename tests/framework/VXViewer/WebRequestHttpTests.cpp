@@ -269,11 +269,12 @@ TEST_F(WebRequestHttpTests, DeliversOnAnotherThreadWhenAsynchronous)
 TEST_F(WebRequestHttpTests, ABlockedCallbackHoldsNoOtherAnswerUp)
 {
     constexpr int count = 20;
-    std::latch all(count + 1);
+    // The callbacks may still look at it when the last one has come.
+    const auto all = std::make_shared<std::latch>(count + 1);
     for (int i = 0; i < count; ++i)
-        WebRequest(recorder.url()).send([&](const Json::Value&) { all.arrive_and_wait(); });
+        WebRequest(recorder.url()).send([all](const Json::Value&) { all->arrive_and_wait(); });
     EXPECT_EQ(get("/")["code"], 200);
-    all.arrive_and_wait();
+    all->arrive_and_wait();
 }
 
 TEST_F(WebRequestHttpTests, ACallbackMaySendTheNextRequest)
