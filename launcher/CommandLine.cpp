@@ -73,6 +73,11 @@ const std::vector<Option>& options()
          storeIn(&CommandLine::sceneInfo)},
         {"-size", "WxH", "size of the window in pixels", parseSize},
         {"-deployment", "F", "file that names the services to use", storeIn(&CommandLine::deployment)},
+        {"-creds", "F", "file with the e-mail address and the password to sign in with",
+         storeIn(&CommandLine::credentials)},
+        {"-url", "LINK", "sign-in link of the browser, for the program that runs",
+         [](CommandLine&, const std::string& link) { return !link.empty(); }},
+        {"-noTelemetry", "", "send no usage telemetry", raise(&CommandLine::noTelemetry)},
         {"-version", "", "print the version, exit", raise(&CommandLine::version)},
         {"-help", "", "print this text, exit", raise(&CommandLine::help)},
     };

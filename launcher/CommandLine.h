@@ -24,6 +24,8 @@ struct CommandLine
     bool hidden = false;
     std::optional<Size> size;
     std::optional<std::filesystem::path> deployment;
+    std::optional<std::filesystem::path> credentials; ///< e-mail address and password to sign in with
+    bool noTelemetry = false;
     std::optional<std::filesystem::path> screenshot; ///< picture of the scene alone
     std::optional<std::filesystem::path> windowShot; ///< picture of the whole window
     std::optional<std::string> sceneInfo;            ///< a path, or "-" for standard output
@@ -31,6 +33,9 @@ struct CommandLine
 
     /// Whether the program leaves by itself once its files are open.
     [[nodiscard]] bool isBatch() const { return screenshot || windowShot || sceneInfo; }
+
+    /// Whether it is the viewer alone that runs, without an account.
+    [[nodiscard]] bool isPlain() const { return screenshot || sceneInfo; }
 };
 
 /// Turns a leading "--" of each argument into "-", so that nobody after it meets both spellings.

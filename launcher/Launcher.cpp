@@ -1,11 +1,15 @@
 #include "launcher/Launcher.h"
 
 #include "launcher/BatchOutput.h"
+#include "launcher/LocalAccount.h"
 #include "launcher/LocalServices.h"
 #include "launcher/StepOpener.h"
 #include "launcher/TerminationSignals.h"
+#include <quorvix/auth/AuthToken.h>
 #include <quorvix/setup/Deployment.h>
+#include <quorvix/setup/QuorvixSetup.h>
 
+#include <VXMesh/StringConvert.h>
 #include <VXViewer/CommandLoop.h>
 #include <VXViewer/FileOpening.h>
 #include <VXViewer/Viewer.h>
@@ -16,7 +20,10 @@
 #include <fmt/format.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
+#include <string_view>
+#include <utility>
 
 namespace VX
 {
@@ -89,9 +96,38 @@ LaunchParams launchParams(const CommandLine& line)
     return params;
 }
 
+/// Whether the user has asked all programs not to report what is done with them (consoledonottrack.com).
+bool isTrackingForbidden()
+{
+    const char* value = std::getenv("DO_NOT_TRACK");
+    return value != nullptr && *value != '\0' && std::string_view(value) != "0";
+}
+
+/// Whether the local account is to be signed in: nobody else wants to be, nor was when the program ran last.
+bool wantsLocalAccount(const CommandLine& line, DeepLink link)
+{
+    if (line.credentials || link != DeepLink::None)
+        return false;
+    const std::string login = loadAuthToken().login;
+    return login.empty() || login == LocalAccount::address;
+}
+
+/// Adds what the product reads from the command line.
+void addProductArguments(std::vector<std::string>& arguments, const CommandLine& line, DeepLink link,
+                         bool hasLocalServices)
+{
+    if (isTrackingForbidden())
+        arguments.emplace_back("-noTelemetry");
+    if (!hasLocalServices || !wantsLocalAccount(line, link))
+        return;
+    const auto credentials = LocalAccount::provide(LocalServices::program(), LocalServices::dataFolder());
+    if (credentials)
+        arguments.insert(arguments.end(), {"-creds", utf8string(*credentials)});
+}
+
 } // namespace
 
-int runLauncher(const CommandLine& line, const std::vector<std::string>& arguments)
+int runLauncher(const CommandLine& line, std::vector<std::string> arguments, DeepLink link)
 {
     auto services = chooseServices(line);
     if (!services)
@@ -99,13 +135,17 @@ int runLauncher(const CommandLine& line, const std::vector<std::string>& argumen
         fmt::print(stderr, "{}\n", services.error());
         return 2;
     }
+    if (!line.isPlain())
+        addProductArguments(arguments, line, link, *services != nullptr);
     if (*services && !line.isBatch())
         (*services)->start();
     installStepOpener(getViewerInstance(), services->get());
 
     const TerminationSignals signals([batch = line.isBatch()]
                                      { CommandLoop::appendCommand([batch] { endOnRequest(batch); }); });
-    return launchViewer(arguments, launchParams(line), ViewerSetup());
+    if (line.isPlain())
+        return launchViewer(std::move(arguments), launchParams(line), ViewerSetup());
+    return launchViewer(std::move(arguments), launchParams(line), QuorvixSetup());
 }
 
 } // namespace VX

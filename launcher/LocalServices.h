@@ -7,6 +7,7 @@
 #include <tl/expected.hpp>
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -22,6 +23,12 @@ class LocalServices
 public:
     /// @return the bound but not yet started services, or one sentence
     [[nodiscard]] static tl::expected<std::unique_ptr<LocalServices>, std::string> bind();
+
+    /// The program that serves, beside this one.
+    [[nodiscard]] static std::filesystem::path program();
+
+    /// Where the services keep what is this user's.
+    [[nodiscard]] static std::filesystem::path dataFolder();
 
     /// Stops the service.
     ~LocalServices();

@@ -65,6 +65,16 @@ tl::expected<std::unique_ptr<LocalServices>, std::string> LocalServices::bind()
     return std::unique_ptr<LocalServices>(new LocalServices(socket, ntohs(address.sin_port)));
 }
 
+std::filesystem::path LocalServices::program()
+{
+    return SystemPath::getExecutablePath().value_or(std::filesystem::path()).parent_path() / "quorvix-backend";
+}
+
+std::filesystem::path LocalServices::dataFolder()
+{
+    return getUserDataDir() / "services";
+}
+
 LocalServices::LocalServices(int socket, std::uint16_t port)
     : socket_(socket)
     , port_(port)
@@ -82,15 +92,12 @@ void LocalServices::start()
     std::call_once(started_,
                    [this]
                    {
-                       const auto folder =
-                           SystemPath::getExecutablePath().value_or(std::filesystem::path()).parent_path();
-                       process_ = std::make_unique<SupervisedProcess>(
-                           SupervisedProcess::Command{folder / "quorvix-backend",
-                                                      {"serve", "--listen-fd", "3", "--data",
-                                                       utf8string(getUserDataDir() / "services"), "--exit-with-parent"},
-                                                      socket_,
-                                                      serviceLog(),
-                                                      [this](const std::string& reason) { noteEnd_(reason); }});
+                       process_ = std::make_unique<SupervisedProcess>(SupervisedProcess::Command{
+                           program(),
+                           {"serve", "--listen-fd", "3", "--data", utf8string(dataFolder()), "--exit-with-parent"},
+                           socket_,
+                           serviceLog(),
+                           [this](const std::string& reason) { noteEnd_(reason); }});
                    });
 }
 

@@ -1,4 +1,5 @@
 #include "launcher/CommandLine.h"
+#include "launcher/DeepLink.h"
 #include "launcher/Launcher.h"
 
 #include <VXMesh/Version.h>
@@ -6,10 +7,20 @@
 #include <fmt/format.h>
 
 #include <cstdio>
+#include <utility>
 
 int main(int argc, char** argv)
 {
-    const auto arguments = VX::normalizeArguments(argc, argv);
+    auto arguments = VX::normalizeArguments(argc, argv);
+    VX::wipeDeepLinks(argc, argv);
+    const auto link = VX::handOverDeepLink(arguments);
+    if (!link)
+    {
+        fmt::print(stderr, "{}\n", link.error());
+        return 2;
+    }
+    if (*link == VX::DeepLink::Taken)
+        return 0;
     const auto line = VX::parseCommandLine(arguments);
     if (!line)
     {
@@ -21,5 +32,5 @@ int main(int argc, char** argv)
         fmt::print("{}", line->help ? VX::commandLineHelp() : fmt::format("Quorvix {}\n", VX::GetVXVersionString()));
         return 0;
     }
-    return VX::runLauncher(*line, arguments);
+    return VX::runLauncher(*line, std::move(arguments), *link);
 }

@@ -39,8 +39,10 @@ private:
 };
 
 /// Runs the program with these arguments until it ends.
+/// @param input  the file that is its standard input
 /// @return its exit code; -1 where it was killed by a signal
-int runBackend(const std::vector<std::string>& arguments, const std::filesystem::path& log);
+int runBackend(const std::vector<std::string>& arguments, const std::filesystem::path& log,
+               const std::filesystem::path& input = "/dev/null");
 
 /// Starts a shell that starts the program and waits for it. Its own number is the result, the program's number is
 /// written to `numberFile`.

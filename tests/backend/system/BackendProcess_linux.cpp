@@ -19,7 +19,7 @@ namespace
 constexpr int handedSocket = 10;
 
 int spawn(const std::filesystem::path& program, const std::vector<std::string>& arguments,
-          const std::filesystem::path& log, int socket = -1)
+          const std::filesystem::path& log, int socket = -1, const std::filesystem::path& input = "/dev/null")
 {
     std::vector<std::string> texts{program.string()};
     texts.insert(texts.end(), arguments.begin(), arguments.end());
@@ -33,6 +33,7 @@ int spawn(const std::filesystem::path& program, const std::vector<std::string>& 
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, log.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
     posix_spawn_file_actions_adddup2(&actions, STDOUT_FILENO, STDERR_FILENO);
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, input.c_str(), O_RDONLY, 0);
     if (socket >= 0)
         posix_spawn_file_actions_adddup2(&actions, socket, handedSocket);
     pid_t id = -1;
@@ -84,9 +85,10 @@ void BackendProcess::killNow()
     waitFor(std::exchange(id_, -1));
 }
 
-int runBackend(const std::vector<std::string>& arguments, const std::filesystem::path& log)
+int runBackend(const std::vector<std::string>& arguments, const std::filesystem::path& log,
+               const std::filesystem::path& input)
 {
-    return waitFor(spawn(backendProgram(), arguments, log));
+    return waitFor(spawn(backendProgram(), arguments, log, -1, input));
 }
 
 int startShellOfBackend(const std::vector<std::string>& arguments, const std::filesystem::path& numberFile)
