@@ -64,7 +64,7 @@ bool hasCredentials(const std::filesystem::path& file)
 {
     const auto credentials = deserializeJsonValue(file);
     return credentials && credentials->isObject() && (*credentials)["email"] == address &&
-           (*credentials)["password"].isString();
+           (*credentials)["password"].isString() && !(*credentials)["password"].asString().empty();
 }
 
 void writePrivately(const std::filesystem::path& file, const std::string& text)
@@ -106,6 +106,8 @@ void provideIn(const std::filesystem::path& file, const std::filesystem::path& b
     const bool known = run(backend, {"user", "list", "--data", data}).find(address) != std::string::npos;
     if (known && hasCredentials(file))
         return;
+    // An end of this process in between leaves no file, never one with the wrong password.
+    std::filesystem::remove(file);
     const std::string password = makePassword();
     const PasswordFile input(file.parent_path() / "local-account.password", password);
     run(backend, {"user", known ? "reset" : "add", address, "--password-stdin", "--data", data}, input.path());

@@ -3,6 +3,7 @@
 #include "formats/ColorByte.h"
 #include "formats/MeshAssembly.h"
 #include "formats/ParallelProgress.h"
+#include "formats/PlyCommonRows.h"
 #include "formats/PlyHeader.h"
 #include "formats/PlyRows.h"
 #include "formats/Source.h"
@@ -100,6 +101,8 @@ bool readVertices(const Source& source, const PlyHeader& header, const PlyRows& 
     return forBlocks(source, header, rows, progress,
                      [&](std::size_t, const RowBlock& block, PlyRowReader& row)
                      {
+                         if (!isPrecise && PlyCommonRows::copyPoints(header, rows, block, raw.points))
+                             return;
                          for (std::size_t i = block.firstRow; i < block.firstRow + block.rowCount; ++i)
                          {
                              row.next();
@@ -145,6 +148,8 @@ bool readFaces(const Source& source, const PlyHeader& header, const PlyRows& row
                      [&](std::size_t i, const RowBlock& block, PlyRowReader& row)
                      {
                          Polygons& polygons = raw.polygons[first + i];
+                         if (!areStrips && PlyCommonRows::appendTriangles(header, rows, block, polygons.corners))
+                             return;
                          polygons.corners.reserve(areStrips ? 0 : block.rowCount * 3);
                          for (std::size_t k = 0; k < block.rowCount; ++k)
                          {

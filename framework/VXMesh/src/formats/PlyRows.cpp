@@ -1,6 +1,7 @@
 #include "formats/PlyRows.h"
 
 #include "formats/MeshAssembly.h"
+#include "formats/PlyCommonRows.h"
 
 #include <algorithm>
 #include <bit>
@@ -174,7 +175,12 @@ PlyRows locateBinary(const PlyElement& element, bool isSwapped, std::string_view
         std::size_t position = 0;
         std::size_t inBlock = 0;
         const std::size_t wanted = std::min(kBlockRows, available - rows.count);
-        if (hasLists)
+        if (const std::size_t triangle = PlyCommonRows::triangleStride(rows.columns, bytes, wanted); triangle > 0)
+        {
+            inBlock = wanted;
+            position = wanted * triangle;
+        }
+        else if (hasLists)
         {
             while (inBlock < wanted && scanner.skip(bytes, position))
                 ++inBlock;
