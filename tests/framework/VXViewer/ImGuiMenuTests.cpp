@@ -219,6 +219,28 @@ TEST_F(ImGuiMenuTests, TurnsTheViewWithTheButtonsOfTheBar)
     EXPECT_TRUE(viewer_.view().camera().direction().isApprox(-Vector3d::UnitZ(), 1e-6));
 }
 
+TEST_F(ImGuiMenuTests, OffersTheViewsInAListWhereTheButtonsDoNotFit)
+{
+    addBoxes_();
+    session_.window().setFramebufferSize({600, 500});
+    driver_.settle();
+    EXPECT_FALSE(driver_.find("Front", "Top Bar"));
+    for (const UiItem& item : UiTree::instance().items())
+    {
+        if (item.window == "Top Bar")
+        {
+            EXPECT_TRUE(item.visibleMax == item.max) << item.label;
+        }
+    }
+    const std::vector<UiItem> items = UiTree::instance().find("", "Top Bar");
+    const auto choice =
+        std::find_if(items.begin(), items.end(), [](const UiItem& item) { return item.kind == UiKind::Combo; });
+    ASSERT_NE(choice, items.end());
+    driver_.click((choice->min + choice->max) / 2);
+    driver_.press("Front");
+    EXPECT_TRUE(viewer_.view().camera().direction().isApprox(Vector3d::UnitY(), 1e-6));
+}
+
 TEST_F(ImGuiMenuTests, ChangesTheProjectionWithTheButtonsOfTheBar)
 {
     driver_.press("Orthographic");

@@ -10,12 +10,18 @@
 #include <VXViewer/Viewer.h>
 
 #include <array>
+#include <string>
+#include <vector>
 
 namespace VX
 {
 
 namespace
 {
+
+constexpr float gap = 4;
+constexpr float choiceWidth = 96;
+constexpr float separatorWidth = 17;
 
 struct ViewButton
 {
@@ -45,6 +51,20 @@ void separator()
     ImGui::SameLine(0, UI::px(8));
 }
 
+float widthOfViews()
+{
+    float width = 0;
+    for (const ViewButton& button : viewButtons)
+        width += UI::buttonWidth(tr(button.label)) + UI::px(gap);
+    return width;
+}
+
+float widthOfProjections()
+{
+    return UI::px(separatorWidth) + UI::buttonWidth(tr("Perspective")) + UI::px(gap) +
+           UI::buttonWidth(tr("Orthographic"));
+}
+
 } // namespace
 
 void TopBar::draw(ImGuiMenu& menu)
@@ -71,19 +91,52 @@ void TopBar::drawViews_()
     if (UI::toolButton(tr("Fit")))
         view.fitAll();
     UI::tooltip(tr("Show the whole scene"), "F");
+    ImGui::SameLine(0, UI::px(gap));
+    const float projections = widthOfProjections();
+    if (widthOfViews() + projections <= ImGui::GetContentRegionAvail().x)
+        drawViewButtons_();
+    else
+        drawViewChoice_();
+    ImGui::SameLine(0, 0);
+    // The key of the projection works in the narrowest window too.
+    if (projections <= ImGui::GetContentRegionAvail().x)
+        drawProjections_();
+    else
+        ImGui::NewLine();
+}
+
+void TopBar::drawViewButtons_()
+{
     for (const ViewButton& button : viewButtons)
     {
-        ImGui::SameLine(0, UI::px(4));
+        if (&button != &viewButtons.front())
+            ImGui::SameLine(0, UI::px(gap));
         if (UI::toolButton(tr(button.label)))
-            view.showFrom(button.view);
+            viewer_.view().showFrom(button.view);
         UI::tooltip(tr(button.tooltip), button.shortcut);
     }
+}
+
+void TopBar::drawViewChoice_()
+{
+    std::vector<std::string> names{tr("View")};
+    for (const ViewButton& button : viewButtons)
+        names.push_back(tr(button.label));
+    int chosen = 0;
+    ImGui::SetNextItemWidth(UI::px(choiceWidth));
+    if (UI::combo("##view", chosen, names))
+        viewer_.view().showFrom(viewButtons.at(static_cast<std::size_t>(chosen) - 1).view);
+}
+
+void TopBar::drawProjections_()
+{
+    SceneView& view = viewer_.view();
     separator();
     const bool orthographic = view.camera().projection() == Projection::Orthographic;
     if (UI::toolButton(tr("Perspective"), !orthographic) && orthographic)
         view.toggleProjection();
     UI::tooltip(tr("Near things look larger"), "Alt+5");
-    ImGui::SameLine(0, UI::px(4));
+    ImGui::SameLine(0, UI::px(gap));
     if (UI::toolButton(tr("Orthographic"), orthographic) && !orthographic)
         view.toggleProjection();
     UI::tooltip(tr("Parallel lines stay parallel"), "Alt+5");

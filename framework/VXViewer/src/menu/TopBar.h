@@ -23,6 +23,9 @@ public:
 
 private:
     void drawViews_();
+    void drawViewButtons_();
+    void drawViewChoice_(); ///< where the buttons do not fit
+    void drawProjections_();
 
     Viewer& viewer_;
 };
