@@ -25,6 +25,7 @@ std::string document(std::string_view title, const std::string& content)
                        "</head>\n"
                        "<body>\n"
                        "<main>\n"
+                       "<p class=\"brand\">Quorvix</p>\n"
                        "<h1>{0}</h1>\n"
                        "{1}"
                        "</main>\n"
@@ -39,7 +40,7 @@ std::string messages(const PageContext& context)
     if (!context.error.empty())
         html += fmt::format("<p class=\"error\" role=\"alert\" id=\"error\">{}</p>\n", htmlEscaped(context.error));
     if (!context.notice.empty())
-        html += fmt::format("<p role=\"status\" id=\"notice\">{}</p>\n", htmlEscaped(context.notice));
+        html += fmt::format("<p class=\"notice\" role=\"status\" id=\"notice\">{}</p>\n", htmlEscaped(context.notice));
     return html;
 }
 
@@ -76,7 +77,8 @@ std::string codeInput()
 }
 
 /// The same rules that the service itself looks at.
-std::string newPasswordInput(std::string_view label)
+/// @param isFirst  whether it is the first that is to be typed
+std::string newPasswordInput(std::string_view label, bool isFirst)
 {
     constexpr std::pair<const char*, const char*> rules[] = {
         {"^.{8,99}$", "At least 8 chars"},
@@ -86,9 +88,9 @@ std::string newPasswordInput(std::string_view label)
     };
     std::string html = fmt::format("<label for=\"password\">{}</label>\n"
                                    "<input id=\"password\" name=\"password\" type=\"password\" "
-                                   "autocomplete=\"new-password\" aria-describedby=\"rules\" required>\n"
+                                   "autocomplete=\"new-password\" aria-describedby=\"rules\" required{}>\n"
                                    "<ul class=\"rules\" id=\"rules\" data-for=\"password\">\n",
-                                   label);
+                                   label, isFirst ? " autofocus" : "");
     for (const auto& [pattern, text] : rules)
         html += fmt::format("<li data-rule=\"{}\">{}<span class=\"hidden-text\"></span></li>\n", htmlEscaped(pattern),
                             text);
@@ -100,11 +102,12 @@ std::string link(const PageContext& context, std::string_view path, std::string_
     return fmt::format("<a href=\"/{}{}\">{}</a>", path, htmlEscaped(context.query), text);
 }
 
-std::string sentTo(std::string_view what, const std::string& destination)
+/// Says where the code is, which only the answer to asking for one tells.
+std::string whereTheCodeIs(const PageContext& context, std::string_view kind, const std::string& destination)
 {
     if (destination.empty())
-        return fmt::format("<p>We have sent {} by email.</p>\n", what);
-    return fmt::format("<p>We have sent {} by email to {}.</p>\n", what, htmlEscaped(destination));
+        return fmt::format("<p>Enter the {} from the email to {}.</p>\n", kind, htmlEscaped(context.address));
+    return fmt::format("<p>We have sent a {} by email to {}.</p>\n", kind, htmlEscaped(destination));
 }
 
 } // namespace
@@ -121,8 +124,8 @@ std::string signInPage(const PageContext& context)
                              "autocomplete=\"current-password\" required{}>\n",
                              focus) +
                  button("Sign In")) +
-        fmt::format("<p>Forgot your {}</p>\n<p>Need an account? {}</p>\n",
-                    link(context, "forgot-password", "password?"), link(context, "sign-up", "Sign Up"));
+        fmt::format("<p>{}</p>\n<p>Need an account? {}</p>\n",
+                    link(context, "forgot-password", "Forgot your password?"), link(context, "sign-up", "Sign Up"));
     return document("Sign In", content);
 }
 
@@ -130,7 +133,8 @@ std::string signUpPage(const PageContext& context)
 {
     const std::string content =
         messages(context) +
-        form(context, "sign-up", "sign-up", addressInput(context) + newPasswordInput("Password") + button("Sign Up")) +
+        form(context, "sign-up", "sign-up",
+             addressInput(context) + newPasswordInput("Password", !context.address.empty()) + button("Sign Up")) +
         fmt::format("<p>Already have an account? {}</p>\n", link(context, "sign-in", "Sign In"));
     return document("Sign Up", content);
 }
@@ -138,7 +142,7 @@ std::string signUpPage(const PageContext& context)
 std::string confirmSignUpPage(const PageContext& context, const std::string& destination)
 {
     const std::string content =
-        messages(context) + sentTo("a code", destination) +
+        messages(context) + whereTheCodeIs(context, "code", destination) +
         form(context, "sign-up", "confirm",
              hidden("email", context.address) + codeInput() + button("Confirm Account")) +
         form(context, "sign-up", "resend", hidden("email", context.address) + button("Send another code", true)) +
@@ -157,10 +161,10 @@ std::string forgotPasswordPage(const PageContext& context)
 
 std::string resetPasswordPage(const PageContext& context, const std::string& destination)
 {
-    const std::string content = messages(context) + sentTo("a password reset code", destination) +
+    const std::string content = messages(context) + whereTheCodeIs(context, "password reset code", destination) +
                                 form(context, "forgot-password", "reset",
-                                     hidden("email", context.address) + codeInput() + newPasswordInput("New Password") +
-                                         button("Change Password")) +
+                                     hidden("email", context.address) + codeInput() +
+                                         newPasswordInput("New Password", false) + button("Change Password")) +
                                 fmt::format("<p>Back to {}</p>\n", link(context, "sign-in", "Sign In"));
     return document("Confirm Reset Password", content);
 }

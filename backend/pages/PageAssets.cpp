@@ -45,7 +45,9 @@ main {
     background: var(--card);
     border-radius: 0.5rem;
 }
-h1 { margin: 0 0 1rem; font-size: 1.5rem; }
+main > :last-child { margin-bottom: 0; }
+p { overflow-wrap: anywhere; }
+h1 { margin: 0 0 1rem; font-size: 1.5rem; line-height: 1.25; }
 label { display: block; margin: 1rem 0 0.25rem; font-weight: 600; }
 input {
     width: 100%;
@@ -72,10 +74,15 @@ button, .button {
     cursor: pointer;
 }
 button.plain { margin-top: 0.75rem; color: var(--accent); background: transparent; }
+button:hover, .button:hover { filter: brightness(1.12); }
+button.plain:hover { text-decoration: underline; }
 a { color: var(--accent); }
 a.button { color: var(--on-accent); }
 :focus-visible { outline: 3px solid var(--accent); outline-offset: 2px; }
-.error { color: var(--error); font-weight: 600; }
+.brand { margin: 0 0 0.25rem; color: var(--faint); font-weight: 600; letter-spacing: 0.04em; }
+.error, .notice { padding: 0.5rem 0.75rem; border-left: 0.25rem solid; border-radius: 0.25rem; background: var(--back); }
+.error { color: var(--error); font-weight: 600; border-color: var(--error); }
+.notice { border-color: var(--kept); }
 .faint { color: var(--faint); }
 .rules { margin: 0.5rem 0 0; padding: 0; list-style: none; color: var(--faint); }
 .rules li::before { content: "\25CB\00A0"; }

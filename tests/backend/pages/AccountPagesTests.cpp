@@ -200,6 +200,22 @@ TEST_F(AccountPagesTest, signsUpConfirmsAndSignsIn)
     EXPECT_THAT(answer.body, HasSubstr("Open Quorvix"));
 }
 
+TEST_F(AccountPagesTest, namesTheAddressAgainAfterAWrongCode)
+{
+    open("/sign-up");
+    submit("sign-up", {{"email", address}, {"password", password}});
+    submit("confirm", {{"code", wrongCode(newestCode())}});
+    EXPECT_THAT(answer.body, HasSubstr("<p>Enter the code from the email to ann@example.com.</p>"));
+}
+
+TEST_F(AccountPagesTest, goesOnWithThePasswordThatWasRefused)
+{
+    open("/sign-up");
+    submit("sign-up", {{"email", address}, {"password", "short"}});
+    static const std::regex focused("<input id=\"password\"[^>]* autofocus>");
+    EXPECT_TRUE(std::regex_search(answer.body, focused)) << answer.body;
+}
+
 TEST_F(AccountPagesTest, sendsAnotherCode)
 {
     open("/sign-up");

@@ -42,7 +42,7 @@ std::string countText(std::uint64_t count)
 {
     std::string text = std::to_string(count);
     for (int i = static_cast<int>(text.size()) - 3; i > 0; i -= 3)
-        text.insert(static_cast<std::size_t>(i), ",");
+        text.insert(static_cast<std::size_t>(i), 1, ',');
     return text;
 }
 
