@@ -44,6 +44,8 @@ bool parseQuery(std::string_view query, std::map<std::string, std::string>& out)
 
 std::optional<std::string> percentDecode(std::string_view text)
 {
+    if (text.find('\0') != std::string_view::npos)
+        return std::nullopt;
     std::string out;
     out.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i)

@@ -17,7 +17,7 @@ struct HttpTarget
 };
 
 /// Replaces each %XX by its byte; "+" stays a plus.
-/// @return empty where a "%" is not followed by two hexadecimal digits, or for %00
+/// @return empty where a "%" is not followed by two hexadecimal digits, and for a zero byte, %00 or plain
 /// @threads any
 std::optional<std::string> percentDecode(std::string_view text);
 

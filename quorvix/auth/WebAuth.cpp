@@ -44,6 +44,9 @@ void openPage(std::string_view page)
 /// The first value of `key`, decoded, a "+" being a plus sign; empty where there is none.
 std::string parameterOf(const boost::urls::url_view& url, std::string_view key)
 {
+    // Boost.URL 1.81 sees two parameters in the empty query of "?#", and reads beyond the link for the second.
+    if (url.encoded_query().empty())
+        return {};
     boost::urls::encoding_opts options;
     options.space_as_plus = false;
     const auto parameters = url.params(options);

@@ -42,7 +42,7 @@ TEST(CommandLine, TakesWhatIsNoOptionForFilesInTheirOrder)
 TEST(CommandLine, ReadsEveryOption)
 {
     const auto line = parsed({"-screenshot", "s.png", "-windowShot", "w.png", "-sceneInfo", "-", "-size", "640x480",
-                              "-deployment", "d.json", "-version", "-help"});
+                              "-deployment", "d.json", "-creds", "c.json", "-noTelemetry", "-version", "-help"});
     EXPECT_EQ(line.screenshot, "s.png");
     EXPECT_EQ(line.windowShot, "w.png");
     EXPECT_EQ(line.sceneInfo, "-");
@@ -50,6 +50,8 @@ TEST(CommandLine, ReadsEveryOption)
     EXPECT_EQ(line.size->width, 640);
     EXPECT_EQ(line.size->height, 480);
     EXPECT_EQ(line.deployment, "d.json");
+    EXPECT_EQ(line.credentials, "c.json");
+    EXPECT_TRUE(line.noTelemetry);
     EXPECT_TRUE(line.version);
     EXPECT_TRUE(line.help);
 }
@@ -60,6 +62,25 @@ TEST(CommandLine, IsABatchRunOnlyWhenItLeavesSomethingBehind)
     EXPECT_TRUE(parsed({"-screenshot", "a.png"}).isBatch());
     EXPECT_TRUE(parsed({"-windowShot", "a.png"}).isBatch());
     EXPECT_TRUE(parsed({"-sceneInfo", "-"}).isBatch());
+}
+
+TEST(CommandLine, IsPlainOnlyWhenTheSceneAloneIsAskedFor)
+{
+    EXPECT_FALSE(parsed({"-hidden", "a.stl"}).isPlain());
+    EXPECT_TRUE(parsed({"-screenshot", "a.png"}).isPlain());
+    EXPECT_FALSE(parsed({"-windowShot", "a.png"}).isPlain());
+    EXPECT_TRUE(parsed({"-sceneInfo", "-"}).isPlain());
+}
+
+TEST(CommandLine, TakesTheLastCredentials)
+{
+    EXPECT_EQ(parsed({"-creds", "a.json", "-creds", "b.json"}).credentials, "b.json");
+}
+
+TEST(CommandLine, NamesALinkThatIsMissing)
+{
+    EXPECT_EQ(errorOf({"-url"}), "Option \"-url\" needs a value: -url LINK.");
+    EXPECT_EQ(errorOf({"-url", ""}), "\"\" is not a value for -url: write -url LINK.");
 }
 
 TEST(CommandLine, NamesAnUnknownOption)
@@ -95,7 +116,7 @@ TEST(CommandLine, ListsEveryOptionInItsHelp)
 {
     const auto help = commandLineHelp();
     for (const char* option : {"-hidden", "-screenshot F.png", "-windowShot F.png", "-sceneInfo F", "-size WxH",
-                               "-deployment F", "-version", "-help"})
+                               "-deployment F", "-creds F", "-url LINK", "-noTelemetry", "-version", "-help"})
         EXPECT_NE(help.find(option), std::string::npos) << option;
 }
 

@@ -40,6 +40,7 @@ TEST(PercentDecode, RefusesEscapesThatAreCutOffOrNotHexadecimal)
 TEST(PercentDecode, RefusesAZeroByte)
 {
     EXPECT_FALSE(percentDecode("/file%00.txt"));
+    EXPECT_FALSE(percentDecode(std::string_view("/file\0.txt", 10)));
 }
 
 TEST(HttpTarget, SplitsPathAndQuery)

@@ -117,6 +117,7 @@ TEST_F(WebAuthTest, storesEmptyFieldsForALinkWithoutParameters)
 {
     saveAuthToken({"old", "old", "old"});
     EXPECT_EQ(stored_("quorvix://auth"), (AuthToken{"", "", Cognito::getEndpoint("")}));
+    EXPECT_EQ(stored_("quorvix://auth?#part"), (AuthToken{"", "", Cognito::getEndpoint("")}));
 }
 
 TEST_F(WebAuthTest, handsOverTheLastLinkOfTheCommandLine)

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "tests/backend/accounts/support/AccountTestSupport.h"
+#include "tests/backend/system/BackendProcess.h"
+#include "tests/support/TempConfig.h"
+#include <quorvix/setup/Deployment.h>
+
+#include <VXViewer/Viewer.h>
+#include <VXViewer/WebRequests.h>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace VX::Test
+{
+
+/// The application's own clients against a quorvix-backend of their own.
+class ServiceFixture : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        // Its answer says that it has its databases.
+        ASSERT_EQ(Client(backend_.port()).send("GET", "/healthz").status, 200);
+        resetDeployment();
+        ASSERT_TRUE(setDeployment(withEmbeddedServices({}, backend_.port())));
+        getViewerInstance().reset();
+    }
+
+    void TearDown() override
+    {
+        WebRequests::reset();
+        getViewerInstance().reset();
+        resetDeployment();
+    }
+
+    /// The code of the newest message.
+    [[nodiscard]] std::string newestCode_() const { return codeIn(newestMail(data_ / "outbox")); }
+
+    const TempConfig config_{"Quorvix"};
+    const TempDir folder_;
+    const std::filesystem::path data_ = folder_.path() / "data";
+    BackendProcess backend_{data_, folder_.path() / "log", {}};
+};
+
+} // namespace VX::Test
