@@ -28,6 +28,13 @@ std::filesystem::path folderOf(const std::filesystem::path& target)
     return target.has_parent_path() ? target.parent_path() : std::filesystem::path(".");
 }
 
+// A device, pipe or socket would give way to a file of its name.
+bool isSpecial(const std::filesystem::path& target)
+{
+    std::error_code unknown;
+    return std::filesystem::is_other(std::filesystem::symlink_status(target, unknown));
+}
+
 // Zero or the error number.
 int writeAll(int descriptor, std::string_view bytes)
 {
@@ -47,6 +54,8 @@ int writeAll(int descriptor, std::string_view bytes)
 tl::expected<AtomicFile, std::string> AtomicFile::create(const std::filesystem::path& target,
                                                          std::filesystem::perms mode)
 {
+    if (isSpecial(target))
+        return writeError(target, EOPNOTSUPP);
     // Not made of the target's name, which may be as long as names can be.
     std::random_device random;
     for (int attempt = 0; attempt < 100; ++attempt)

@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <fstream>
 #include <utility>
@@ -80,6 +81,15 @@ TEST(WriteFileAtomically, NamesTheFileThatItCannotWriteAndLeavesNothing)
               "Cannot write \"file\": no such file or directory.");
     EXPECT_EQ(errorOf(writeFileAtomically(temp.path() / "folder", "x")), "Cannot write \"folder\": is a directory.");
     EXPECT_EQ(entriesOf(temp.path()), 1U);
+}
+
+TEST(WriteFileAtomically, LeavesAPipeInPlace)
+{
+    const VX::Test::TempDir folder;
+    const auto pipe = folder.path() / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_EQ(writeFileAtomically(pipe, "text").error(), "Cannot write \"pipe\": operation not supported.");
+    EXPECT_TRUE(std::filesystem::is_fifo(pipe));
 }
 
 TEST(AtomicFile, TakesItsNameWithCommitAndNotBefore)

@@ -22,7 +22,8 @@ inline constexpr std::filesystem::perms documentFileMode =
 
 /// A file that takes its final name only when it is complete: it is written under a temporary name in the same folder
 /// and renamed then. Until `commit` an old file of the final name stays as it is; without `commit` nothing remains.
-/// A symbolic link at the final name is replaced, never followed.
+/// A symbolic link at the final name is replaced, never followed; a device, pipe or socket there stays, and nothing is
+/// written.
 class VXMESH_API AtomicFile
 {
 public:
