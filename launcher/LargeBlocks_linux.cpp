@@ -3,8 +3,9 @@
 
 #include <sys/mman.h>
 
-#include <cstdint>
+#include <cstddef>
 #include <cstdlib>
+#include <memory>
 #include <new>
 
 namespace
@@ -14,10 +15,8 @@ constexpr std::size_t hugePage = std::size_t{2} << 20U;
 
 void adviseHugePages(void* block, std::size_t size)
 {
-    const auto begin = (reinterpret_cast<std::uintptr_t>(block) + hugePage - 1) & ~(hugePage - 1);
-    const auto end = (reinterpret_cast<std::uintptr_t>(block) + size) & ~(hugePage - 1);
-    if (begin < end)
-        ::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+    if (std::align(hugePage, hugePage, block, size) != nullptr)
+        ::madvise(block, size & ~(hugePage - 1), MADV_HUGEPAGE);
 }
 
 } // namespace

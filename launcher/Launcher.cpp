@@ -99,6 +99,7 @@ LaunchParams launchParams(const CommandLine& line)
 /// Whether the user has asked all programs not to report what is done with them (consoledonottrack.com).
 bool isTrackingForbidden()
 {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody changes the environment
     const char* value = std::getenv("DO_NOT_TRACK");
     return value != nullptr && *value != '\0' && std::string_view(value) != "0";
 }

@@ -179,6 +179,7 @@ std::vector<ObjSection> collectObjSections(const std::vector<ObjPiece>& pieces)
 RawMesh takeFaces(const ObjSection& section, const ObjPoints& all)
 {
     std::vector<std::span<const std::uint32_t>> used;
+    used.reserve(section.runs.size());
     for (const ObjSection::Run& run : section.runs)
         used.push_back(faceCorners(run));
     const PointSubset subset(used, all.points.size());
@@ -205,6 +206,7 @@ RawMesh takeFaces(const ObjSection& section, const ObjPoints& all)
 Lines takeLines(const ObjSection& section, const ObjPoints& all)
 {
     std::vector<std::span<const std::uint32_t>> used;
+    used.reserve(section.runs.size());
     for (const ObjSection::Run& run : section.runs)
         used.push_back(lineCorners(run));
     const PointSubset subset(used, all.points.size());

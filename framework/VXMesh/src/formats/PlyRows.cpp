@@ -50,6 +50,7 @@ PlyRole roleOf(const PlyElement& element, const PlyProperty& property)
 std::vector<PlyColumn> columnsOf(const PlyElement& element)
 {
     std::vector<PlyColumn> columns;
+    columns.reserve(element.properties.size());
     for (const PlyProperty& property : element.properties)
         columns.push_back({property.type, property.countType, roleOf(element, property)});
     return columns;
@@ -234,6 +235,7 @@ std::vector<PlyRows> locatePlyRows(const PlyHeader& header, std::string_view tex
     if (header.encoding == PlyEncoding::Text)
         return locateText(header, rest);
     std::vector<PlyRows> result;
+    result.reserve(header.elements.size());
     for (const PlyElement& element : header.elements)
         result.push_back(locateBinary(element, header.encoding == PlyEncoding::BigEndian, rest));
     return result;
@@ -305,7 +307,7 @@ void PlyRowReader::nextBinary_()
     {
         if (column.countType)
         {
-            readBinaryList_(column);
+            readBinaryList_(column, *column.countType);
             continue;
         }
         if (column.role != PlyRole::Unused)
@@ -314,10 +316,10 @@ void PlyRowReader::nextBinary_()
     }
 }
 
-void PlyRowReader::readBinaryList_(const PlyColumn& column)
+void PlyRowReader::readBinaryList_(const PlyColumn& column, PlyType countType)
 {
-    const auto count = static_cast<std::size_t>(loadInteger(*column.countType, position_, isSwapped_));
-    position_ += sizeOf(*column.countType);
+    const auto count = static_cast<std::size_t>(loadInteger(countType, position_, isSwapped_));
+    position_ += sizeOf(countType);
     const std::size_t itemSize = sizeOf(column.type);
     if (column.role == PlyRole::Corners)
     {

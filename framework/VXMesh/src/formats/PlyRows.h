@@ -76,7 +76,7 @@ private:
     void nextText_();
     void nextBinary_();
     void readTextList_(const PlyColumn& column);
-    void readBinaryList_(const PlyColumn& column);
+    void readBinaryList_(const PlyColumn& column, PlyType countType);
 
     const PlyRows& rows_;
     bool isText_;

@@ -54,6 +54,7 @@ SaveItems collectSaveItems(const Object& root)
 std::vector<PointsPart> pointsParts(const SaveItems& items)
 {
     std::vector<PointsPart> parts;
+    parts.reserve(items.meshes.size() + items.clouds.size());
     for (const MeshItem& item : items.meshes)
         parts.push_back(
             {item.geometry->points, item.geometry->normals, item.geometry->vertexColors, item.toScene, item.color});

@@ -113,16 +113,16 @@ private:
     std::unique_ptr<SceneRenderer> renderer_;
     std::unique_ptr<ScenePicker> picker_;
     CameraController controller_;
-    SceneOptions options_;
-    PixelRect area_;
-    float scale_ = 1;
-    bool dragging_ = false;
     mutable Box3d box_;
     mutable std::uint64_t boxRevision_ = 0;
     /// What the window shows.
-    std::uint64_t shownRevision_ = 0;
     Camera shownCamera_;
+    std::uint64_t shownRevision_ = 0;
+    SceneOptions options_;
+    PixelRect area_;
+    float scale_ = 1;
     bool shownMoving_ = false;
+    bool dragging_ = false;
 };
 
 } // namespace VX

@@ -62,7 +62,7 @@ public:
 
     /// Runs the action of the key that was pressed with the modifiers held at that moment.
     /// @return true when there is one
-    bool process(const KeyEvent& event) const;
+    [[nodiscard]] bool process(const KeyEvent& event) const;
 
     /// "Ctrl+Shift+S"
     [[nodiscard]] static std::string keyText(ShortcutKey key);

@@ -45,10 +45,10 @@ public:
     virtual void unloadExtendedLibraries() const;
 
     /// Starts the server for agents. @return false: this program has none
-    virtual bool setupMcp() const;
+    [[nodiscard]] virtual bool setupMcp() const;
 
     /// Stops it. @return false: none was running
-    virtual bool shutdownMcp() const;
+    [[nodiscard]] virtual bool shutdownMcp() const;
 
     /// Called once, when the viewer is set up and before its loop starts.
     std::function<void()> startCallback;

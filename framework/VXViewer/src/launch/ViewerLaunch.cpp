@@ -51,7 +51,7 @@ void runSteps(Viewer& viewer, const LaunchParams& params, const ViewerSetup& set
     setup.setupSettingsManager(&viewer, params.applicationName, params.resetSettings);
     setup.setupConfiguration(&viewer);
     setup.setupExtendedLibraries();
-    setup.setupMcp();
+    static_cast<void>(setup.setupMcp());
     if (setup.startCallback)
         setup.startCallback();
 }
@@ -77,7 +77,7 @@ void shutDown(Viewer& viewer, const LaunchParams& params, const ViewerSetup& set
         viewer.settingsManager()->saveSettings(viewer);
     ProgressBar::shutdown();
     viewer.stopUi();
-    setup.shutdownMcp();
+    static_cast<void>(setup.shutdownMcp());
     // Before the libraries whose code the plug-ins may be.
     viewer.reset();
     setup.unloadExtendedLibraries();

@@ -20,7 +20,7 @@ inline std::string tr(const char* text)
 template <typename... Arguments>
 std::string trf(const char* text, Arguments&&... arguments)
 {
-    const std::string translated = Locale::translate(text);
+    std::string translated = Locale::translate(text);
     try
     {
         return fmt::format(fmt::runtime(translated), std::forward<Arguments>(arguments)...);
