@@ -87,8 +87,6 @@ LocalIdentity::LocalIdentity(AccountStore& store, TryLimits& limits, const Outbo
     , settings_(std::move(settings))
     , hashing_(hashingThreads, hashingQueue)
 {
-    // Made before it is needed, so that the first stranger does not wait for it.
-    [[maybe_unused]] const bool started = hashing_.run([] { (void)hashOfNobody(); });
 }
 
 void LocalIdentity::call(const IdentityCall& call, Respond respond)

@@ -17,7 +17,7 @@ namespace VX
 /// @threads any
 [[nodiscard]] bool isPasswordOf(const std::string& hash, std::string_view password);
 
-/// A hash that no password is known for, for the sake of its cost. The first call makes it.
+/// A hash that no password is known for, for the sake of its cost.
 /// @threads any
 [[nodiscard]] const std::string& hashOfNobody();
 
