@@ -50,9 +50,9 @@ TEST(WriteFileAtomically, ReplacesAnOldFileAndItsMode)
 {
     const TempDir temp;
     const auto path = temp.write("file", "a longer old content");
-    ASSERT_TRUE(writeFileAtomically(path, "new", std::filesystem::perms::owner_read));
+    ASSERT_TRUE(writeFileAtomically(path, "new", std::filesystem::perms::owner_all));
     EXPECT_EQ(readFile(path), "new");
-    EXPECT_EQ(modeOf(path), 0400U);
+    EXPECT_EQ(modeOf(path), 0700U);
 }
 
 TEST(WriteFileAtomically, ReplacesASymbolicLinkInsteadOfFollowingIt)

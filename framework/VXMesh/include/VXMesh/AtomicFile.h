@@ -35,7 +35,7 @@ public:
     };
 
     /// Creates the empty temporary file beside `target`.
-    /// @param mode  of the file, less the bits of the process's mask
+    /// @param mode  of the file, less the bits of the process's mask; its owner may write
     /// @return `Cannot write "NAME": REASON.`
     /// @threads any
     [[nodiscard]] static tl::expected<AtomicFile, std::string> create(const std::filesystem::path& target,
