@@ -188,8 +188,8 @@ void UiDriver::key(int key, int mods)
     {
         if ((mods & modifier) == 0)
             continue;
-        inject_(KeyEvent{modifierKey, 0, KeyEvent::Action::Release, mods});
         mods &= ~modifier;
+        inject_(KeyEvent{modifierKey, 0, KeyEvent::Action::Release, mods});
     }
     settle();
 }

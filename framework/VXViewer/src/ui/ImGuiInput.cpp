@@ -15,28 +15,6 @@ namespace VX
 namespace
 {
 
-/// The modifier that `key` is, or 0.
-int modifierOf(int key)
-{
-    switch (key)
-    {
-    case GLFW_KEY_LEFT_CONTROL:
-    case GLFW_KEY_RIGHT_CONTROL:
-        return GLFW_MOD_CONTROL;
-    case GLFW_KEY_LEFT_SHIFT:
-    case GLFW_KEY_RIGHT_SHIFT:
-        return GLFW_MOD_SHIFT;
-    case GLFW_KEY_LEFT_ALT:
-    case GLFW_KEY_RIGHT_ALT:
-        return GLFW_MOD_ALT;
-    case GLFW_KEY_LEFT_SUPER:
-    case GLFW_KEY_RIGHT_SUPER:
-        return GLFW_MOD_SUPER;
-    default:
-        return 0;
-    }
-}
-
 /// Adds each kind of event to the current context's queue.
 class Feeder
 {
@@ -55,9 +33,7 @@ public:
 
     void operator()(const KeyEvent& event) const
     {
-        // X11 tells the modifiers that were down before the event.
-        const int own = modifierOf(event.key);
-        addMods_(event.action == KeyEvent::Action::Release ? event.mods & ~own : event.mods | own);
+        addMods_(event.mods);
         if (event.action != KeyEvent::Action::Repeat)
             io_.AddKeyEvent(imguiKey(event.key), event.action == KeyEvent::Action::Press);
     }
