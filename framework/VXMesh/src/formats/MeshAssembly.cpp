@@ -71,6 +71,21 @@ private:
     bool allFinite_;
 };
 
+/// Whether each corner names one of the points, all of which are finite.
+bool areSound(std::span<const Triangle> triangles, const std::vector<Vector3f>& points)
+{
+    const auto greatest = tbb::parallel_reduce(
+        tbb::blocked_range<std::size_t>(0, triangles.size(), kGrain), std::uint32_t{0},
+        [&](const tbb::blocked_range<std::size_t>& range, std::uint32_t index)
+        {
+            for (const Triangle& triangle : triangles.subspan(range.begin(), range.size()))
+                index = std::max({index, triangle[0], triangle[1], triangle[2]});
+            return index;
+        },
+        [](std::uint32_t a, std::uint32_t b) { return std::max(a, b); });
+    return greatest < points.size() && allOf(points, isFinite);
+}
+
 template <typename Visit>
 void forEachFace(const Polygons& polygons, const Visit& visit)
 {
@@ -189,6 +204,15 @@ std::size_t dropPointsNotFinite(Mesh& mesh)
     return count - next;
 }
 
+Polygons asPolygons(std::span<const Triangle> triangles)
+{
+    Polygons polygons;
+    polygons.corners.reserve(3 * triangles.size());
+    for (const Triangle& triangle : triangles)
+        polygons.corners.insert(polygons.corners.end(), triangle.begin(), triangle.end());
+    return polygons;
+}
+
 std::shared_ptr<VisualObject> makeObject(Mesh mesh, bool hasFaces)
 {
     if (hasFaces)
@@ -288,9 +312,14 @@ tl::expected<std::shared_ptr<VisualObject>, std::string> assembleObject(const So
 
     if (mesh.points.size() >= kNoPoint)
         return source.error("it holds more than 4,294,967,294 points.");
-    const bool hasFaces = std::ranges::any_of(raw.polygons, [](const Polygons& piece) { return piece.count() > 0; });
-    if (hasFaces)
+    const bool hasPolygons = std::ranges::any_of(raw.polygons, [](const Polygons& piece) { return piece.count() > 0; });
+    const bool hasFaces = hasPolygons || !raw.triangles.empty();
+    if (!hasPolygons && areSound(raw.triangles, mesh.points))
+        mesh.triangles = std::move(raw.triangles);
+    else if (hasFaces)
     {
+        raw.polygons.insert(raw.polygons.begin(), asPolygons(raw.triangles));
+        raw.triangles = {};
         CheckedFaces faces = checkFaces(raw.polygons, mesh.points);
         raw.polygons.clear();
         if (faces.triangles.empty())

@@ -49,6 +49,7 @@ struct RawMesh
     std::vector<Vector3f> points;
     std::vector<Vector3f> normals;   ///< one a point, or empty
     std::vector<Color> vertexColors; ///< one a point, or empty
+    std::vector<Triangle> triangles; ///< faces that are known to have three corners, before all others
     std::vector<Polygons> polygons;  ///< pieces in the order of the file
     std::optional<Vector3d> offset;  ///< what was subtracted from the points already
 };

@@ -23,13 +23,17 @@ bool isFloat(const PlyColumn& column, PlyRole role)
     return !column.countType && column.type == PlyType::Float && column.role == role;
 }
 
+bool hasOnlyCorners(const std::vector<PlyColumn>& columns)
+{
+    return columns.size() == 1 && columns.front().countType == PlyType::UInt8 &&
+           (columns.front().type == PlyType::Int32 || columns.front().type == PlyType::UInt32);
+}
+
 } // namespace
 
 std::size_t triangleStride(const std::vector<PlyColumn>& columns, std::string_view bytes, std::size_t count)
 {
-    if (columns.size() != 1 || columns.front().countType != PlyType::UInt8 ||
-        (columns.front().type != PlyType::Int32 && columns.front().type != PlyType::UInt32) ||
-        bytes.size() / triangleSize < count)
+    if (!hasOnlyCorners(columns) || bytes.size() / triangleSize < count)
         return 0;
     for (std::size_t i = 0; i < count; ++i)
     {
@@ -55,15 +59,22 @@ bool copyPoints(const PlyHeader& header, const PlyRows& rows, const RowBlock& bl
     return true;
 }
 
-bool appendTriangles(const PlyHeader& header, const PlyRows& rows, const RowBlock& block,
-                     std::vector<std::uint32_t>& corners)
+bool mayBeTriangles(const PlyHeader& header, const PlyRows& rows)
 {
-    if (!isNative(header) || triangleStride(rows.columns, block.bytes, block.rowCount) == 0)
-        return false;
-    const std::size_t begin = corners.size();
-    corners.resize(begin + 3 * block.rowCount);
-    for (std::size_t i = 0; i < block.rowCount; ++i)
-        std::memcpy(&corners[begin + 3 * i], block.bytes.data() + i * triangleSize + 1, cornersSize);
+    return isNative(header) && hasOnlyCorners(rows.columns) &&
+           std::ranges::all_of(rows.blocks, [](const RowBlock& block)
+                               { return block.bytes.size() == block.rowCount * triangleSize; });
+}
+
+bool copyTriangles(const RowBlock& block, std::vector<Triangle>& triangles)
+{
+    const char* row = block.bytes.data();
+    for (std::size_t i = 0; i < block.rowCount; ++i, row += triangleSize)
+    {
+        if (*row != 3)
+            return false;
+        std::memcpy(triangles[block.firstRow + i].data(), row + 1, cornersSize);
+    }
     return true;
 }
 

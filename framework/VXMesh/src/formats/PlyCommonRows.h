@@ -6,7 +6,6 @@
 #include <VXMesh/Geometry.h>
 
 #include <cstddef>
-#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -24,9 +23,11 @@ namespace VX::PlyCommonRows
 [[nodiscard]] bool copyPoints(const PlyHeader& header, const PlyRows& rows, const RowBlock& block,
                               std::vector<Vector3f>& points);
 
-/// Appends the corners of a block of triangles.
-/// @return false where the rows have another layout; nothing is appended then
-[[nodiscard]] bool appendTriangles(const PlyHeader& header, const PlyRows& rows, const RowBlock& block,
-                                   std::vector<std::uint32_t>& corners);
+/// Whether the rows of an element look like triangles, by all but the counts in front of each.
+[[nodiscard]] bool mayBeTriangles(const PlyHeader& header, const PlyRows& rows);
+
+/// Copies the triangles of a block of such an element into `triangles`, from the block's first row on.
+/// @return false where not all faces have three corners; what was copied does not count then
+[[nodiscard]] bool copyTriangles(const RowBlock& block, std::vector<Triangle>& triangles);
 
 } // namespace VX::PlyCommonRows

@@ -11,6 +11,7 @@
 #include <tbb/parallel_for.h>
 
 #include <algorithm>
+#include <atomic>
 #include <optional>
 #include <utility>
 
@@ -137,10 +138,36 @@ void addStrip(std::span<const std::uint32_t> strip, Polygons& polygons)
     }
 }
 
+/// Copies the faces of an element that holds nothing but triangles.
+/// @return false when canceled; `raw` gets no triangles where the element holds other faces too
+bool readTriangles(const Source& source, const PlyHeader& header, const PlyRows& rows, RawMesh& raw,
+                   const ProgressCallback& progress)
+{
+    std::vector<Triangle> triangles(rows.count);
+    std::atomic<bool> areAllTriangles = true;
+    if (!forBlocks(source, header, rows, progress,
+                   [&](std::size_t, const RowBlock& block, PlyRowReader&)
+                   {
+                       if (!PlyCommonRows::copyTriangles(block, triangles))
+                           areAllTriangles = false;
+                   }))
+        return false;
+    if (areAllTriangles)
+        raw.triangles = std::move(triangles);
+    return true;
+}
+
 /// @return false when canceled
 bool readFaces(const Source& source, const PlyHeader& header, const PlyRows& rows, RawMesh& raw, bool areStrips,
                const ProgressCallback& progress)
 {
+    if (!areStrips && PlyCommonRows::mayBeTriangles(header, rows))
+    {
+        if (!readTriangles(source, header, rows, raw, progress))
+            return false;
+        if (!raw.triangles.empty())
+            return true;
+    }
     const ColorReader colors(rows);
     const std::size_t first = raw.polygons.size();
     raw.polygons.resize(first + rows.blocks.size());
@@ -148,8 +175,6 @@ bool readFaces(const Source& source, const PlyHeader& header, const PlyRows& row
                      [&](std::size_t i, const RowBlock& block, PlyRowReader& row)
                      {
                          Polygons& polygons = raw.polygons[first + i];
-                         if (!areStrips && PlyCommonRows::appendTriangles(header, rows, block, polygons.corners))
-                             return;
                          polygons.corners.reserve(areStrips ? 0 : block.rowCount * 3);
                          for (std::size_t k = 0; k < block.rowCount; ++k)
                          {

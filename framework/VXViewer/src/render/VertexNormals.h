@@ -3,6 +3,7 @@
 #include <VXMesh/Geometry.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cmath>
 #include <cstdint>
@@ -62,16 +63,99 @@ private:
     std::unique_ptr<std::atomic<std::int64_t>[]> sums_;
 };
 
-/// The angle between two unit vectors from its cosine, within 0.0002 (Abramowitz and Stegun 4.4.45).
-inline float fastAcos(float cosine)
+/// N numbers that are worked on at once: as many as the processor's vector instructions take.
+template <int N>
+using Lanes = Eigen::Array<float, N, 1>;
+
+/// The angles between unit vectors from their cosines, within 0.0002 (Abramowitz and Stegun 4.4.45).
+template <int N>
+Lanes<N> fastAcos(const Lanes<N>& cosine)
 {
-    const float x = std::min(std::abs(cosine), 1.0F);
-    const float angle = std::sqrt(1 - x) * (1.5707288F + x * (-0.2121144F + x * (0.0742610F - x * 0.0187293F)));
-    return cosine < 0 ? 3.14159265F - angle : angle;
+    const Lanes<N> x = cosine.abs().min(1.0F);
+    const Lanes<N> angle = (1 - x).sqrt() * (1.5707288F + x * (-0.2121144F + x * (0.0742610F - x * 0.0187293F)));
+    return (cosine < 0).select(3.14159265F - angle, angle);
 }
+
+/// N vectors, coordinate by coordinate.
+template <int N>
+struct VectorLanes
+{
+    Lanes<N> x;
+    Lanes<N> y;
+    Lanes<N> z;
+
+    void set(int lane, const Vector3f& v)
+    {
+        x[lane] = v.x();
+        y[lane] = v.y();
+        z[lane] = v.z();
+    }
+
+    [[nodiscard]] Vector3f get(int lane) const { return {x[lane], y[lane], z[lane]}; }
+
+    [[nodiscard]] VectorLanes minus(const VectorLanes& other) const { return {x - other.x, y - other.y, z - other.z}; }
+
+    [[nodiscard]] VectorLanes times(const Lanes<N>& factor) const { return {x * factor, y * factor, z * factor}; }
+
+    [[nodiscard]] Lanes<N> dot(const VectorLanes& other) const { return x * other.x + y * other.y + z * other.z; }
+
+    [[nodiscard]] VectorLanes cross(const VectorLanes& other) const
+    {
+        return {y * other.z - z * other.y, z * other.x - x * other.z, x * other.y - y * other.x};
+    }
+
+    [[nodiscard]] Lanes<N> length() const { return dot(*this).sqrt(); }
+
+    [[nodiscard]] VectorLanes min(const VectorLanes& other) const
+    {
+        return {x.min(other.x), y.min(other.y), z.min(other.z)};
+    }
+
+    [[nodiscard]] VectorLanes max(const VectorLanes& other) const
+    {
+        return {x.max(other.x), y.max(other.y), z.max(other.z)};
+    }
+
+    /// `other` in the lanes where `mask` does not hold.
+    [[nodiscard]] VectorLanes where(const Eigen::Array<bool, N, 1>& mask, float other) const
+    {
+        const Lanes<N> rest = Lanes<N>::Constant(other);
+        return {mask.select(x, rest), mask.select(y, rest), mask.select(z, rest)};
+    }
+};
 
 /// Below this the direction of a needle's normal is rounding noise.
 constexpr float leastSine = 1e-6F;
+
+/// The unit normals and the angles of N triangles; the normal of a degenerate one is zero.
+template <int N>
+struct TriangleShapes
+{
+    VectorLanes<N> normal;
+    std::array<Lanes<N>, 3> angles;
+};
+
+template <int N>
+TriangleShapes<N> shapesOf(const VectorLanes<N>& a, const VectorLanes<N>& b, const VectorLanes<N>& c)
+{
+    // Edges are scaled to length 1 first: products of the lengths of tiny triangles would underflow.
+    const auto scaled = [](const VectorLanes<N>& edge)
+    {
+        const Lanes<N> length = edge.length();
+        return edge.times((length > 0).select(1 / length, Lanes<N>::Zero()));
+    };
+    const VectorLanes<N> ab = scaled(b.minus(a));
+    const VectorLanes<N> ac = scaled(c.minus(a));
+    const VectorLanes<N> bc = scaled(c.minus(b));
+    const VectorLanes<N> cross = ab.cross(ac);
+    const Lanes<N> sine = cross.length();
+    TriangleShapes<N> shapes;
+    shapes.normal = cross.times((sine > leastSine).select(1 / sine, Lanes<N>::Zero()));
+    shapes.angles[0] = fastAcos<N>(ab.dot(ac));
+    shapes.angles[1] = fastAcos<N>(-ab.dot(bc));
+    shapes.angles[2] = (3.14159265F - shapes.angles[0] - shapes.angles[1]).max(0.0F);
+    return shapes;
+}
 
 /// The unit normal and the angles of a triangle; `normal` is zero for a degenerate one.
 struct TriangleShape
@@ -82,29 +166,12 @@ struct TriangleShape
 
 inline TriangleShape shapeOf(const Vector3f& a, const Vector3f& b, const Vector3f& c)
 {
-    // Edges are scaled to length 1 first: products of the lengths of tiny triangles would underflow.
-    Vector3f ab = b - a;
-    Vector3f ac = c - a;
-    Vector3f bc = c - b;
-    const float abLength = ab.norm();
-    const float acLength = ac.norm();
-    const float bcLength = bc.norm();
-    TriangleShape shape;
-    if (!(abLength > 0) || !(acLength > 0) || !(bcLength > 0))
-        return shape;
-    // Multiplications: a division by each length would be half of the work of a whole mesh.
-    ab *= 1 / abLength;
-    ac *= 1 / acLength;
-    bc *= 1 / bcLength;
-    const Vector3f cross = ab.cross(ac);
-    const float sine = cross.norm();
-    if (!(sine > leastSine))
-        return shape;
-    shape.normal = cross * (1 / sine);
-    shape.angles[0] = fastAcos(ab.dot(ac));
-    shape.angles[1] = fastAcos(-ab.dot(bc));
-    shape.angles[2] = std::max(0.0F, 3.14159265F - shape.angles[0] - shape.angles[1]);
-    return shape;
+    std::array<VectorLanes<1>, 3> corners;
+    corners[0].set(0, a);
+    corners[1].set(0, b);
+    corners[2].set(0, c);
+    const TriangleShapes<1> shapes = shapesOf<1>(corners[0], corners[1], corners[2]);
+    return {shapes.normal.get(0), {shapes.angles[0][0], shapes.angles[1][0], shapes.angles[2][0]}};
 }
 
 /// A unit vector as two numbers of an octahedral map (Cigolle et al., 2014), -32767 to 32767 each.
