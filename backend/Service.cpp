@@ -69,13 +69,21 @@ void answerVersion(const HttpRequest&, const HttpHandler::Respond& respond)
     respond(std::move(response));
 }
 
+/// Where the service keeps what outlives it.
+struct Stores
+{
+    std::unique_ptr<JobQueue> queue;
+    BlobStore blobs;
+    std::unique_ptr<AccountServices> accounts;
+    std::unique_ptr<LogStore> logs;
+};
+
 } // namespace
 
 class Service::Impl
 {
 public:
-    Impl(ServerConfig config, const DataFolder& folder, std::unique_ptr<JobQueue> queue, BlobStore blobs,
-         const SigningSecret& secret, std::unique_ptr<AccountServices> accounts, std::unique_ptr<LogStore> logs);
+    Impl(ServerConfig config, const DataFolder& folder, const SigningSecret& secret, Stores stores);
 
     [[nodiscard]] tl::expected<void, std::string> serve(const HttpServer::Settings& http);
 
@@ -102,16 +110,14 @@ private:
     std::unique_ptr<HttpServer> server_; ///< last, because its threads use the others
 };
 
-Service::Impl::Impl(ServerConfig config, const DataFolder& folder, std::unique_ptr<JobQueue> queue, BlobStore blobs,
-                    const SigningSecret& secret, std::unique_ptr<AccountServices> accounts,
-                    std::unique_ptr<LogStore> logs)
+Service::Impl::Impl(ServerConfig config, const DataFolder& folder, const SigningSecret& secret, Stores stores)
     : config_(std::move(config))
     , folder_(folder)
-    , queue_(std::move(queue))
-    , blobs_(std::move(blobs))
+    , queue_(std::move(stores.queue))
+    , blobs_(std::move(stores.blobs))
     , links_(secret)
-    , accounts_(std::move(accounts))
-    , logs_(std::move(logs))
+    , accounts_(std::move(stores.accounts))
+    , logs_(std::move(stores.logs))
     , converter_(*queue_, blobs_, links_, converterSettings(config_, publicUrl_.get_future().share(), *accounts_))
     , storage_(blobs_, links_)
     , telemetry_(*logs_, [this](const std::string& token) { return accounts_->isSignedIn(token); })
@@ -198,8 +204,8 @@ Service::start(ServerConfig config, const std::filesystem::path& dataFolder, con
     if (!logs)
         return tl::unexpected(std::move(logs.error()));
 
-    auto impl = std::make_unique<Impl>(std::move(config), *folder, std::move(*queue), std::move(*blobs), *secret,
-                                       std::move(*accounts), std::move(*logs));
+    Stores stores{std::move(*queue), std::move(*blobs), std::move(*accounts), std::move(*logs)};
+    auto impl = std::make_unique<Impl>(std::move(config), *folder, *secret, std::move(stores));
     if (auto serving = impl->serve(http); !serving)
         return tl::unexpected(std::move(serving.error()));
     return std::unique_ptr<Service>(new Service(std::move(impl)));

@@ -14,7 +14,7 @@ namespace
 {
 
 /// Longer than any conversion takes.
-constexpr std::time_t keptSeconds = 24 * 60 * 60;
+constexpr std::time_t keptSeconds = 86400;
 
 /// Whether it is a folder of this user that nothing was added to or removed from for a day. Nobody else can put
 /// something in the place of such a one while it is cleared.

@@ -24,7 +24,8 @@ constexpr int keptBytes = 40 << 20;
 constexpr int largeBytes = 1 << 20;
 
 [[maybe_unused]] const bool keepsSmallBlocks =
-    mallopt(M_TRIM_THRESHOLD, keptBytes) != 0 && mallopt(M_MMAP_THRESHOLD, largeBytes) != 0;
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread runs yet.
+    mallopt(M_TRIM_THRESHOLD, keptBytes) + mallopt(M_MMAP_THRESHOLD, largeBytes) == 2;
 
 void adviseHugePages(void* block, std::size_t size)
 {

@@ -47,11 +47,11 @@ tl::expected<std::unique_ptr<AccountStore>, std::string> AccountStore::open(cons
     auto database = openAccountTables(file, SqliteDurability::PowerFailure);
     if (!database)
         return tl::unexpected(std::move(database.error()));
-    return std::unique_ptr<AccountStore>(new AccountStore(std::move(*database), std::move(secrets), std::move(now)));
+    return std::unique_ptr<AccountStore>(new AccountStore(std::move(*database), secrets, std::move(now)));
 }
 
 AccountStore::AccountStore(SqliteDatabase database, AccountSecrets secrets, AccountClock now)
-    : secrets_(std::move(secrets))
+    : secrets_(secrets)
     , now_(std::move(now))
     , database_(std::move(database))
 {
@@ -122,7 +122,7 @@ tl::expected<bool, std::string> AccountStore::signUp(const Account& account, con
     auto transaction = SqliteTransaction::begin(database_);
     if (!transaction)
         return tl::unexpected(transaction.error());
-    const auto added = add_(account);
+    auto added = add_(account);
     if (!added || !*added)
         return added;
     if (auto stored = putCode_(account.address, CodePurpose::Confirmation, code); !stored)
@@ -197,7 +197,7 @@ tl::expected<CodeCheck, std::string> AccountStore::spendCode_(std::string_view a
     auto transaction = SqliteTransaction::begin(database_);
     if (!transaction)
         return tl::unexpected(transaction.error());
-    const auto check = takeCode_(address, purpose, code);
+    auto check = takeCode_(address, purpose, code);
     if (!check)
         return check;
     if (*check == CodeCheck::Right)
@@ -221,7 +221,7 @@ tl::expected<CodeCheck, std::string> AccountStore::resetPassword(std::string_vie
     return spendCode_(address, CodePurpose::PasswordReset, code,
                       [&]() VX_REQUIRES(mutex_) -> Result
                       {
-                          const auto set = setPassword_(address, passwordHash);
+                          auto set = setPassword_(address, passwordHash);
                           return set ? Result() : tl::unexpected(set.error());
                       });
 }

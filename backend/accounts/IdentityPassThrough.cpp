@@ -61,7 +61,7 @@ CurlList headerList(const std::string& operation)
                                     std::string("Content-Type: application/x-amz-json-1.1"), std::string("Expect:")})
         if (curl_slist* longer = curl_slist_append(list.get(), line.c_str()))
         {
-            (void)list.release();
+            [[maybe_unused]] curl_slist* const extended = list.release();
             list.reset(longer);
         }
     return list;

@@ -83,7 +83,7 @@ LocalIdentity::LocalIdentity(AccountStore& store, TryLimits& limits, const Outbo
     : store_(store)
     , limits_(limits)
     , outbox_(outbox)
-    , secrets_(std::move(secrets))
+    , secrets_(secrets)
     , settings_(std::move(settings))
     , hashing_(hashingThreads, hashingQueue)
 {

@@ -50,7 +50,7 @@ tl::expected<bool, std::string> TryLimits::isBlocked_(const std::string& key, co
     const auto now = now_();
     auto statement = database_.prepare("SELECT count, last FROM tries WHERE key = ?1 AND last > ?2 AND last <= ?3");
     // What lies ahead comes from a time before the clock was set back.
-    const auto row = statement.bind(key, storedTime(now - memory), storedTime(now)).step();
+    auto row = statement.bind(key, storedTime(now - memory), storedTime(now)).step();
     if (!row || !*row)
         return row;
     return storedTime(now) < statement.integer(1) + pauseAfter(statement.integer(0), policy).count();
@@ -78,7 +78,7 @@ tl::expected<bool, std::string> TryLimits::take(const std::string& key, const Tr
     auto transaction = SqliteTransaction::begin(database_);
     if (!transaction)
         return tl::unexpected(transaction.error());
-    const auto blocked = isBlocked_(key, policy);
+    auto blocked = isBlocked_(key, policy);
     if (!blocked)
         return blocked;
     if (*blocked)

@@ -76,7 +76,7 @@ Output found(const tl::expected<bool, std::string>& done)
 
 Output reset(AccountStore& store, const std::string& address, const std::string& password)
 {
-    const auto hash = hashNewPassword(password);
+    auto hash = hashNewPassword(password);
     if (!hash)
         return hash;
     return found(store.setPassword(address, *hash));

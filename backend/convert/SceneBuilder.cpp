@@ -33,7 +33,7 @@ public:
 
     tl::expected<std::shared_ptr<Object>, std::string> build()
     {
-        const auto scene = std::make_shared<Object>();
+        auto scene = std::make_shared<Object>();
         for (const std::size_t root : structure_.roots)
         {
             StepChild use;

@@ -97,6 +97,7 @@ public:
     [[nodiscard]] std::vector<const StepSolid*> solidsOf(const std::vector<StepItem>& items) const
     {
         std::vector<const StepSolid*> solids;
+        solids.reserve(items.size());
         for (const StepItem& item : items)
             solids.push_back(&solids_[indices_.at(item.item)]);
         return solids;
@@ -133,6 +134,7 @@ std::vector<std::vector<StepItem>> splitBodies(const StepFile& file, const std::
     if (names.size() < 2)
         return {items};
     std::vector<std::vector<StepItem>> bodies;
+    bodies.reserve(items.size());
     for (const StepItem& item : items)
         bodies.push_back({item});
     return bodies;

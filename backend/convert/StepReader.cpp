@@ -34,6 +34,7 @@ class PostponedHealing : public XSAlgo_AlgoContainer
 public:
     PostponedHealing() { SetToolContainer(XSAlgo::AlgoContainer()->ToolContainer()); }
 
+    // NOLINTNEXTLINE(readability-function-size): the library calls it so.
     TopoDS_Shape ProcessShape(const TopoDS_Shape& shape, const Standard_Real precision,
                               const Standard_Real maxTolerance, const Standard_CString /*resource*/,
                               const Standard_CString /*sequence*/, Handle(Standard_Transient) & /*info*/,

@@ -333,7 +333,7 @@ private:
 
 } // namespace
 
-std::string usableStepName(std::string name)
+std::string usableStepName(const std::string& name)
 {
     static constexpr std::array standIns{"NONE", "none", "None", "UNNAMED"};
     const bool isStandIn = std::ranges::find(standIns, name) != standIns.end() || name.starts_with("=>[");

@@ -53,6 +53,6 @@ struct StepStructure
 [[nodiscard]] StepStructure readStepStructure(const StepFile& file);
 
 /// The name to show for what a file calls `name`: writers put stand-ins where they know none, and those give "".
-[[nodiscard]] std::string usableStepName(std::string name);
+[[nodiscard]] std::string usableStepName(const std::string& name);
 
 } // namespace VX

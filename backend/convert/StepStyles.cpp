@@ -261,10 +261,11 @@ std::optional<Color> StepStyles::styleColor_(StepIndex style)
     if (isNew)
     {
         Seen seen;
-        found->second = surfaceColor(file_, style, seen);
+        std::optional<Color>& color = found->second;
+        color = surfaceColor(file_, style, seen);
         seen.clear();
-        if (found->second)
-            found->second->a = channel(1 - transparency(file_, style, seen).value_or(0)).value_or(255);
+        if (color)
+            color->a = channel(1 - transparency(file_, style, seen).value_or(0)).value_or(255);
     }
     return found->second;
 }

@@ -57,6 +57,7 @@ std::unordered_map<StepIndex, std::vector<Vector3d>> readCoordinates(const StepF
                                                                      const std::vector<FaceSource>& faces)
 {
     std::vector<StepIndex> lists;
+    lists.reserve(faces.size());
     for (const FaceSource& face : faces)
         lists.push_back(face.coordinates);
     std::ranges::sort(lists);

@@ -32,7 +32,7 @@ HttpResponse asset(std::string_view type, std::string_view content)
     return response;
 }
 
-HttpResponse page(std::string html, int status)
+HttpResponse page(const std::string& html, int status)
 {
     HttpResponse response = asset("text/html; charset=utf-8", html);
     response.status = status;

@@ -50,7 +50,7 @@ bool isFromHere(const HttpRequest& request)
 } // namespace
 
 FormGuard::FormGuard(AccountSecrets secrets, bool isSecure)
-    : secrets_(std::move(secrets))
+    : secrets_(secrets)
     , isSecure_(isSecure)
 {
 }

@@ -96,7 +96,7 @@ tl::expected<bool, std::string> LogStore::addActions(std::int64_t session, const
     auto transaction = SqliteTransaction::begin(database_);
     if (!transaction)
         return tl::unexpected(transaction.error());
-    const auto known = database_.prepare("SELECT 1 FROM sessions WHERE id = ?1").bind(session).step();
+    auto known = database_.prepare("SELECT 1 FROM sessions WHERE id = ?1").bind(session).step();
     if (!known || !*known)
         return known;
     for (const LoggedAction& action : actions)

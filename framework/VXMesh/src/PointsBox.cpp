@@ -4,6 +4,7 @@
 #include <tbb/parallel_reduce.h>
 
 #include <cstddef>
+#include <functional>
 
 namespace VX
 {
@@ -43,7 +44,7 @@ bool keepsBoxes(const Transform& transform)
 
 Box3f computeBox(std::span<const Vector3f> points)
 {
-    return reduceBox<Box3f>(points, [](const Vector3f& point) -> const Vector3f& { return point; });
+    return reduceBox<Box3f>(points, std::identity());
 }
 
 Box3d computeBox(std::span<const Vector3f> points, const Box3d& box, const Transform& transform)

@@ -37,8 +37,8 @@ tl::expected<void, std::string> closeZip(ZipHandle zip, const std::filesystem::p
         zip_register_cancel_callback_with_state(zip.get(), Reporter::isToStop, nullptr, &reporter);
     }
     const bool closed = zip_close(zip.get()) == 0;
-    if (closed)
-        static_cast<void>(zip.release());
+    if (closed) [[maybe_unused]]
+        zip_t* const freed = zip.release();
     if (reporter.isCanceled)
         return tl::unexpected(operationCanceledText());
     if (!closed)

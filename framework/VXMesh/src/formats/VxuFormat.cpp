@@ -57,7 +57,9 @@ std::optional<std::uint64_t> storedSize(zip_t* zip, const char* name, std::size_
 std::optional<std::string> readEntry(zip_t* zip, const char* name, std::size_t archiveSize)
 {
     const auto size = storedSize(zip, name, archiveSize);
-    const std::unique_ptr<zip_file_t, int (*)(zip_file_t*)> file(size ? zip_fopen(zip, name, 0) : nullptr, &zip_fclose);
+    if (!size)
+        return {};
+    const std::unique_ptr<zip_file_t, int (*)(zip_file_t*)> file(zip_fopen(zip, name, 0), &zip_fclose);
     if (!file)
         return {};
     std::string bytes(static_cast<std::size_t>(*size), '\0');

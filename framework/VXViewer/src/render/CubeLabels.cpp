@@ -101,7 +101,8 @@ void drawText(FT_Face face, const std::u32string& text, int side, std::span<std:
                 const int row = baseline - glyph->bitmap_top + y;
                 if (column < 0 || row < 0 || column >= side || row >= side)
                     continue;
-                std::uint8_t& ink = layer[static_cast<std::size_t>(row * side + column)];
+                std::uint8_t& ink = layer[static_cast<std::size_t>(row) * static_cast<std::size_t>(side) +
+                                          static_cast<std::size_t>(column)];
                 ink = std::max(ink, glyph->bitmap.buffer[y * glyph->bitmap.pitch + x]);
             }
         }

@@ -1,7 +1,6 @@
 #include "render/PickTree.h"
 
 #include <algorithm>
-#include <cstring>
 #include <limits>
 
 namespace VX
@@ -16,7 +15,7 @@ RTCGeometry makeGeometry(RTCDevice device, const Mesh& mesh)
     // A copy: Embree reads sixteen bytes for each point, past the end of the last.
     void* const points = rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3,
                                                  sizeof(Vector3f), mesh.points.size());
-    std::memcpy(points, mesh.points.data(), mesh.points.size() * sizeof(Vector3f));
+    std::ranges::copy(mesh.points, static_cast<Vector3f*>(points));
     rtcSetSharedGeometryBuffer(geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3, mesh.triangles.data(), 0,
                                sizeof(Triangle), mesh.triangles.size());
     rtcCommitGeometry(geometry);
