@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <unordered_set>
 #include <utility>
 
 namespace VX
@@ -99,6 +100,29 @@ bool Object::removeChild(const Object& child)
         return false;
     (*found)->parent_ = nullptr;
     children_.erase(found);
+    markChanged_();
+    return true;
+}
+
+bool Object::setChildren(std::vector<std::shared_ptr<Object>> children)
+{
+    if (children == children_)
+        return true;
+    std::unordered_set<const Object*> given;
+    for (const auto& child : children)
+    {
+        if (!child || !given.insert(child.get()).second || isSameOrBelow(this, child.get()))
+            return false;
+    }
+    for (const auto& child : children_)
+        child->parent_ = nullptr;
+    for (const auto& child : children)
+    {
+        if (child->parent_)
+            child->parent_->removeChild(*child);
+        child->parent_ = this;
+    }
+    children_ = std::move(children);
     markChanged_();
     return true;
 }

@@ -79,6 +79,37 @@ TEST(Object, RemovedChildHasNoParent)
     EXPECT_FALSE(parent->removeChild(*child));
 }
 
+TEST(Object, TakesAListOfChildrenInItsOrder)
+{
+    const auto parent = std::make_shared<Object>();
+    const auto other = std::make_shared<Object>();
+    const auto gone = std::make_shared<Object>();
+    const auto stays = std::make_shared<Object>();
+    const auto comes = std::make_shared<Object>();
+    parent->addChild(gone);
+    parent->addChild(stays);
+    other->addChild(comes);
+    const std::vector<std::shared_ptr<Object>> children{comes, stays};
+    EXPECT_TRUE(parent->setChildren(children));
+    EXPECT_EQ(parent->children(), children);
+    EXPECT_EQ(comes->parent(), parent.get());
+    EXPECT_EQ(gone->parent(), nullptr);
+    EXPECT_TRUE(other->children().empty());
+}
+
+TEST(Object, RefusesAListWithAnAncestorOrAnObjectTwice)
+{
+    const auto parent = std::make_shared<Object>();
+    const auto child = std::make_shared<Object>();
+    parent->addChild(child);
+    const auto other = std::make_shared<Object>();
+    EXPECT_FALSE(child->setChildren({parent}));
+    EXPECT_FALSE(parent->setChildren({other, other}));
+    EXPECT_FALSE(parent->setChildren({nullptr}));
+    EXPECT_EQ(parent->children(), std::vector<std::shared_ptr<Object>>{child});
+    EXPECT_EQ(other->parent(), nullptr);
+}
+
 TEST(Object, ChildOfADeadParentHasNone)
 {
     auto parent = std::make_shared<Object>();

@@ -66,6 +66,10 @@ public:
     /// Takes `child` out of the children. @return false when it is not one of them
     bool removeChild(const Object& child);
 
+    /// Makes `children`, in this order, the only children. Those that were elsewhere leave their old parents.
+    /// @return false, and nothing changes, where one of them is null, comes twice or has `this` below it
+    bool setChildren(std::vector<std::shared_ptr<Object>> children);
+
     /// The extent of this object and all below it in the coordinates of `toTarget`'s target; empty without geometry.
     /// @param toTarget  applied after this object's own transform
     [[nodiscard]] Box3d computeBox(const Transform& toTarget) const;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <VXMesh/FaceSet.h>
 #include <VXMesh/VisualObject.h>
 
 namespace VX
@@ -16,7 +17,14 @@ public:
     /// May be null: then the object has no geometry.
     [[nodiscard]] const std::shared_ptr<const Mesh>& mesh() const { return mesh_; }
 
+    /// Faces stay selected where the new mesh has as many triangles as the old one.
     void setMesh(std::shared_ptr<const Mesh> mesh);
+
+    /// Of the mesh's triangles; null when none is selected.
+    [[nodiscard]] const std::shared_ptr<const FaceSet>& selectedFaces() const { return selectedFaces_; }
+
+    /// An empty set, or one of another size than the mesh has triangles, selects none.
+    void setSelectedFaces(std::shared_ptr<const FaceSet> faces);
 
     /// Smooth: one normal a vertex, averaged over its faces; flat: one normal a face.
     [[nodiscard]] bool isFlatShaded() const { return flatShaded_; }
@@ -29,6 +37,7 @@ protected:
 
 private:
     std::shared_ptr<const Mesh> mesh_;
+    std::shared_ptr<const FaceSet> selectedFaces_;
     Box3d box_;
     bool flatShaded_ = false;
 };
