@@ -29,6 +29,12 @@ public:
     /// True while the keyboard types into a text field or a modal window is open.
     [[nodiscard]] bool takesKeyboard() const;
 
+    /// True when `event` moves the focus in the interface, presses what has it, or closes the window that has it.
+    [[nodiscard]] bool navigatesBy(const KeyEvent& event) const;
+
+    /// Begins to move the focus with Tab or F6. @return true when it does
+    bool beginNavigation(const KeyEvent& event);
+
     /// True while events that were fed wait for the next frame.
     [[nodiscard]] bool hasQueuedInput() const;
 
@@ -38,7 +44,7 @@ public:
     /// Ends it; `draw` can be called now.
     void endFrame();
 
-    /// True when a window of the frame was not shown yet, since it had to find its size first.
+    /// True when a window of the frame was not shown yet, since it had to find its size first, or a sign was missing.
     [[nodiscard]] bool wantsAnotherFrame() const;
 
     /// Draws the frame over what is in the window.
@@ -47,7 +53,9 @@ public:
 private:
     struct State;
 
+    [[nodiscard]] float wantedScale_() const;
     void setScale_(float scale);
+    void loadFonts_();
 
     Window& window_;
     std::unique_ptr<State> state_;

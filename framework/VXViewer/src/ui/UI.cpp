@@ -1,15 +1,13 @@
+#include "UiDrawing.h"
 #include "UiState.h"
 
 #include <VXViewer/MainLoop.h>
 #include <VXViewer/UI.h>
 #include <VXViewer/Viewer.h>
 
-#include <fmt/format.h>
 #include <imgui_internal.h>
-#include <imgui_stdlib.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <utility>
 
@@ -19,13 +17,7 @@ namespace VX::UI
 namespace
 {
 
-constexpr float controlHeight = 28;
 constexpr double tooltipDelay = 0.5;
-
-std::string visiblePart(std::string_view label)
-{
-    return std::string(label.substr(0, label.find("##")));
-}
 
 Vector2f toVector(ImVec2 v)
 {
@@ -52,14 +44,53 @@ UiItem itemWithRect(UiKind kind, std::string_view label, ImVec2 min, ImVec2 max)
     return item;
 }
 
+void addItem(UiKind kind, std::string_view label, ImVec2 max, std::string value)
+{
+    UiItem item = itemWithRect(kind, label, ImGui::GetItemRectMin(), max);
+    needGlyphs(label);
+    needGlyphs(value);
+    item.value = std::move(value);
+    item.enabled = (ImGui::GetItemFlags() & ImGuiItemFlags_Disabled) == 0;
+    item.hovered = ImGui::IsItemHovered();
+    item.focused = ImGui::IsItemFocused() && !ImGui::GetCurrentContext()->NavDisableHighlight;
+    UiTree::instance().add(std::move(item));
+}
+
+} // namespace
+
+std::string visiblePart(std::string_view label)
+{
+    return std::string(label.substr(0, label.find("##")));
+}
+
 void recordWindow(const char* name)
 {
+    // Dear ImGui keeps the name that a window was created with, but for "###id" the part before it may change, as with
+    // the language.
+    ImGuiWindow& window = *ImGui::GetCurrentWindow();
+    if (std::string_view(window.Name) != name)
+    {
+        auto size = static_cast<std::size_t>(window.NameBufLen);
+        window.Name = ImStrdupcpy(window.Name, &size, name);
+        window.NameBufLen = static_cast<int>(size);
+    }
     const ImVec2 min = ImGui::GetWindowPos();
     const ImVec2 size = ImGui::GetWindowSize();
     UiItem item = itemWithRect(UiKind::Window, name, min, {min.x + size.x, min.y + size.y});
     item.visibleMin = item.min;
     item.visibleMax = item.max;
     UiTree::instance().add(std::move(item));
+}
+
+void keepInside()
+{
+    const ImVec2 space = ImGui::GetMainViewport()->Size;
+    const ImVec2 size = ImGui::GetWindowSize();
+    const ImVec2 place = ImGui::GetWindowPos();
+    const ImVec2 inside(std::max(0.0F, std::min(place.x, space.x - size.x)),
+                        std::max(0.0F, std::min(place.y, space.y - size.y)));
+    if (inside.x != place.x || inside.y != place.y)
+        ImGui::SetWindowPos(inside);
 }
 
 ImVec2 controlSize(ImVec2 size)
@@ -69,35 +100,10 @@ ImVec2 controlSize(ImVec2 size)
     return size;
 }
 
-/// A small arrow down at the right end of a combo.
-void drawChevron(ImVec2 min, ImVec2 max)
-{
-    const float r = px(4);
-    const ImVec2 center(max.x - px(14), (min.y + max.y) / 2);
-    ImDrawList* draw = ImGui::GetWindowDrawList();
-    const ImVec2 tip(center.x, center.y + r / 2);
-    draw->AddLine({center.x - r, center.y - r / 2}, tip, color(Color::SecondaryText), scale() * 1.5F);
-    draw->AddLine(tip, {center.x + r, center.y - r / 2}, color(Color::SecondaryText), scale() * 1.5F);
-}
-
-/// True within a `ScopedDisabled`.
 bool isDisabledNow()
 {
     return (ImGui::GetCurrentContext()->CurrentItemFlags & ImGuiItemFlags_Disabled) != 0;
 }
-
-bool coloredButton(const std::string& label, ImVec2 size, std::array<Color, 3> colors, Color textColor)
-{
-    ImGui::PushStyleColor(ImGuiCol_Button, color(colors[0]));
-    ImGui::PushStyleColor(ImGuiCol_ButtonHovered, color(colors[1]));
-    ImGui::PushStyleColor(ImGuiCol_ButtonActive, color(colors[2]));
-    ImGui::PushStyleColor(ImGuiCol_Text, color(textColor));
-    const bool pressed = ImGui::Button(label.c_str(), controlSize(size));
-    ImGui::PopStyleColor(4);
-    return pressed;
-}
-
-} // namespace
 
 float scale()
 {
@@ -107,6 +113,17 @@ float scale()
 void setScale(float pixelsPerUnit)
 {
     UiState::instance().scale = pixelsPerUnit;
+}
+
+float userScale()
+{
+    return UiState::instance().userScale;
+}
+
+void setUserScale(float factor)
+{
+    UiState::instance().userScale = std::clamp(factor, smallestUserScale, largestUserScale);
+    getViewerInstance().incrementForceRedrawFrames(framesForAChange);
 }
 
 float px(float units)
@@ -135,6 +152,12 @@ ScopedFont::~ScopedFont()
     ImGui::PopFont();
 }
 
+void needGlyphs(std::string_view text)
+{
+    if (UiFonts* fonts = UiState::instance().fonts)
+        fonts->need(text);
+}
+
 ScopedDisabled::ScopedDisabled(bool disabled)
 {
     ImGui::BeginDisabled(disabled);
@@ -155,6 +178,14 @@ bool beginWindow(const char* name, ImGuiWindowFlags flags, bool* open)
 void endWindow()
 {
     ImGui::End();
+}
+
+bool escapePressed()
+{
+    if (!ImGui::IsWindowFocused(ImGuiFocusedFlags_RootAndChildWindows))
+        return false;
+    UiState::instance().escapeTaken = true;
+    return ImGui::IsKeyPressed(ImGuiKey_Escape, false);
 }
 
 bool beginModal(const char* name, const std::string& title, float width)
@@ -200,96 +231,6 @@ void closeModal(const char* name)
     }
 }
 
-bool button(const std::string& label, ImVec2 size)
-{
-    const bool pressed = coloredButton(label, size, {Color::Raised, Color::RaisedHovered, Color::Border}, Color::Text);
-    record(UiKind::Button, label);
-    return pressed;
-}
-
-bool primaryButton(const std::string& label, ImVec2 size)
-{
-    const ScopedFont semiBold(Font::SemiBold);
-    const bool disabled = isDisabledNow();
-    const bool pressed =
-        disabled ? coloredButton(label, size, {Color::Raised, Color::Raised, Color::Raised}, Color::Text)
-                 : coloredButton(label, size, {Color::Accent, Color::AccentHovered, Color::Accent}, Color::AccentText);
-    record(UiKind::Button, label);
-    return pressed;
-}
-
-bool toolButton(const std::string& label, bool active, ImVec2 size)
-{
-    const Color rest = active ? Color::Raised : Color::Panel;
-    const bool pressed = coloredButton(label, size, {rest, Color::RaisedHovered, Color::Border}, Color::Text);
-    record(UiKind::Button, label, active ? "on" : "");
-    if (active)
-    {
-        const ImVec2 min = ImGui::GetItemRectMin();
-        const ImVec2 max = ImGui::GetItemRectMax();
-        ImGui::GetWindowDrawList()->AddRectFilled({min.x, max.y - px(2)}, max, color(Color::Accent), px(1));
-    }
-    return pressed;
-}
-
-float buttonWidth(const std::string& label)
-{
-    return ImGui::CalcTextSize(label.c_str(), nullptr, true).x + 2 * ImGui::GetStyle().FramePadding.x;
-}
-
-bool checkbox(const std::string& label, bool& value)
-{
-    ImGui::PushStyleVar(ImGuiStyleVar_FramePadding,
-                        ImVec2(px(4), (px(controlHeight) - ImGui::GetTextLineHeight()) / 2));
-    const bool changed = ImGui::Checkbox(label.c_str(), &value);
-    ImGui::PopStyleVar();
-    record(UiKind::Checkbox, label, value ? "on" : "off");
-    return changed;
-}
-
-bool inputText(const std::string& label, std::string& text, ImGuiInputTextFlags flags, const std::string& hint)
-{
-    const bool changed = ImGui::InputTextWithHint(label.c_str(), hint.c_str(), &text, flags);
-    record(UiKind::TextInput, label, (flags & ImGuiInputTextFlags_Password) != 0 ? std::string() : text);
-    return changed;
-}
-
-bool combo(const std::string& label, int& current, const std::vector<std::string>& choices)
-{
-    const bool known = current >= 0 && current < static_cast<int>(choices.size());
-    const std::string shown = known ? choices[static_cast<std::size_t>(current)] : std::string();
-    const bool open = ImGui::BeginCombo(label.c_str(), shown.c_str(), ImGuiComboFlags_NoArrowButton);
-    if (!open)
-    {
-        record(UiKind::Combo, label, shown);
-        drawChevron(ImGui::GetItemRectMin(), ImGui::GetItemRectMax());
-    }
-    if (!open)
-        return false;
-    bool changed = false;
-    for (int i = 0; i < static_cast<int>(choices.size()); ++i)
-    {
-        ImGui::PushID(i);
-        if (listRow(choices[static_cast<std::size_t>(i)], i == current))
-        {
-            changed = i != current;
-            current = i;
-        }
-        ImGui::PopID();
-    }
-    ImGui::EndCombo();
-    return changed;
-}
-
-bool listRow(const std::string& label, bool selected, ImGuiSelectableFlags flags)
-{
-    ImGui::PushStyleVar(ImGuiStyleVar_SelectableTextAlign, ImVec2(0, 0.5F));
-    const bool pressed = ImGui::Selectable(label.c_str(), selected, flags, {0, px(controlHeight)});
-    ImGui::PopStyleVar();
-    record(UiKind::ListRow, label, selected ? "selected" : "");
-    return pressed;
-}
-
 void text(const std::string& text)
 {
     ImGui::TextUnformatted(text.c_str());
@@ -312,32 +253,23 @@ void wrappedText(const std::string& text)
     record(UiKind::Text, text);
 }
 
-void progressBar(const std::string& label, float fraction, ImVec2 size)
+bool isTooltipDue()
 {
-    const ImVec2 min = ImGui::GetCursorScreenPos();
-    const ImVec2 max(min.x + size.x, min.y + size.y);
-    ImDrawList* draw = ImGui::GetWindowDrawList();
-    const float rounding = size.y / 2;
-    draw->AddRectFilled(min, max, color(Color::Raised), rounding);
-    const float width = std::max(size.y, size.x * fraction);
-    if (fraction > 0)
-        draw->AddRectFilled(min, {min.x + width, max.y}, color(Color::Accent), rounding);
-    ImGui::Dummy(size);
-    record(UiKind::ProgressBar, label, fmt::format("{:.0f} %", fraction * 100));
+    if (!ImGui::IsItemHovered(ImGuiHoveredFlags_AllowWhenDisabled | ImGuiHoveredFlags_NoSharedDelay))
+        return false;
+    const auto hoveredFor = static_cast<double>(ImGui::GetCurrentContext()->HoverItemDelayTimer);
+    if (ImGui::IsItemHovered(ImGuiHoveredFlags_AllowWhenDisabled | ImGuiHoveredFlags_DelayNormal |
+                             ImGuiHoveredFlags_NoSharedDelay))
+        return true;
+    // Nothing else wakes the loop while the mouse rests.
+    getViewerInstance().loop().requestFrameAfter(std::max(0.02, tooltipDelay - hoveredFor));
+    return false;
 }
 
 void tooltip(const std::string& text, const std::string& shortcut)
 {
-    if (!ImGui::IsItemHovered(ImGuiHoveredFlags_AllowWhenDisabled | ImGuiHoveredFlags_NoSharedDelay))
+    if (!isTooltipDue())
         return;
-    const auto hoveredFor = static_cast<double>(ImGui::GetCurrentContext()->HoverItemDelayTimer);
-    if (!ImGui::IsItemHovered(ImGuiHoveredFlags_AllowWhenDisabled | ImGuiHoveredFlags_DelayNormal |
-                              ImGuiHoveredFlags_NoSharedDelay))
-    {
-        // Nothing else wakes the loop while the mouse rests.
-        getViewerInstance().loop().requestFrameAfter(std::max(0.02, tooltipDelay - hoveredFor));
-        return;
-    }
     ImGui::PushStyleVar(ImGuiStyleVar_WindowPadding, ImVec2(px(8), px(4)));
     if (ImGui::BeginTooltip())
     {
@@ -354,11 +286,12 @@ void tooltip(const std::string& text, const std::string& shortcut)
 
 void record(UiKind kind, std::string_view label, std::string value)
 {
-    UiItem item = itemWithRect(kind, label, ImGui::GetItemRectMin(), ImGui::GetItemRectMax());
-    item.value = std::move(value);
-    item.enabled = (ImGui::GetItemFlags() & ImGuiItemFlags_Disabled) == 0;
-    item.hovered = ImGui::IsItemHovered();
-    UiTree::instance().add(std::move(item));
+    addItem(kind, label, ImGui::GetItemRectMax(), std::move(value));
+}
+
+void recordField(UiKind kind, std::string_view label, float width, std::string value)
+{
+    addItem(kind, label, {ImGui::GetItemRectMin().x + width, ImGui::GetItemRectMax().y}, std::move(value));
 }
 
 std::string elided(const std::string& text, float width)

@@ -1,13 +1,18 @@
 #include "UiFonts.h"
 
+#include "FontFile.h"
+
 #include <VXMesh/StringConvert.h>
+#include <VXViewer/Locale.h>
 
 #include <imgui.h>
+#include <imgui_internal.h>
 #include <spdlog/spdlog.h>
 
+#include <algorithm>
 #include <cmath>
-#include <filesystem>
-#include <system_error>
+#include <string_view>
+#include <utility>
 
 namespace VX
 {
@@ -15,30 +20,84 @@ namespace VX
 namespace
 {
 
-/// What the interface and the names in most files need: Latin with its extensions, Greek, Cyrillic, punctuation,
-/// arrows and a few signs. Each glyph costs time at every start.
-constexpr std::array<ImWchar, 17> glyphRanges{0x0020, 0x017F, 0x0391, 0x03C9, 0x0400, 0x045F, 0x2010, 0x2026, 0x2030,
-                                              0x2030, 0x20AC, 0x20AC, 0x2122, 0x2122, 0x2212, 0x2212, 0};
+using Slot = RibbonFontManager::Slot;
 
-/// Open Sans's line is 1.36 times as high as the size that designers name.
+/// A part of Unicode, both ends included.
+struct SignRange
+{
+    ImWchar first;
+    ImWchar last;
+};
+
+/// What most texts are made of: Latin of western Europe, dashes and quotation marks, a few signs. Each glyph costs time
+/// at every start.
+constexpr std::array usualSigns{SignRange{0x0020, 0x007E}, SignRange{0x00A0, 0x00FF}, SignRange{0x2010, 0x2026},
+                                SignRange{0x20AC, 0x20AC}, SignRange{0x2122, 0x2122}, SignRange{0x2212, 0x2212}};
+
+/// Languages whose letters are few enough to be there from the first frame on.
+constexpr std::array languageSigns{std::pair{std::string_view("ru"), SignRange{0x0400, 0x045F}}};
+
+/// Names in files can ask for any sign: this many fit into a texture at every scale.
+constexpr std::size_t mostExtraSigns = 4000;
+
+/// The height of a line of Open Sans over the size that designers name.
 constexpr float lineHeight = 1.36F;
 
-constexpr float textSize = 13;
-constexpr float headlineSize = 18;
+/// The same of Noto Mono and of the fallback font.
+constexpr float plainLineHeight = 1.2F;
 
-ImFont* loadFont(const char* fileName, float size)
+struct Face
 {
-    const std::filesystem::path path = std::filesystem::path("/usr/share/fonts/truetype/open-sans") / fileName;
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error))
-        return nullptr;
-    ImFontConfig config;
-    config.PixelSnapH = true;
-    return ImGui::GetIO().Fonts->AddFontFromFileTTF(utf8string(path).c_str(), std::round(size * lineHeight), &config,
-                                                    glyphRanges.data());
+    Slot slot;
+    float size;
+    float lineHeight;
+};
+
+/// In the order of `UI::Font`.
+constexpr std::array faces{Face{Slot::Regular, RibbonFontManager::normalSize, lineHeight},
+                           Face{Slot::SemiBold, RibbonFontManager::normalSize, lineHeight},
+                           Face{Slot::SemiBold, RibbonFontManager::headlineSize, lineHeight},
+                           Face{Slot::Regular, RibbonFontManager::smallSize, lineHeight},
+                           Face{Slot::Monospace, RibbonFontManager::normalSize, plainLineHeight}};
+
+bool isUsual(ImWchar sign)
+{
+    return std::any_of(usualSigns.begin(), usualSigns.end(),
+                       [&](const SignRange& range) { return sign >= range.first && sign <= range.last; });
 }
 
-ImFont* fallbackFont(float size)
+void add(ImFontGlyphRangesBuilder& builder, const SignRange& range)
+{
+    for (ImWchar sign = range.first; sign <= range.last; ++sign)
+        builder.AddChar(sign);
+}
+
+/// The file to use for `slot`; empty where there is none.
+std::filesystem::path usableFile(const RibbonFontManager::Paths& paths, Slot slot)
+{
+    const auto index = static_cast<std::size_t>(slot);
+    const std::filesystem::path& installed = UiFonts::installedPaths().at(index);
+    const std::filesystem::path& wanted = paths.at(index);
+    if (!wanted.empty() && wanted != installed)
+    {
+        if (isFontFile(wanted))
+            return wanted;
+        spdlog::warn("A font that was set cannot be used: the one of the program stands in.");
+        spdlog::debug("The font that cannot be used is \"{}\".", utf8string(wanted));
+    }
+    std::error_code error;
+    return std::filesystem::is_regular_file(installed, error) ? installed : std::filesystem::path();
+}
+
+ImFont* addFont(const std::filesystem::path& path, float size, const ImWchar* ranges, bool merge)
+{
+    ImFontConfig config;
+    config.PixelSnapH = true;
+    config.MergeMode = merge;
+    return ImGui::GetIO().Fonts->AddFontFromFileTTF(utf8string(path).c_str(), std::round(size), &config, ranges);
+}
+
+ImFont* addFallback(float size)
 {
     ImFontConfig config;
     config.SizePixels = std::round(size);
@@ -47,29 +106,81 @@ ImFont* fallbackFont(float size)
 
 } // namespace
 
-void UiFonts::load(float scale)
+const RibbonFontManager::Paths& UiFonts::installedPaths()
 {
-    struct Face
-    {
-        const char* file;
-        float size;
-    };
+    static const RibbonFontManager::Paths paths{"/usr/share/fonts/truetype/open-sans/OpenSans-Regular.ttf",
+                                                "/usr/share/fonts/truetype/droid/DroidSansFallbackFull.ttf",
+                                                "/usr/share/fonts/truetype/open-sans/OpenSans-Semibold.ttf",
+                                                "/usr/share/fonts/truetype/noto/NotoMono-Regular.ttf",
+                                                {}};
+    return paths;
+}
 
-    constexpr std::array faces{Face{"OpenSans-Regular.ttf", textSize}, Face{"OpenSans-Semibold.ttf", textSize},
-                               Face{"OpenSans-Semibold.ttf", headlineSize}};
+void UiFonts::load(float scale, const RibbonFontManager::Paths& paths)
+{
+    outdated_ = false;
     ImGui::GetIO().Fonts->Clear();
+    ImFontGlyphRangesBuilder all;
+    ImFontGlyphRangesBuilder extra;
+    for (const SignRange& range : usualSigns)
+        add(all, range);
+    for (const auto& [language, range] : languageSigns)
+    {
+        if (language == Locale::getName())
+            add(all, range);
+    }
+    for (const ImWchar sign : extraSigns_)
+    {
+        all.AddChar(sign);
+        extra.AddChar(sign);
+    }
+    ranges_.clear();
+    extraRanges_.clear();
+    all.BuildRanges(&ranges_);
+    extra.BuildRanges(&extraRanges_);
+
+    std::array<std::filesystem::path, std::tuple_size_v<RibbonFontManager::Paths>> files;
+    for (const Slot slot : {Slot::Regular, Slot::SemiBold, Slot::Monospace})
+        files.at(static_cast<std::size_t>(slot)) = usableFile(paths, slot);
+    const std::filesystem::path fallback = extraSigns_.empty() ? std::filesystem::path() : usableFile(paths, Slot::CJK);
     bool missing = false;
     for (std::size_t i = 0; i < faces.size(); ++i)
     {
-        fonts_.at(i) = loadFont(faces.at(i).file, faces.at(i).size * scale);
+        const Face& face = faces.at(i);
+        const std::filesystem::path& file = files.at(static_cast<std::size_t>(face.slot));
+        const float size = face.size * scale;
+        fonts_.at(i) = file.empty() ? nullptr : addFont(file, size * face.lineHeight, ranges_.Data, false);
+        missing = missing || !fonts_.at(i);
         if (!fonts_.at(i))
-        {
-            missing = true;
-            fonts_.at(i) = fallbackFont(faces.at(i).size * scale);
-        }
+            fonts_.at(i) = addFallback(size);
+        if (!fallback.empty())
+            addFont(fallback, size * plainLineHeight, extraRanges_.Data, true);
     }
     if (missing)
-        spdlog::warn("The font Open Sans is not installed (package fonts-open-sans): a plain one stands in.");
+    {
+        spdlog::warn("A font of the interface is not installed (packages fonts-open-sans, fonts-noto-mono): a plain "
+                     "one stands in.");
+    }
+}
+
+bool UiFonts::isLoaded_(ImWchar sign) const
+{
+    return isUsual(sign) || (fonts_.front() && fonts_.front()->FindGlyphNoFallback(sign));
+}
+
+void UiFonts::need(std::string_view text)
+{
+    const auto isPlain = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+    const char* at = std::find_if_not(text.data(), text.data() + text.size(), isPlain);
+    const char* const end = text.data() + text.size();
+    while (at < end)
+    {
+        unsigned codepoint = 0;
+        at += std::max(1, ImTextCharFromUtf8(&codepoint, at, end));
+        const auto sign = static_cast<ImWchar>(codepoint);
+        if (codepoint >= 0x80 && !isLoaded_(sign) && extraSigns_.size() < mostExtraSigns)
+            outdated_ = extraSigns_.insert(sign).second || outdated_;
+    }
 }
 
 } // namespace VX

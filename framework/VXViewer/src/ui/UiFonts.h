@@ -1,26 +1,47 @@
 #pragma once
 
-#include <VXViewer/UI.h>
+#include <VXViewer/RibbonFontManager.h>
 
 #include <array>
+#include <set>
+#include <string_view>
 
 namespace VX
 {
 
-/// The fonts of the interface in the current Dear ImGui context.
+/// The fonts of the interface in the current Dear ImGui context. The signs that most texts are made of are always
+/// there; others come in when a text needs them, those of Chinese, Japanese and Korean from a file that is not even
+/// opened before.
 /// @threads the UI thread
 class UiFonts
 {
 public:
-    /// Puts the fonts into the context's atlas in place of those that are there. Where the files are missing, Dear
-    /// ImGui's own font stands in, with one warning in the log.
+    /// The files that the program's packages install.
+    [[nodiscard]] static const RibbonFontManager::Paths& installedPaths();
+
+    /// Puts the fonts into the context's atlas in place of those that are there. Where a file of `paths` cannot be used
+    /// the installed one is; where that is missing, Dear ImGui's own font stands in, with a warning in the log.
     /// @param scale  pixels in a unit of the design
-    void load(float scale);
+    void load(float scale, const RibbonFontManager::Paths& paths);
 
     [[nodiscard]] ImFont* get(UI::Font font) const { return fonts_.at(static_cast<std::size_t>(font)); }
 
+    /// Asks for the signs of `text` that are not loaded.
+    void need(std::string_view text);
+
+    /// True when `load` is due: signs or files have changed.
+    [[nodiscard]] bool isOutdated() const { return outdated_; }
+
+    void setOutdated() { outdated_ = true; }
+
 private:
-    std::array<ImFont*, 3> fonts_{};
+    [[nodiscard]] bool isLoaded_(ImWchar sign) const;
+
+    std::array<ImFont*, 5> fonts_{};
+    std::set<ImWchar> extraSigns_; ///< asked for, whether a font has them or not
+    ImVector<ImWchar> ranges_;     ///< the atlas reads them until it is built
+    ImVector<ImWchar> extraRanges_;
+    bool outdated_ = false;
 };
 
 } // namespace VX

@@ -1,4 +1,7 @@
+#include "../icons/IconStore.h"
 #include "ImGuiInput.h"
+#include "UiInputQueue.h"
+#include "UiNavigation.h"
 #include "UiState.h"
 #include "UiStyle.h"
 
@@ -7,6 +10,8 @@
 #include <VXViewer/UiSession.h>
 #include <VXViewer/UiTree.h>
 
+#define GLFW_INCLUDE_NONE
+#include <GLFW/glfw3.h>
 #include <imgui.h>
 #include <imgui_impl_opengl3.h>
 #include <imgui_internal.h>
@@ -14,6 +19,7 @@
 #include <epoxy/gl.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace VX
 {
@@ -21,6 +27,8 @@ namespace VX
 struct UiSession::State
 {
     UiFonts fonts;
+    UiNavigation navigation;
+    UiInputQueue input;
     float scale = 0;
     double lastFrameTime = monotonicSeconds();
 };
@@ -37,18 +45,28 @@ UiSession::UiSession(Window& window)
     // A blinking cursor would draw frames while nothing happens.
     io.ConfigInputTextCursorBlink = false;
     io.BackendPlatformName = "VXViewer";
+    io.ConfigFlags |= ImGuiConfigFlags_NavEnableKeyboard;
+    // Instead of the switching of windows that shows their internal names.
+    ImGui::GetCurrentContext()->ConfigNavWindowingKeyNext = 0;
+    ImGui::GetCurrentContext()->ConfigNavWindowingKeyPrev = 0;
     ImGuiInput::connect(window_);
     ImGui_ImplOpenGL3_Init("#version 330 core");
     UiState::instance().fonts = &state_->fonts;
-    setScale_(window_.contentScale());
+    setScale_(wantedScale_());
 }
 
 UiSession::~UiSession()
 {
     UiState::instance().fonts = nullptr;
     UiTree::instance().clear();
+    IconStore::instance().clear();
     ImGui_ImplOpenGL3_Shutdown();
     ImGui::DestroyContext();
+}
+
+float UiSession::wantedScale_() const
+{
+    return window_.contentScale() * UI::userScale();
 }
 
 void UiSession::setScale_(float scale)
@@ -56,13 +74,21 @@ void UiSession::setScale_(float scale)
     state_->scale = scale;
     UI::setScale(scale);
     applyUiStyle();
-    state_->fonts.load(scale);
+    loadFonts_();
+}
+
+void UiSession::loadFonts_()
+{
+    state_->fonts.load(state_->scale, UiState::instance().fontPaths);
     ImGui_ImplOpenGL3_DestroyDeviceObjects();
 }
 
 void UiSession::feed(const InputEvent& event)
 {
-    ImGuiInput::feed(event);
+    const auto* key = std::get_if<KeyEvent>(&event);
+    const bool isStray = key && key->action != KeyEvent::Action::Release && UiNavigation::isStray(*key);
+    if (!isStray)
+        state_->input.add(event);
 }
 
 bool UiSession::isOverUi(const Vector2f& position) const
@@ -72,19 +98,35 @@ bool UiSession::isOverUi(const Vector2f& position) const
 
 bool UiSession::takesKeyboard() const
 {
-    return ImGui::GetIO().WantTextInput ||
+    // As the last frame left it: what the context tells to others is a frame older.
+    return ImGui::GetCurrentContext()->WantTextInputNextFrame > 0 ||
            ImGui::IsPopupOpen(nullptr, ImGuiPopupFlags_AnyPopupId | ImGuiPopupFlags_AnyPopupLevel);
+}
+
+bool UiSession::navigatesBy(const KeyEvent& event) const
+{
+    return UiNavigation::takes(event) || (event.key == GLFW_KEY_ESCAPE && UiState::instance().escapeTaken);
+}
+
+bool UiSession::beginNavigation(const KeyEvent& event)
+{
+    return state_->navigation.begin(event);
 }
 
 bool UiSession::hasQueuedInput() const
 {
-    return ImGuiInput::hasQueuedEvents();
+    return ImGuiInput::hasQueuedEvents() || !state_->input.isEmpty();
 }
 
 void UiSession::beginFrame()
 {
-    if (window_.contentScale() != state_->scale)
-        setScale_(window_.contentScale());
+    if (wantedScale_() != state_->scale)
+        setScale_(wantedScale_());
+    else if (state_->fonts.isOutdated())
+        loadFonts_();
+    if (std::exchange(UiState::instance().styleOutdated, false))
+        applyUiStyle();
+    UiState::instance().escapeTaken = false;
     const PixelSize size = window_.framebufferSize();
     ImGuiIO& io = ImGui::GetIO();
     io.DisplaySize = {static_cast<float>(size.width), static_cast<float>(size.height)};
@@ -93,6 +135,8 @@ void UiSession::beginFrame()
     state_->lastFrameTime = now;
     ImGui_ImplOpenGL3_NewFrame();
     ImGui::NewFrame();
+    state_->input.frameBegan();
+    state_->navigation.applyRequest();
     UiTree::instance().beginFrame();
 }
 
@@ -105,6 +149,8 @@ void UiSession::endFrame()
 
 bool UiSession::wantsAnotherFrame() const
 {
+    if (state_->fonts.isOutdated())
+        return true;
     const ImVector<ImGuiWindow*>& windows = ImGui::GetCurrentContext()->Windows;
     return std::any_of(windows.begin(), windows.end(),
                        [](const ImGuiWindow* window)

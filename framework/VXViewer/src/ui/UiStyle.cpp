@@ -1,5 +1,6 @@
 #include "UiStyle.h"
 
+#include "../theme/Palette.h"
 #include "UiState.h"
 
 #include <VXViewer/UI.h>
@@ -18,47 +19,10 @@ UiState& UiState::instance()
 namespace UI
 {
 
-namespace
-{
-
-constexpr ImVec4 rgb(unsigned hex)
-{
-    return {static_cast<float>(hex >> 16U & 0xFFU) / 255, static_cast<float>(hex >> 8U & 0xFFU) / 255,
-            static_cast<float>(hex & 0xFFU) / 255, 1};
-}
-
-} // namespace
-
 ImVec4 colorVec(Color color)
 {
-    switch (color)
-    {
-    case Color::Window:
-        return rgb(0x1E2126);
-    case Color::Panel:
-        return rgb(0x262A30);
-    case Color::Raised:
-        return rgb(0x2F343B);
-    case Color::RaisedHovered:
-        return rgb(0x394049);
-    case Color::Border:
-        return rgb(0x3A4048);
-    case Color::Text:
-        return rgb(0xE6E8EB);
-    case Color::SecondaryText:
-        return rgb(0xA7AEB8);
-    case Color::Accent:
-        return rgb(0x4C8DFF);
-    case Color::AccentHovered:
-        return rgb(0x6AA1FF);
-    case Color::AccentText:
-        return rgb(0x0E1726);
-    case Color::Warning:
-        return rgb(0xF2B84B);
-    case Color::Error:
-        return rgb(0xFF6B6B);
-    }
-    return {};
+    const VX::Color value = Palette::current().get(static_cast<ThemeRole>(color));
+    return ImGui::ColorConvertU32ToFloat4(IM_COL32(value.r, value.g, value.b, value.a));
 }
 
 } // namespace UI
@@ -97,12 +61,20 @@ void setColors()
     setColor(ImGuiCol_SliderGrabActive, Color::AccentHovered);
     setColor(ImGuiCol_Button, Color::Raised);
     setColor(ImGuiCol_ButtonHovered, Color::RaisedHovered);
-    setColor(ImGuiCol_ButtonActive, Color::Border);
-    setColor(ImGuiCol_Header, Color::Accent, 0.32F);
+    setColor(ImGuiCol_ButtonActive, Color::RaisedPressed);
+    setColor(ImGuiCol_Header, Color::Selection);
     setColor(ImGuiCol_HeaderHovered, Color::RaisedHovered);
-    setColor(ImGuiCol_HeaderActive, Color::Border);
+    setColor(ImGuiCol_HeaderActive, Color::RaisedPressed);
     setColor(ImGuiCol_Separator, Color::Border);
-    setColor(ImGuiCol_TextSelectedBg, Color::Accent, 0.45F);
+    setColor(ImGuiCol_Tab, Color::Panel);
+    setColor(ImGuiCol_TabHovered, Color::RaisedHovered);
+    setColor(ImGuiCol_TabActive, Color::Raised);
+    setColor(ImGuiCol_TabUnfocused, Color::Panel);
+    setColor(ImGuiCol_TabUnfocusedActive, Color::Raised);
+    setColor(ImGuiCol_TableHeaderBg, Color::Raised);
+    setColor(ImGuiCol_TableBorderStrong, Color::Border);
+    setColor(ImGuiCol_TableBorderLight, Color::Border);
+    setColor(ImGuiCol_TextSelectedBg, Color::Selection);
     setColor(ImGuiCol_NavHighlight, Color::Accent);
     setColor(ImGuiCol_ModalWindowDimBg, Color::Window, 0.6F);
 }
@@ -128,6 +100,7 @@ void applyUiStyle()
     style.PopupRounding = UI::px(4);
     style.ScrollbarRounding = UI::px(4);
     style.GrabRounding = UI::px(4);
+    style.TabRounding = UI::px(4);
     style.WindowBorderSize = UI::px(1);
     style.PopupBorderSize = UI::px(1);
     style.FrameBorderSize = 0;
