@@ -82,6 +82,7 @@ Vector3d CameraController::pointAt_(const Vector2d& pixel) const
 bool CameraController::handle(const MouseButtonEvent& event, double now)
 {
     wasClick_ = false;
+    wasContextClick_ = false;
     return event.pressed ? press_(event, now) : release_(event);
 }
 
@@ -130,6 +131,7 @@ bool CameraController::release_(const MouseButtonEvent& event)
     dragTo_(event.position.cast<double>());
     wasClick_ = !moved_ && dragButton_ == GLFW_MOUSE_BUTTON_LEFT &&
                 (pressMods_ & ~(GLFW_MOD_CONTROL | GLFW_MOD_SHIFT | GLFW_MOD_SUPER)) == 0;
+    wasContextClick_ = !moved_ && dragButton_ == GLFW_MOUSE_BUTTON_RIGHT && pressMods_ == 0;
     drag_ = Drag::None;
     return true;
 }
@@ -138,6 +140,7 @@ void CameraController::cancelDrag()
 {
     drag_ = Drag::None;
     wasClick_ = false;
+    wasContextClick_ = false;
 }
 
 bool CameraController::handle(const MouseMoveEvent& event, double now)

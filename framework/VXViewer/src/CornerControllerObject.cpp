@@ -45,6 +45,12 @@ std::optional<Vector3d> hitCube(const Vector2d& place, const Camera& camera)
     return enter <= leave ? std::optional<Vector3d>(origin + enter * direction) : std::nullopt;
 }
 
+CornerControllerObject::Labels translatedLabels()
+{
+    return {Locale::translate("Right"), Locale::translate("Left"), Locale::translate("Back"),
+            Locale::translate("Front"), Locale::translate("Top"),  Locale::translate("Bottom")};
+}
+
 } // namespace
 
 struct CornerControllerObject::Graphics
@@ -53,8 +59,7 @@ struct CornerControllerObject::Graphics
 };
 
 CornerControllerObject::CornerControllerObject()
-    : CornerControllerObject(Labels{Locale::translate("Right"), Locale::translate("Left"), Locale::translate("Back"),
-                                    Locale::translate("Front"), Locale::translate("Top"), Locale::translate("Bottom")})
+    : CornerControllerObject(translatedLabels())
 {
 }
 
@@ -65,6 +70,12 @@ CornerControllerObject::CornerControllerObject(Labels labels)
 }
 
 CornerControllerObject::~CornerControllerObject() = default;
+
+void CornerControllerObject::translateLabels()
+{
+    labels_ = translatedLabels();
+    graphics_.reset();
+}
 
 void CornerControllerObject::enable(ViewportMask mask)
 {

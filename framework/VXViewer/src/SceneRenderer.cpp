@@ -2,6 +2,7 @@
 #include "render/Picture.h"
 #include "render/SceneDrawing.h"
 #include "render/StandInMaker.h"
+#include "render/VisibleFacesSearch.h"
 
 #include <VXViewer/SceneRenderer.h>
 
@@ -56,6 +57,8 @@ struct SceneRenderer::State
     {
         std::uint64_t rootId = 0;
         std::uint64_t revision = 0;
+        std::uint64_t previewId = 0;
+        std::uint64_t previewRevision = 0;
         Camera camera;
         PixelSize size;
         SceneOptions options;
@@ -92,6 +95,8 @@ struct SceneRenderer::State
     // What is known of the scene with this root, at this revision, in this viewport.
     std::uint64_t rootId = 0;
     std::uint64_t revision = 0;
+    std::uint64_t previewId = 0;
+    std::uint64_t previewRevision = 0;
     ViewportMask viewport;
     Box3d box;
     std::uint64_t triangles = 0;
@@ -104,10 +109,15 @@ void SceneRenderer::State::updateScene(const SceneFrame& frame)
 {
     const std::uint64_t newId = frame.root == nullptr ? 0 : frame.root->id();
     const std::uint64_t newRevision = frame.root == nullptr ? 0 : frame.root->revision();
-    if (newId == rootId && newRevision == revision && frame.options.viewport == viewport)
+    const std::uint64_t newPreviewId = frame.preview == nullptr ? 0 : frame.preview->id();
+    const std::uint64_t newPreviewRevision = frame.preview == nullptr ? 0 : frame.preview->revision();
+    if (newId == rootId && newRevision == revision && newPreviewId == previewId &&
+        newPreviewRevision == previewRevision && frame.options.viewport == viewport)
         return;
     rootId = newId;
     revision = newRevision;
+    previewId = newPreviewId;
+    previewRevision = newPreviewRevision;
     viewport = frame.options.viewport;
     box = Box3d();
     triangles = 0;
@@ -117,9 +127,7 @@ void SceneRenderer::State::updateScene(const SceneFrame& frame)
     gpu.meshes.collect();
     gpu.points.collect();
     gpu.lines.collect();
-    if (frame.root == nullptr)
-        return;
-    box = visibleBox(*frame.root, viewport);
+    gpu.faceSets.collect();
     const auto add = [&](const VisibleObject& visible)
     {
         if (const auto* mesh = dynamic_cast<const ObjectMesh*>(&visible.object); mesh != nullptr && mesh->mesh())
@@ -133,7 +141,13 @@ void SceneRenderer::State::updateScene(const SceneFrame& frame)
             points += cloud->pointCloud()->points.size();
         }
     };
-    visitVisible(*frame.root, viewport, add);
+    for (const Object* root : {frame.root, frame.preview})
+    {
+        if (root == nullptr)
+            continue;
+        box.extend(visibleBox(*root, viewport));
+        visitVisible(*root, viewport, add);
+    }
 }
 
 void SceneRenderer::State::takeStandIns()
@@ -177,9 +191,10 @@ bool SceneRenderer::draw(const SceneFrame& frame)
     s.updateScene(frame);
     s.takeStandIns();
     const bool simplify = frame.interactive && s.isHeavy();
-    const State::Key key{
-        s.rootId,       s.revision, frame.camera, frame.size, frame.options, simplify, simplify ? s.standInCount : 0,
-        frame.pivotMark};
+    const State::Key key{s.rootId,          s.revision,   s.previewId,
+                         s.previewRevision, frame.camera, frame.size,
+                         frame.options,     simplify,     simplify ? s.standInCount : 0,
+                         frame.pivotMark};
     if (s.drawn == key)
         return false;
 
@@ -213,9 +228,38 @@ void SceneRenderer::blit(unsigned framebuffer, int x, int y)
         state_->picture.blit(framebuffer, x, y);
 }
 
+std::vector<VisibleFaces> SceneRenderer::visibleFaces(const SceneFrame& frame, const PixelRect& area)
+{
+    SceneFrame full = frame;
+    full.interactive = false;
+    draw(full);
+    const State& s = *state_;
+    const int x0 = std::max(area.x, 0);
+    const int y0 = std::max(area.y, 0);
+    const PixelRect inside{x0, y0, std::min(area.x + area.width, frame.size.width) - x0,
+                           std::min(area.y + area.height, frame.size.height) - y0};
+    if (inside.width <= 0 || inside.height <= 0)
+        return {};
+    const SceneContents contents(full, state_->gpu, s.box);
+    const int fromBelow = frame.size.height - inside.y - inside.height;
+    const Eigen::ArrayXXf depths = s.picture.readDepth(inside.x, fromBelow, {inside.width, inside.height});
+    return VisibleFacesSearch(full, s.drawnRange, inside, depths).find(contents);
+}
+
 Image SceneRenderer::readPixels()
 {
-    return state_->picture.read();
+    Image image = state_->picture.read();
+    if (state_->drawn && state_->drawn->options.transparentBackground)
+    {
+        const auto divide = [](std::uint8_t value, std::uint8_t alpha)
+        { return static_cast<std::uint8_t>(std::min(value * 255 / alpha, 255)); };
+        for (Color& c : image.pixels)
+        {
+            if (c.a != 0)
+                c = {divide(c.r, c.a), divide(c.g, c.a), divide(c.b, c.a), c.a};
+        }
+    }
+    return image;
 }
 
 PixelSize SceneRenderer::size() const

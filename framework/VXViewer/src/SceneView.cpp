@@ -1,5 +1,6 @@
 #include <VXMesh/Object.h>
 #include <VXViewer/Clock.h>
+#include <VXViewer/ColorTheme.h>
 #include <VXViewer/CommandLoop.h>
 #include <VXViewer/CornerControllerObject.h>
 #include <VXViewer/ScenePicker.h>
@@ -20,9 +21,23 @@ SceneView::SceneView(std::shared_ptr<Object> root)
     , controller_([this](const Vector2d& pixel) { return pointUnderCursor_(pixel); })
 {
     controller_.setFitter([this](Camera& camera) { SceneRenderer::fit(camera, *root_, size_(), options_.viewport); });
+    themeBackground_ = {options_.backgroundTop, options_.backgroundBottom};
+    takeThemeColors_();
+    themeConnection_ = ColorTheme::onChanged([this] { takeThemeColors_(); });
 }
 
 SceneView::~SceneView() = default;
+
+void SceneView::takeThemeColors_()
+{
+    options_.selectedFaces = ColorTheme::selectedFaces();
+    const bool isThemes = std::pair(options_.backgroundTop, options_.backgroundBottom) == themeBackground_;
+    themeBackground_ = {ColorTheme::viewportTop(), ColorTheme::viewportBottom()};
+    if (!isThemes)
+        return;
+    options_.backgroundTop = themeBackground_.first;
+    options_.backgroundBottom = themeBackground_.second;
+}
 
 void SceneView::startGraphics()
 {
@@ -45,6 +60,11 @@ void SceneView::setArea(const PixelRect& area, float scale)
     scale_ = scale;
     options_.scale = scale;
     controller_.setViewport(size_());
+}
+
+bool SceneView::isOnCube(const Vector2f& position) const
+{
+    return cornerController_->partAt(toView_(position), controller_.camera(), size_(), scale_).has_value();
 }
 
 bool SceneView::contains(const Vector2f& position) const
@@ -125,6 +145,8 @@ bool SceneView::handle(const MouseButtonEvent& event)
     const bool used = controller_.handle(inView, now);
     if (!event.pressed && controller_.wasClick())
         select_(pixel, event.mods);
+    if (!event.pressed && controller_.wasContextClick())
+        requestContext_(pixel, event.position);
     return used;
 }
 
@@ -181,8 +203,9 @@ std::optional<double> SceneView::secondsToChange() const
 
 bool SceneView::isOutdated() const
 {
-    return renderer_ && (shownRevision_ != root_->revision() || !(shownCamera_ == controller_.camera()) ||
-                         controller_.isAnimating() || (shownMoving_ && !controller_.isMoving(monotonicSeconds())));
+    return renderer_ && (shownRevision_ != root_->revision() || !(shownOptions_ == options_) || !isPreviewShown_() ||
+                         !(shownCamera_ == controller_.camera()) || controller_.isAnimating() ||
+                         (shownMoving_ && !controller_.isMoving(monotonicSeconds())));
 }
 
 void SceneView::draw(const Window& window)
@@ -196,16 +219,17 @@ void SceneView::draw(const Window& window)
     cornerController_->draw(controller_.camera(), size_(), scale_, options_.viewport);
     shownRevision_ = root_->revision();
     shownCamera_ = controller_.camera();
+    shownOptions_ = options_;
+    shownPreview_ = preview_;
+    shownPreviewRevision_ = preview_ ? preview_->revision() : 0;
 }
 
 Image SceneView::capture(PixelSize size)
 {
     if (!renderer_)
         return {};
-    SceneFrame frame = frame_();
+    SceneFrame frame = frameOfScene_();
     frame.size = size;
-    frame.interactive = false;
-    frame.pivotMark.reset();
     renderer_->draw(frame);
     return renderer_->readPixels();
 }
@@ -229,6 +253,7 @@ SceneFrame SceneView::frame_() const
 {
     SceneFrame frame;
     frame.root = root_.get();
+    frame.preview = preview_.get();
     frame.camera = controller_.camera();
     frame.size = size_();
     frame.options = options_;
@@ -238,7 +263,26 @@ SceneFrame SceneView::frame_() const
     return frame;
 }
 
-void SceneView::select_(const Vector2d& pixel, int mods)
+SceneFrame SceneView::frameOfScene_() const
+{
+    SceneFrame frame = frame_();
+    frame.preview = nullptr;
+    frame.interactive = false;
+    frame.pivotMark.reset();
+    return frame;
+}
+
+bool SceneView::isPreviewShown_() const
+{
+    return shownPreview_.lock() == preview_ && shownPreviewRevision_ == (preview_ ? preview_->revision() : 0);
+}
+
+std::optional<Vector3d> SceneView::pointAt(const Vector2f& position)
+{
+    return pointUnderCursor_(toView_(position));
+}
+
+void SceneView::pick(const Vector2f& position, ScenePicker::Callback done)
 {
     if (!picker_)
         return;
@@ -246,20 +290,49 @@ void SceneView::select_(const Vector2d& pixel, int mods)
     request.root = root_.get();
     request.camera = controller_.camera();
     request.size = size_();
-    request.pixel = pixel;
+    request.pixel = toView_(position);
     request.viewport = options_.viewport;
     request.scale = scale_;
-    picker_->pick(request,
-                  [root = root_, mods](const std::optional<PickResult>& hit)
-                  {
-                      const std::shared_ptr<Object> object = hit ? hit->object.lock() : nullptr;
-                      const bool toggle = (mods & GLFW_MOD_CONTROL) != 0;
-                      const bool add = (mods & GLFW_MOD_SHIFT) != 0;
-                      if (!toggle && !add)
-                          selectOnly(*root, object.get());
-                      else if (object)
-                          object->setSelected(add || !object->isSelected());
-                  });
+    picker_->pick(request, std::move(done));
+}
+
+void SceneView::pick_(const Vector2d& pixel, std::function<void(const std::shared_ptr<Object>&)> done)
+{
+    pick((pixel + Vector2d(area_.x, area_.y)).cast<float>(),
+         [done = std::move(done)](const std::optional<PickResult>& hit) { done(hit ? hit->object.lock() : nullptr); });
+}
+
+std::vector<VisibleFaces> SceneView::visibleFaces(const PixelRect& area)
+{
+    if (!renderer_ || size_().isEmpty())
+        return {};
+    return renderer_->visibleFaces(frameOfScene_(), {area.x - area_.x, area.y - area_.y, area.width, area.height});
+}
+
+void SceneView::select_(const Vector2d& pixel, int mods)
+{
+    pick_(pixel,
+          [root = root_, mods](const std::shared_ptr<Object>& object)
+          {
+              const bool toggle = (mods & GLFW_MOD_CONTROL) != 0;
+              const bool add = (mods & GLFW_MOD_SHIFT) != 0;
+              if (!toggle && !add)
+                  selectOnly(*root, object.get());
+              else if (object)
+                  object->setSelected(add || !object->isSelected());
+          });
+}
+
+void SceneView::requestContext_(const Vector2d& pixel, const Vector2f& position)
+{
+    pick_(pixel,
+          [this, position](const std::shared_ptr<Object>& object)
+          {
+              if (object && !object->isSelected())
+                  selectOnly(*root_, object.get());
+              if (contextRequest_)
+                  contextRequest_(position);
+          });
 }
 
 } // namespace VX

@@ -49,6 +49,9 @@ public:
     /// press and no modifier but Control or Shift was down: the user clicked and wants to select.
     [[nodiscard]] bool wasClick() const { return wasClick_; }
 
+    /// The same for the right button without any modifier: the user wants to know what can be done there.
+    [[nodiscard]] bool wasContextClick() const { return wasContextClick_; }
+
     /// Ends a drag as if the button had been released, as when the window loses the mouse.
     void cancelDrag();
 
@@ -127,6 +130,7 @@ private:
     Vector2d lastPixel_ = Vector2d::Zero();
     bool moved_ = false;
     bool wasClick_ = false;
+    bool wasContextClick_ = false;
     std::optional<Vector3d> pivot_;
     double wheelRestTime_ = 0;
 };

@@ -27,6 +27,9 @@ public:
     CornerControllerObject(const CornerControllerObject&) = delete;
     CornerControllerObject& operator=(const CornerControllerObject&) = delete;
 
+    /// Labels it anew in the user's language; with the OpenGL context current once it was drawn.
+    void translateLabels();
+
     /// Shows the cube in these viewports.
     void enable(ViewportMask mask);
 

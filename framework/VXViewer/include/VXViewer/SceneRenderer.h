@@ -3,10 +3,12 @@
 #include <VXMesh/Object.h>
 #include <VXViewer/Camera.h>
 #include <VXViewer/Image.h>
+#include <VXViewer/VisibleFaces.h>
 
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace VX
 {
@@ -18,8 +20,16 @@ struct SceneOptions
     Color backgroundBottom{0x23, 0x26, 0x2B, 255};
     /// The dark lines along sharp edges: of meshes, and the objects of lines below a mesh.
     bool featureEdges = true;
+    /// The sides of the triangles, drawn over the surface; not in simplified pictures, and fading where they crowd.
+    bool wireframe = false;
+    /// Of selected faces, lit as the surface is.
+    Color selectedFaces{0xE8, 0x4F, 0xC4, 255};
+    /// Instead of the background's colours: the picture is transparent where nothing is drawn.
+    bool transparentBackground = false;
     /// The viewports whose picture has the axes of the scene's origin in it.
     ViewportMask globalBasis;
+    /// The viewports with a bar that tells how large things are; the interface draws it.
+    ViewportMask scaleIndicator;
     /// The viewport that is drawn: objects not visible there are left out.
     ViewportMask viewport{1};
     /// Samples a pixel: 0 takes what suits the graphics (1 on a software renderer, 4 elsewhere).
@@ -34,6 +44,8 @@ struct SceneOptions
 struct SceneFrame
 {
     const Object* root = nullptr; ///< drawn with everything below it; may be null
+    /// Drawn as well with everything below it, in scene coordinates: what is no part of the scene yet. May be null.
+    const Object* preview = nullptr;
     Camera camera;
     PixelSize size;
     SceneOptions options;
@@ -79,7 +91,14 @@ public:
     /// unscaled. Leaves `framebuffer` bound and the viewport at the copied area.
     void blit(unsigned framebuffer, int x = 0, int y = 0);
 
-    /// The picture; empty before the first `draw`.
+    /// The faces of all meshes that are seen inside `area` of the picture of `frame`, in full detail: those of which a
+    /// pixel shows, and those smaller than a pixel that nothing hides. Draws the picture unless it is the cached one;
+    /// finding the faces themselves is left to the processor, which is asked in parallel.
+    /// @param area  in pixels from the upper left corner of the picture
+    /// @return the objects with a face there
+    [[nodiscard]] std::vector<VisibleFaces> visibleFaces(const SceneFrame& frame, const PixelRect& area);
+
+    /// The picture; empty before the first `draw`. Colours are not premultiplied with alpha.
     [[nodiscard]] Image readPixels();
 
     /// The size of the picture.

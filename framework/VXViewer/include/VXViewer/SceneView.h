@@ -4,12 +4,17 @@
 #include <VXViewer/Export.h>
 #include <VXViewer/Image.h>
 #include <VXViewer/InputEvent.h>
+#include <VXViewer/ScenePicker.h>
 #include <VXViewer/SceneRenderer.h>
 #include <VXViewer/Window.h>
 
+#include <boost/signals2/connection.hpp>
+
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace VX
@@ -17,7 +22,6 @@ namespace VX
 
 class CornerControllerObject;
 class Object;
-class ScenePicker;
 
 /// The part of the window that shows the scene: its camera, its picture, the view cube, and what the mouse does there.
 /// Positions of events are the window's; the view takes off where it begins.
@@ -44,6 +48,8 @@ public:
     /// How the scene is drawn; `scale` follows `setArea`.
     [[nodiscard]] SceneOptions& options() { return options_; }
 
+    [[nodiscard]] const SceneOptions& options() const { return options_; }
+
     [[nodiscard]] CornerControllerObject& cornerController() { return *cornerController_; }
 
     /// The pixels that the scene takes up, from the upper left corner of the window.
@@ -53,6 +59,12 @@ public:
     void setArea(const PixelRect& area, float scale);
 
     [[nodiscard]] bool contains(const Vector2f& position) const;
+
+    /// True over the view cube.
+    [[nodiscard]] bool isOnCube(const Vector2f& position) const;
+
+    /// Draws `preview` with the scene, whose coordinates it has, without its being a part of it; null: nothing.
+    void setPreview(std::shared_ptr<const Object> preview) { preview_ = std::move(preview); }
 
     /// The extent of what is visible, in scene coordinates.
     [[nodiscard]] const Box3d& box() const;
@@ -73,6 +85,20 @@ public:
     bool handle(const MouseMoveEvent& event);
     bool handle(const ScrollEvent& event);
     bool handle(const KeyEvent& event);
+
+    /// `request` is called for a right click in the view (not for a drag) with its position in the window, once the
+    /// object under the mouse is selected, if it was not yet.
+    void setContextRequest(std::function<void(const Vector2f&)> request) { contextRequest_ = std::move(request); }
+
+    /// The point of the scene that the picture shows at `position`, a point of the window, or a few pixels away.
+    [[nodiscard]] std::optional<Vector3d> pointAt(const Vector2f& position);
+
+    /// Finds what is under `position`, a point of the window, on a worker. A newer pick of anybody replaces one that
+    /// has not begun: the callback of the older one never comes.
+    void pick(const Vector2f& position, ScenePicker::Callback done);
+
+    /// The faces seen within `area`, which is in pixels of the window (SceneRenderer::visibleFaces).
+    [[nodiscard]] std::vector<VisibleFaces> visibleFaces(const PixelRect& area);
 
     /// The mouse went elsewhere: nothing in the view is highlighted any more.
     void endHover();
@@ -105,20 +131,35 @@ private:
 
     [[nodiscard]] std::optional<Vector3d> pointUnderCursor_(const Vector2d& pixel);
     [[nodiscard]] SceneFrame frame_() const;
+
+    /// In full detail, and without what is no part of the scene.
+    [[nodiscard]] SceneFrame frameOfScene_() const;
+    [[nodiscard]] bool isPreviewShown_() const;
     void updateBox_();
+    void takeThemeColors_();
     void select_(const Vector2d& pixel, int mods);
+    void requestContext_(const Vector2d& pixel, const Vector2f& position);
+    void pick_(const Vector2d& pixel, std::function<void(const std::shared_ptr<Object>&)> done);
 
     std::shared_ptr<Object> root_;
+    std::shared_ptr<const Object> preview_;
     std::unique_ptr<CornerControllerObject> cornerController_;
     std::unique_ptr<SceneRenderer> renderer_;
     std::unique_ptr<ScenePicker> picker_;
+    std::function<void(const Vector2f&)> contextRequest_;
     CameraController controller_;
     mutable Box3d box_;
     mutable std::uint64_t boxRevision_ = 0;
     /// What the window shows.
     Camera shownCamera_;
     std::uint64_t shownRevision_ = 0;
+    SceneOptions shownOptions_;
+    std::weak_ptr<const Object> shownPreview_;
+    std::uint64_t shownPreviewRevision_ = 0;
     SceneOptions options_;
+    /// The background that the theme gave; another one is somebody's choice and outlives a change of the theme.
+    std::pair<Color, Color> themeBackground_;
+    boost::signals2::scoped_connection themeConnection_;
     PixelRect area_;
     float scale_ = 1;
     bool shownMoving_ = false;

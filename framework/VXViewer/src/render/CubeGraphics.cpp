@@ -221,6 +221,7 @@ void CubeGraphics::drawLines_(const GpuLines& lines, const Eigen::Matrix3f& rota
     ShaderProgram::set(lineProgram_.halfWidth, width / 2);
     ShaderProgram::set(lineProgram_.towardsViewer, 0.01F);
     ShaderProgram::set(lineProgram_.color, color);
+    ShaderProgram::set(lineProgram_.opacity, 1.0F);
     lines.segments.draw();
 }
 

@@ -185,6 +185,17 @@ void GpuMesh::setStandIns(std::vector<StandIn> simplified)
         addLevel_(makeBuffer(GL_ARRAY_BUFFER, standIn.triangles), std::move(standIn.clusters), standIn.faceColors);
 }
 
+const GpuSides* GpuMesh::sides()
+{
+    GLint most = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_BUFFER_SIZE, &most);
+    if (std::uint64_t{levels.front().count} * 3 > static_cast<std::uint64_t>(most))
+        return nullptr;
+    if (!sides_.points)
+        sides_ = {makeBufferTexture(vertices, GL_RGBA32F), makeBufferTexture(levels.front().indices, GL_R32UI)};
+    return &sides_;
+}
+
 void GpuMesh::addLevel_(Gl::Buffer indices, std::vector<MeshCluster> clusters, const std::vector<Color>& faceColors)
 {
     GpuTriangles& level = levels.emplace_back();

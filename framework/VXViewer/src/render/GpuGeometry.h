@@ -40,6 +40,13 @@ struct GpuTriangles
     Gl::Texture faceColors;
 };
 
+/// What the shader of triangles reads to find the sides of the one it draws.
+struct GpuSides
+{
+    Gl::Texture points;
+    Gl::Texture corners;
+};
+
 /// Segments between vertices that are in a buffer, read by the line shader.
 struct GpuSegments
 {
@@ -65,6 +72,9 @@ struct GpuMesh
     /// @param simplified  each with fewer triangles than the one before
     void setStandIns(std::vector<StandIn> simplified);
 
+    /// Of the full mesh, which has triangles; made at the first call. Null where the graphics cannot read as many.
+    const GpuSides* sides();
+
     Vector3d center;
     Box3f box; ///< from the centre
     bool solid = false;
@@ -79,6 +89,8 @@ struct GpuMesh
 
 private:
     void addLevel_(Gl::Buffer indices, std::vector<MeshCluster> clusters, const std::vector<Color>& faceColors);
+
+    GpuSides sides_;
 };
 
 /// A point cloud in the graphics memory.

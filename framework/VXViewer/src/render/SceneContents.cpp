@@ -6,8 +6,6 @@ namespace VX
 SceneContents::SceneContents(const SceneFrame& frame, GpuScene& gpu, const Box3d& sceneBox)
     : box(sceneBox)
 {
-    if (frame.root == nullptr)
-        return;
     const auto add = [&](const VisibleObject& visible)
     {
         const Object& object = visible.object;
@@ -28,7 +26,11 @@ SceneContents::SceneContents(const SceneFrame& frame, GpuScene& gpu, const Box3d
                 lines.push_back({segments, &gpu.lines.get(segments->lines()), visible.world, visible.selected});
         }
     };
-    visitVisible(*frame.root, frame.options.viewport, add);
+    for (const Object* root : {frame.root, frame.preview})
+    {
+        if (root != nullptr)
+            visitVisible(*root, frame.options.viewport, add);
+    }
 }
 
 } // namespace VX

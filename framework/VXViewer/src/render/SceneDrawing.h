@@ -2,6 +2,7 @@
 
 #include "render/DetailPlan.h"
 #include "render/GeometryCache.h"
+#include "render/GpuFaceSet.h"
 #include "render/GpuGeometry.h"
 #include "render/SceneMarks.h"
 #include "render/ScenePrograms.h"
@@ -25,6 +26,7 @@ struct GpuScene
     GeometryCache<Mesh, GpuMesh> meshes;
     GeometryCache<PointCloud, GpuPoints> points;
     GeometryCache<Lines, GpuLines> lines;
+    GeometryCache<FaceSet, GpuFaceSet> faceSets;
     SceneMarks marks;
 };
 
@@ -65,6 +67,10 @@ struct SceneContents
     std::uint64_t pointCount = 0;
 };
 
+/// Whether nobody sees the backs of a mesh's triangles in a picture.
+/// @param toCamera  from coordinates relative to the mesh's centre
+[[nodiscard]] bool hidesBacks(const GpuMesh& mesh, const Eigen::Matrix4d& toCamera, ClipRange range);
+
 /// Draws one picture into the bound framebuffer.
 class SceneDrawing
 {
@@ -101,11 +107,14 @@ private:
         /// False only where nothing of the cluster is seen.
         [[nodiscard]] bool shows(const MeshCluster& cluster) const;
 
+        [[nodiscard]] bool isTransparent() const;
+
         const SceneContents::MeshItem* item;
         Placement placement;
         ViewVolume volume;
         double depth;
-        bool hidesBacks; ///< nobody sees the backs of its triangles
+        bool hidesBacks;
+        MeshDetail detail;
     };
 
     /// The extent of all that is drawn.
@@ -113,15 +122,27 @@ private:
     [[nodiscard]] bool showsBasis_() const;
     [[nodiscard]] double basisLength_() const;
     void drawBackground_();
-    void drawMeshes_();
-    [[nodiscard]] std::vector<MeshInView> meshesInView_() const;
-    [[nodiscard]] std::vector<MeshDetail> plan_(const std::vector<MeshInView>& meshes) const;
-    void drawMesh_(const MeshInView& mesh, MeshDetail detail);
+    /// Fills `meshes_`, nearest first, and says how much of each is drawn.
+    void findMeshes_();
+    [[nodiscard]] std::vector<MeshDetail> plan_() const;
+    void drawOpaqueMeshes_();
+
+    /// Farthest first, each blended with what is there; they hide nothing from what is drawn later.
+    void drawTransparentMeshes_();
+    void endMeshes_();
+    [[nodiscard]] unsigned flavorOf_(const MeshInView& mesh) const;
+
+    /// @param culled  which side of the triangles is left out: GL_FRONT, GL_BACK or GL_NONE
+    void drawMesh_(const MeshInView& mesh, GLenum culled);
+    void bindMeshTextures_(const MeshInView& mesh, unsigned flavor);
     void drawClusters_(const MeshInView& mesh, const GpuTriangles& triangles, const MeshProgram& program,
                        std::uint32_t step);
     void drawLines_();
+
+    /// The sharp edges of a mesh, where they are wanted.
+    void drawEdges_(const SceneContents::MeshItem& item);
     void drawSegments_(const GpuSegments& segments, const Placement& placement, const Eigen::Vector3f& color,
-                       float width);
+                       float width, float opacity);
     void drawPoints_();
     void drawPointItem_(const SceneContents::PointsItem& item);
     void drawBasis_();
@@ -135,6 +156,7 @@ private:
     Eigen::Matrix4d view_;
     Eigen::Matrix4d projection_;
     Eigen::Vector4f viewRay_ = Eigen::Vector4f::Zero();
+    std::vector<MeshInView> meshes_;
     std::uint64_t drawnTriangles_ = 0;
     bool simplified_ = false;
 };

@@ -19,6 +19,12 @@ std::string meshDefines(unsigned flavor)
         defines += "#define VERTEX_COLORS\n";
     if ((flavor & MeshFlavor::faceColors) != 0)
         defines += "#define FACE_COLORS\n";
+    if ((flavor & MeshFlavor::selectedFaces) != 0)
+        defines += "#define SELECTED_FACES\n";
+    if ((flavor & MeshFlavor::selectedPoints) != 0)
+        defines += "#define SELECTED_POINTS\n";
+    if ((flavor & MeshFlavor::wire) != 0)
+        defines += "#define WIRE\n";
     return defines;
 }
 
@@ -42,8 +48,17 @@ MeshProgram::MeshProgram(unsigned flavor)
     , viewRay(program.location("viewRay"))
     , color(program.location("color"))
     , highlight(program.location("highlight"))
+    , opacity(program.location("opacity"))
     , firstTriangle(program.location("firstTriangle"))
+    , selectionColor(program.location("selectionColor"))
+    , halfViewport(program.location("halfViewport"))
+    , halfWireWidth(program.location("halfWireWidth"))
 {
+    program.use();
+    ShaderProgram::set(program.location("faceColors"), MeshTextureUnit::faceColors);
+    ShaderProgram::set(program.location("selectedFaces"), MeshTextureUnit::selectedFaces);
+    ShaderProgram::set(program.location("points"), MeshTextureUnit::points);
+    ShaderProgram::set(program.location("corners"), MeshTextureUnit::corners);
 }
 
 PointProgram::PointProgram(unsigned flavor)
@@ -52,6 +67,7 @@ PointProgram::PointProgram(unsigned flavor)
     , normalToCamera(program.location("normalToCamera"))
     , size(program.location("size"))
     , color(program.location("color"))
+    , opacity(program.location("opacity"))
     , highlight(program.location("highlight"))
 {
 }
@@ -63,6 +79,7 @@ LineProgram::LineProgram()
     , halfWidth(program.location("halfWidth"))
     , towardsViewer(program.location("towardsViewer"))
     , color(program.location("color"))
+    , opacity(program.location("opacity"))
 {
     program.use();
     ShaderProgram::set(program.location("points"), 0);

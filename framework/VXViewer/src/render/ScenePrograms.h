@@ -14,7 +14,10 @@ struct MeshFlavor
     static constexpr unsigned flat = 1;
     static constexpr unsigned vertexColors = 2;
     static constexpr unsigned faceColors = 4;
-    static constexpr unsigned count = 8;
+    static constexpr unsigned selectedFaces = 8;   ///< told by a set of faces
+    static constexpr unsigned selectedPoints = 16; ///< told by marks of their points, as those of a stand-in
+    static constexpr unsigned wire = 32;
+    static constexpr unsigned count = 64;
 };
 
 /// What the shader of points is switched to; bits.
@@ -23,6 +26,15 @@ struct PointFlavor
     static constexpr unsigned normals = 1;
     static constexpr unsigned vertexColors = 2;
     static constexpr unsigned count = 4;
+};
+
+/// Where the shader of triangles reads from.
+struct MeshTextureUnit
+{
+    static constexpr int faceColors = 0;
+    static constexpr int selectedFaces = 1;
+    static constexpr int points = 2;
+    static constexpr int corners = 3;
 };
 
 struct MeshProgram
@@ -36,7 +48,11 @@ struct MeshProgram
     GLint viewRay;
     GLint color;
     GLint highlight;
+    GLint opacity;
     GLint firstTriangle;
+    GLint selectionColor;
+    GLint halfViewport;
+    GLint halfWireWidth;
 };
 
 struct PointProgram
@@ -48,6 +64,7 @@ struct PointProgram
     GLint normalToCamera;
     GLint size;
     GLint color;
+    GLint opacity;
     GLint highlight;
 };
 
@@ -61,6 +78,7 @@ struct LineProgram
     GLint halfWidth;
     GLint towardsViewer;
     GLint color;
+    GLint opacity;
 };
 
 struct BackgroundProgram

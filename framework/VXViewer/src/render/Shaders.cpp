@@ -41,9 +41,16 @@ out vec3 normal;
 layout(location = 2) in vec4 vertexColor;
 out vec3 tint;
 #endif
+#ifdef SELECTED_POINTS
+layout(location = 3) in float mark;
+out float marked;
+#endif
 void main()
 {
     gl_Position = toClip * vec4(position, 1.0);
+#ifdef SELECTED_POINTS
+    marked = mark;
+#endif
 #ifdef FLAT
     place = (toCamera * vec4(position, 1.0)).xyz;
 #else
@@ -63,6 +70,8 @@ const std::string_view meshFragment = R"(
 uniform vec4 viewRay;
 uniform vec3 color;
 uniform vec4 highlight;
+uniform float opacity;
+uniform int firstTriangle;
 #ifdef FLAT
 in vec3 place;
 #else
@@ -73,7 +82,59 @@ in vec3 tint;
 #endif
 #ifdef FACE_COLORS
 uniform samplerBuffer faceColors;
-uniform int firstTriangle;
+#endif
+#ifdef SELECTED_FACES
+uniform usamplerBuffer selectedFaces;
+#endif
+#ifdef SELECTED_POINTS
+in float marked;
+#endif
+#if defined(SELECTED_FACES) || defined(SELECTED_POINTS)
+uniform vec3 selectionColor;
+
+bool isSelected()
+{
+#ifdef SELECTED_FACES
+    int face = gl_PrimitiveID + firstTriangle;
+    return (texelFetch(selectedFaces, face >> 5).r >> uint(face & 31) & 1u) != 0u;
+#else
+    return marked > 0.99;
+#endif
+}
+#endif
+#ifdef WIRE
+uniform samplerBuffer points;
+uniform usamplerBuffer corners;
+uniform mat4 toClip;
+uniform vec2 halfViewport;
+uniform float halfWireWidth;
+
+// In pixels from this fragment, times w: so that a corner behind the eye does no harm.
+vec3 cornerAt(int i)
+{
+    vec4 p = toClip * vec4(texelFetch(points, int(texelFetch(corners, i).r)).xyz, 1.0);
+    return vec3((p.xy + p.w) * halfViewport - p.w * gl_FragCoord.xy, p.w);
+}
+
+float distanceTo(vec3 a, vec3 b)
+{
+    vec3 line = cross(a, b);
+    return abs(line.z) / max(length(line.xy), 1e-30);
+}
+
+// How much of the fragment a side of its triangle covers.
+float wire()
+{
+    int first = 3 * (gl_PrimitiveID + firstTriangle);
+    vec3 a = cornerAt(first);
+    vec3 b = cornerAt(first + 1);
+    vec3 c = cornerAt(first + 2);
+    vec3 apart = vec3(distanceTo(a, b), distanceTo(b, c), distanceTo(c, a));
+    float nearest = min(apart.x, min(apart.y, apart.z));
+    // The three distances add up to about the height of the triangle: where it is a few pixels only, sides fade.
+    float room = smoothstep(2.0, 9.0, apart.x + apart.y + apart.z);
+    return clamp(halfWireWidth + 0.5 - nearest, 0.0, 1.0) * mix(0.15, 0.75, room);
+}
 #endif
 out vec4 result;
 
@@ -106,6 +167,10 @@ void main()
         base = mix(base, vec3(0.22, 0.13, 0.09), 0.75);
         gloss = 0.0;
     }
+#if defined(SELECTED_FACES) || defined(SELECTED_POINTS)
+    if (isSelected())
+        base = mix(base, selectionColor * selectionColor, 0.85);
+#endif
 
     // The key light reaches a little around the form, so that what turns away from it keeps its shape.
     float key = max(dot(n, keyLight) * 0.8 + 0.2, 0.0);
@@ -119,7 +184,10 @@ void main()
     shine *= shine;
     float rim = 1.0 - max(dot(n, v), 0.0);
     vec3 lit = base * light + gloss * shine + highlight.rgb * (highlight.a * rim * rim);
-    result = vec4(sqrt(lit), 1.0);
+    result = vec4(sqrt(lit), opacity);
+#ifdef WIRE
+    result.rgb = mix(result.rgb, vec3(0.07, 0.08, 0.10), wire());
+#endif
 }
 )";
 
@@ -169,12 +237,13 @@ void main()
 
 const std::string_view lineFragment = R"(
 uniform vec3 color;
+uniform float opacity;
 uniform float halfWidth;
 noperspective in float across;
 out vec4 result;
 void main()
 {
-    result = vec4(color, clamp(halfWidth + 0.5 - abs(across), 0.0, 1.0));
+    result = vec4(color, opacity * clamp(halfWidth + 0.5 - abs(across), 0.0, 1.0));
 }
 )";
 
@@ -215,13 +284,14 @@ void main()
 
 const std::string_view pointFragment = R"(
 flat in vec3 shown;
+uniform float opacity;
 out vec4 result;
 void main()
 {
     vec2 fromMiddle = gl_PointCoord - 0.5;
     if (dot(fromMiddle, fromMiddle) > 0.25)
         discard;
-    result = vec4(shown, 1.0);
+    result = vec4(shown, opacity);
 }
 )";
 

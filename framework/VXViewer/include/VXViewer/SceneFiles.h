@@ -1,0 +1,73 @@
+#pragma once
+
+#include <VXViewer/Export.h>
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace VX
+{
+
+class FileDialog;
+class Object;
+class Viewer;
+
+/// Writes the scene into files, in the background, and sees to it that no work is lost when the program closes.
+/// @threads the UI thread
+class VXVIEWER_API SceneFiles
+{
+public:
+    /// @param dialog  asks for files; it outlives this
+    SceneFiles(Viewer& viewer, FileDialog& dialog);
+    ~SceneFiles();
+
+    SceneFiles(const SceneFiles&) = delete;
+    SceneFiles& operator=(const SceneFiles&) = delete;
+
+    /// Saves the scene to the scene file (.vxu) that it came from; asks for a file where it came from none.
+    void save();
+
+    /// Asks for a file and saves the scene to it.
+    void saveAs();
+
+    /// Asks for a file and saves to it what is selected, with what is below it, where it stands in the scene.
+    void saveSelected();
+
+    /// True while a file is being written.
+    [[nodiscard]] bool isSaving() const { return saving_ > 0; }
+
+    /// False when the scene has changes that are in no file.
+    [[nodiscard]] bool isSaved() const;
+
+    /// Answers the user's wish to close the program: true when it may close at once. Otherwise the user is asked about
+    /// what is not saved, or a file that is being written is waited for, and the program closes after that.
+    [[nodiscard]] bool mayClose();
+
+    [[nodiscard]] bool isAsking() const { return asking_; }
+
+    /// Draws the question.
+    void drawQuestion();
+
+private:
+    struct Job;
+
+    void ask_(const std::string& title, const std::string& fileName, std::function<void(std::filesystem::path)> chosen);
+    void save_(bool thenClose);
+    void saveAs_(bool thenClose);
+    void saveScene_(const std::filesystem::path& path, bool byDialog, bool thenClose);
+    void write_(const std::shared_ptr<Job>& job);
+    void finish_(const Job& job);
+    void fail_(const std::string& error);
+    void drawAnswers_();
+    void closeSaved_();
+
+    Viewer& viewer_;
+    FileDialog& dialog_;
+    int saving_ = 0;
+    bool asking_ = false;
+    bool closing_ = false; ///< the program closes once all is saved
+};
+
+} // namespace VX
