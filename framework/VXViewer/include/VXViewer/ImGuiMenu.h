@@ -15,9 +15,10 @@ namespace VX
 
 class FileDialog;
 class Object;
+class SceneFiles;
 class ShortcutManager;
 
-/// The menu of the viewer: the bar at the top, the scene tree and the facts of what is selected at the left, the status
+/// What every menu of the viewer has: the scene tree and the facts of what is selected at the left, the status
 /// line, dialogs and messages. Derived menus replace parts of it.
 /// @threads the UI thread
 class VXVIEWER_API ImGuiMenu : public ViewerPlugin
@@ -45,8 +46,11 @@ public:
     /// Shows `message` in a modal window until the user confirms it. Messages that come meanwhile join it.
     virtual void showModalMessage(const std::string& message, NotificationType type);
 
+    /// Takes over what the menu keeps in the settings, which were read anew. Nothing here.
+    virtual void settingsLoaded();
+
     /// @return true when a shortcut took the key
-    bool handleKey(const KeyEvent& event);
+    virtual bool handleKey(const KeyEvent& event);
 
     /// Null before `init`.
     [[nodiscard]] ShortcutManager* shortcutManager() const;
@@ -56,34 +60,52 @@ public:
     /// Lets the user choose files, which are opened then.
     void chooseFilesToOpen();
 
-    /// Lets the user choose a file, into which the scene is saved then.
-    void chooseFileToSave();
+    /// Saves the scene and parts of it.
+    [[nodiscard]] SceneFiles& sceneFiles() const;
+
+    /// Closes the program as its window's button does: the user is asked about what is not saved.
+    void askToClose();
+
+    /// Whether the program may close at once; otherwise the user is asked, and it closes later or not at all.
+    [[nodiscard]] virtual bool mayClose();
+
+    /// Lets the user type a name for `object` in the scene list. @return false where the list is not shown
+    bool renameInSceneList(const std::shared_ptr<Object>& object);
 
     /// The width of the panel at the left in pixels; 0 in a window too small for it.
-    [[nodiscard]] float leftPanelWidth() const;
+    [[nodiscard]] virtual float leftPanelWidth() const;
 
-    /// The height of the bar at the top in units of the design.
-    [[nodiscard]] float topPanelHeight() const;
+    /// The height of what `drawTopPanel_` draws in units of the design.
+    [[nodiscard]] virtual float topPanelHeight() const;
 
 protected:
-    /// Creates the shortcut manager where there is none and sets the menu's shortcuts.
+    /// Creates the shortcut manager where there is none. Derived menus set their shortcuts.
     virtual void setupShortcuts_();
 
+    /// Draws the bar at the top. Nothing here.
     virtual void drawTopPanel_();
     virtual void drawLeftPanel_();
     virtual void drawStatusLine_();
 
+    /// Draws over the scene list. Nothing here.
+    virtual void drawSceneListButtons_();
+
     /// Adds to the facts of what is selected.
     virtual void drawCustomSelectionInformation_(const std::vector<std::shared_ptr<Object>>& selected);
 
+    /// Called in the first frame of the context menu of the scene list.
+    virtual void sceneContextAppeared_();
+
     /// Null before `init` and after `shutdown`.
     [[nodiscard]] Viewer* viewer_() const;
+
+    /// The pixels that the bars and panels leave to the scene, from the upper left corner of the window.
+    [[nodiscard]] PixelRect sceneArea_() const;
 
 private:
     struct State;
 
     void drawEmptySceneHint_();
-    void saveTo_(const std::filesystem::path& path);
 
     std::unique_ptr<State> state_;
 };

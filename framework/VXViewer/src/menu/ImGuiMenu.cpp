@@ -1,18 +1,17 @@
-#include "../SceneSnapshot.h"
 #include "InformationPanel.h"
 #include "ModalMessages.h"
+#include "PanelWindow.h"
 #include "ProgressPanel.h"
+#include "ScaleIndicator.h"
 #include "SceneTreePanel.h"
 #include "StatusLine.h"
-#include "TopBar.h"
 #include "Translate.h"
+#include "panels/SceneContextMenu.h"
 
-#include <VXMesh/ObjectFile.h>
-#include <VXMesh/StringConvert.h>
 #include <VXViewer/FileDialog.h>
 #include <VXViewer/FileOpening.h>
 #include <VXViewer/ImGuiMenu.h>
-#include <VXViewer/ProgressBar.h>
+#include <VXViewer/SceneFiles.h>
 #include <VXViewer/SceneView.h>
 #include <VXViewer/Selection.h>
 #include <VXViewer/ShortcutManager.h>
@@ -34,7 +33,6 @@ namespace VX
 namespace
 {
 
-constexpr float topHeight = 44;
 constexpr float leftWidth = 280;
 constexpr float statusHeight = 28;
 constexpr float informationHeight = 232;
@@ -42,65 +40,44 @@ constexpr float informationHeight = 232;
 /// A narrower window keeps its pixels for the scene.
 constexpr float smallestWidthWithPanel = 560;
 
-constexpr ImGuiWindowFlags panelFlags = ImGuiWindowFlags_NoDecoration | ImGuiWindowFlags_NoMove |
-                                        ImGuiWindowFlags_NoSavedSettings | ImGuiWindowFlags_NoBringToFrontOnFocus |
-                                        ImGuiWindowFlags_NoNavFocus;
-
-/// A panel that fills `rect` of the window, square and without a border.
-void beginPanel(const char* name, const PixelRect& rect, ImGuiWindowFlags flags)
-{
-    ImGui::SetNextWindowPos({static_cast<float>(rect.x), static_cast<float>(rect.y)});
-    ImGui::SetNextWindowSize({static_cast<float>(rect.width), static_cast<float>(rect.height)});
-    ImGui::PushStyleVar(ImGuiStyleVar_WindowRounding, 0);
-    ImGui::PushStyleVar(ImGuiStyleVar_WindowBorderSize, 0);
-    ImGui::PushStyleVar(ImGuiStyleVar_WindowMinSize, ImVec2(1, 1));
-    UI::beginWindow(name, flags);
-    ImGui::PopStyleVar(3);
-}
-
-/// One unit of border along an edge of the current panel.
-void drawEdge(ImVec2 from, ImVec2 to)
-{
-    ImDrawList* draw = ImGui::GetWindowDrawList();
-    draw->PushClipRect(from, to);
-    draw->AddRectFilled(from, to, UI::color(UI::Color::Border));
-    draw->PopClipRect();
-}
-
-std::vector<FileFilter> saveFilters()
-{
-    std::vector<FileFilter> filters;
-    for (const FileFormat& format : fileFormats())
-    {
-        if (format.save)
-            filters.push_back({format.name, format.extensions});
-    }
-    return filters;
-}
-
 } // namespace
 
 struct ImGuiMenu::State
 {
     explicit State(Viewer& owner)
         : viewer(owner)
-        , topBar(owner)
-        , tree(owner)
+        , contextMenu(owner)
+        , tree(owner, [this] { openListMenu(); })
         , information(owner)
         , statusLine(owner)
         , progress(owner)
         , dialog(owner)
+        , files(owner, dialog)
     {
     }
 
+    void openListMenu()
+    {
+        contextMenu.open({ImGui::GetMousePos().x, ImGui::GetMousePos().y});
+        isListMenu = true;
+    }
+
+    void openSceneMenu(const Vector2f& position)
+    {
+        contextMenu.open(position);
+        isListMenu = false;
+    }
+
     Viewer& viewer;
-    TopBar topBar;
+    SceneContextMenu contextMenu;
+    bool isListMenu = false; ///< else the scene's
     SceneTreePanel tree;
     InformationPanel information;
     StatusLine statusLine;
     ProgressPanel progress;
     ModalMessages messages;
     FileDialog dialog;
+    SceneFiles files;
     std::unique_ptr<ShortcutManager> shortcuts;
 };
 
@@ -111,11 +88,14 @@ ImGuiMenu::~ImGuiMenu() = default;
 void ImGuiMenu::init(Viewer* viewer)
 {
     state_ = std::make_unique<State>(*viewer);
+    viewer->view().setContextRequest([this](const Vector2f& position) { state_->openSceneMenu(position); });
     setupShortcuts_();
 }
 
 void ImGuiMenu::shutdown()
 {
+    if (state_)
+        state_->viewer.view().setContextRequest({});
     state_.reset();
 }
 
@@ -142,37 +122,16 @@ float ImGuiMenu::leftPanelWidth() const
 
 float ImGuiMenu::topPanelHeight() const
 {
-    return topHeight;
+    return 0;
 }
 
 void ImGuiMenu::setupShortcuts_()
 {
     if (!state_->shortcuts)
         state_->shortcuts = std::make_unique<ShortcutManager>();
-    ShortcutManager& shortcuts = *state_->shortcuts;
-    const int ctrl = getGlfwModPrimaryCtrl();
-    Object& scene = state_->viewer.scene();
-    shortcuts.set({{GLFW_KEY_O, ctrl}, "Open files", ShortcutCategory::Scene, [this] { chooseFilesToOpen(); }});
-    shortcuts.set({{GLFW_KEY_S, ctrl}, "Save Scene As", ShortcutCategory::Scene, [this] { chooseFileToSave(); }});
-    shortcuts.set({{GLFW_KEY_S, ctrl | GLFW_MOD_SHIFT},
-                   "Save Scene As",
-                   ShortcutCategory::Scene,
-                   [this] { chooseFileToSave(); }});
-    shortcuts.set(
-        {{GLFW_KEY_DELETE, 0}, "Delete selected objects", ShortcutCategory::Edit, [&scene] { removeSelected(scene); }});
-    shortcuts.set({{GLFW_KEY_A, ctrl},
-                   "Select all objects",
-                   ShortcutCategory::Selection,
-                   [&scene]
-                   {
-                       for (const std::shared_ptr<Object>& child : scene.children())
-                           child->setSelected(true);
-                   }});
-    shortcuts.set({{GLFW_KEY_ESCAPE, 0},
-                   "Select nothing",
-                   ShortcutCategory::Selection,
-                   [&scene] { selectOnly(scene, nullptr); }});
 }
+
+void ImGuiMenu::settingsLoaded() {}
 
 bool ImGuiMenu::handleKey(const KeyEvent& event)
 {
@@ -182,11 +141,17 @@ bool ImGuiMenu::handleKey(const KeyEvent& event)
 PixelRect ImGuiMenu::drawFrame()
 {
     draw();
-    for (const std::shared_ptr<ViewerPlugin>& plugin : state_->viewer.plugins())
+    // A copy: a plug-in may end itself or another one.
+    for (const std::shared_ptr<ViewerPlugin>& plugin : std::vector(state_->viewer.plugins()))
         plugin->draw();
+    return sceneArea_();
+}
+
+PixelRect ImGuiMenu::sceneArea_() const
+{
     const PixelSize size = state_->viewer.framebufferSize();
     const int left = static_cast<int>(leftPanelWidth());
-    const int top = static_cast<int>(UI::px(topHeight));
+    const int top = static_cast<int>(UI::px(topPanelHeight()));
     const int bottom = static_cast<int>(UI::px(statusHeight));
     return {left, top, std::max(0, size.width - left), std::max(0, size.height - top - bottom)};
 }
@@ -202,37 +167,29 @@ void ImGuiMenu::draw()
     drawAdditionalWindows();
 }
 
-void ImGuiMenu::drawTopPanel_()
-{
-    const PixelSize size = state_->viewer.framebufferSize();
-    const float height = UI::px(topHeight);
-    beginPanel("Top Bar", {0, 0, size.width, static_cast<int>(height)},
-               panelFlags | ImGuiWindowFlags_NoScrollWithMouse);
-    state_->topBar.draw(*this);
-    drawEdge({0, height - UI::px(1)}, {static_cast<float>(size.width), height});
-    UI::endWindow();
-}
+void ImGuiMenu::drawTopPanel_() {}
 
 void ImGuiMenu::drawLeftPanel_()
 {
     const PixelSize size = state_->viewer.framebufferSize();
     const float width = leftPanelWidth();
-    const float top = UI::px(topHeight);
+    const float top = UI::px(topPanelHeight());
     const float bottom = static_cast<float>(size.height) - UI::px(statusHeight);
     const float split = std::max(top + UI::px(84), bottom - UI::px(informationHeight));
     const auto toRect = [&](float from, float to)
     { return PixelRect{0, static_cast<int>(from), static_cast<int>(width), std::max(1, static_cast<int>(to - from))}; };
 
     beginPanel("Scene", toRect(top, split), panelFlags & ~ImGuiWindowFlags_NoScrollbar);
+    drawSceneListButtons_();
     state_->tree.draw();
-    drawEdge({width - UI::px(1), top}, {width, split});
+    drawPanelEdge({width - UI::px(1), top}, {width, split});
     UI::endWindow();
 
     beginPanel("Information", toRect(split, bottom), panelFlags & ~ImGuiWindowFlags_NoScrollbar);
     state_->information.draw();
-    drawCustomSelectionInformation_(selectedObjects(state_->viewer.scene()));
-    drawEdge({0, split}, {width, split + UI::px(1)});
-    drawEdge({width - UI::px(1), split}, {width, bottom});
+    drawCustomSelectionInformation_(state_->information.selected());
+    drawPanelEdge({0, split}, {width, split + UI::px(1)});
+    drawPanelEdge({width - UI::px(1), split}, {width, bottom});
     UI::endWindow();
 }
 
@@ -245,11 +202,23 @@ void ImGuiMenu::drawStatusLine_()
                panelFlags | ImGuiWindowFlags_NoScrollWithMouse);
     ImGui::PopStyleVar();
     state_->statusLine.draw();
-    drawEdge({0, top}, {static_cast<float>(size.width), top + UI::px(1)});
+    drawPanelEdge({0, top}, {static_cast<float>(size.width), top + UI::px(1)});
     UI::endWindow();
 }
 
+void ImGuiMenu::drawSceneListButtons_() {}
+
 void ImGuiMenu::drawCustomSelectionInformation_(const std::vector<std::shared_ptr<Object>>&) {}
+
+void ImGuiMenu::sceneContextAppeared_() {}
+
+bool ImGuiMenu::renameInSceneList(const std::shared_ptr<Object>& object)
+{
+    if (leftPanelWidth() <= 0)
+        return false;
+    state_->tree.rename(object);
+    return true;
+}
 
 void ImGuiMenu::drawEmptySceneHint_()
 {
@@ -286,8 +255,13 @@ void ImGuiMenu::drawAdditionalWindows()
 
 void ImGuiMenu::draw_helpers()
 {
+    drawScaleIndicator(state_->viewer.view());
+    if (state_->contextMenu.draw() && state_->isListMenu)
+        sceneContextAppeared_();
     if (!state_->messages.isEmpty())
         state_->messages.draw();
+    else if (state_->files.isAsking())
+        state_->files.drawQuestion();
     else if (state_->dialog.isOpen())
         state_->dialog.draw();
     else
@@ -311,38 +285,20 @@ void ImGuiMenu::chooseFilesToOpen()
                         [viewer = &state_->viewer](const auto& paths) { viewer->openFiles(paths); });
 }
 
-void ImGuiMenu::chooseFileToSave()
+SceneFiles& ImGuiMenu::sceneFiles() const
 {
-    Viewer& viewer = state_->viewer;
-    if (viewer.scene().children().empty())
-    {
-        showModalMessage(tr("There is nothing to save. Open a file first."), NotificationType::Info);
-        return;
-    }
-    FileDialogRequest request;
-    request.mode = FileDialogRequest::Mode::SaveFile;
-    request.title = tr("Save Scene As");
-    request.filters = saveFilters();
-    request.fileName = utf8string(pathFromUtf8(viewer.sceneName()).stem());
-    state_->dialog.show(std::move(request), [this](const auto& paths) { saveTo_(paths.front()); });
+    return state_->files;
 }
 
-void ImGuiMenu::saveTo_(const std::filesystem::path& path)
+void ImGuiMenu::askToClose()
 {
-    const std::string name = utf8string(path.filename());
-    ProgressBar::order(
-        trf("Saving {}", name),
-        [path, root = copyTree(state_->viewer.scene())](const ProgressCallback& progress) -> ProgressBar::Finish
-        {
-            const auto saved = saveObjectToFile(*root, path, progress);
-            if (saved || saved.error() == operationCanceledText())
-                return {};
-            return [error = saved.error()]
-            {
-                if (const auto& menu = getViewerInstance().getMenuPlugin())
-                    menu->showModalMessage(error, NotificationType::Error);
-            };
-        });
+    if (state_->viewer.window())
+        state_->viewer.window()->requestClose(true);
+}
+
+bool ImGuiMenu::mayClose()
+{
+    return !state_ || state_->files.mayClose();
 }
 
 } // namespace VX

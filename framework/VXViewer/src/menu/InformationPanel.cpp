@@ -2,9 +2,14 @@
 
 #include "Translate.h"
 
+#include <VXMesh/FaceSet.h>
+#include <VXMesh/ObjectMesh.h>
+#include <VXViewer/CommandLoop.h>
 #include <VXViewer/Selection.h>
 #include <VXViewer/UI.h>
 #include <VXViewer/Viewer.h>
+
+#include <utility>
 
 namespace VX
 {
@@ -19,6 +24,15 @@ std::string typeText(const Object& object)
     if (object.typeName() == "ObjectPoints")
         return tr("Point cloud");
     return object.typeName() == "ObjectLines" ? tr("Lines") : tr("Group");
+}
+
+std::string titleText(const std::vector<std::shared_ptr<Object>>& selected)
+{
+    if (selected.empty())
+        return tr("Whole scene");
+    if (selected.size() > 1)
+        return trf("{} selected", countText(selected.size()));
+    return selected.front()->name().empty() ? tr("Unnamed") : selected.front()->name();
 }
 
 std::string vectorText(const Vector3d& v)
@@ -49,19 +63,19 @@ InformationPanel::InformationPanel(Viewer& viewer)
 
 void InformationPanel::update_()
 {
-    const std::vector<std::shared_ptr<Object>> selected = selectedObjects(viewer_.scene());
+    selected_ = selectedObjects(viewer_.scene());
     facts_ = {};
-    type_.clear();
-    if (selected.empty())
-    {
-        title_ = tr("Whole scene");
+    selectedFaces_ = 0;
+    visitObjects(std::as_const(viewer_.scene()),
+                 [this](const Object& object)
+                 {
+                     if (const auto* mesh = dynamic_cast<const ObjectMesh*>(&object); mesh && mesh->selectedFaces())
+                         selectedFaces_ += mesh->selectedFaces()->count();
+                 });
+    measure_();
+    if (selected_.empty())
         facts_.add(viewer_.scene());
-        return;
-    }
-    title_ = selected.size() == 1 ? selected.front()->name() : trf("{} selected", selected.size());
-    if (selected.size() == 1)
-        type_ = typeText(*selected.front());
-    for (const std::shared_ptr<Object>& object : selected)
+    for (const std::shared_ptr<Object>& object : selected_)
     {
         const Object* above = object->parent();
         while (above && !above->isSelected())
@@ -70,6 +84,33 @@ void InformationPanel::update_()
         if (!above)
             facts_.add(*object);
     }
+}
+
+/// Has a worker measure the one mesh that is selected, unless that was done.
+void InformationPanel::measure_()
+{
+    const auto* mesh = selected_.size() == 1 ? dynamic_cast<const ObjectMesh*>(selected_.front().get()) : nullptr;
+    if (!mesh || !mesh->mesh())
+    {
+        measured_.reset();
+        return;
+    }
+    const Measured wanted{mesh->mesh(), mesh->worldTransform()};
+    if (measured_ && measured_->of.mesh == wanted.mesh && measured_->of.toScene.linear() == wanted.toScene.linear())
+        return;
+    measured_ = std::make_shared<Measure>(Measure{wanted, std::nullopt});
+    worker_.start(
+        [wanted, result = std::weak_ptr(measured_)]
+        {
+            if (result.expired())
+                return;
+            CommandLoop::appendCommand(
+                [found = measureMesh(*wanted.mesh, wanted.toScene), result]
+                {
+                    if (const std::shared_ptr<Measure> measure = result.lock())
+                        measure->found = found;
+                });
+        });
 }
 
 void InformationPanel::draw()
@@ -84,16 +125,17 @@ void InformationPanel::draw()
     ImGui::PushStyleVar(ImGuiStyleVar_ItemSpacing, ImVec2(UI::px(8), UI::px(4)));
     {
         const UI::ScopedFont semiBold(UI::Font::SemiBold);
-        UI::text(UI::elided(title_, ImGui::GetContentRegionAvail().x));
+        UI::text(UI::elided(titleText(selected_), ImGui::GetContentRegionAvail().x));
     }
-    if (!type_.empty())
-        row(tr("Type"), type_);
+    if (selected_.size() == 1)
+        row(tr("Type"), typeText(*selected_.front()));
     if (facts_.objects > 1)
         countRow(tr("Objects"), facts_.objects);
     countRow(tr("Triangles"), facts_.triangles);
     countRow(tr("Vertices"), facts_.vertices);
     countRow(tr("Points"), facts_.points);
     countRow(tr("Segments"), facts_.segments);
+    countRow(tr("Selected faces"), selectedFaces_);
     if (!facts_.box.isEmpty())
     {
         const Vector3d size = facts_.box.sizes();
@@ -101,7 +143,17 @@ void InformationPanel::draw()
         row(tr("Minimum"), vectorText(facts_.box.min()));
         row(tr("Maximum"), vectorText(facts_.box.max()));
     }
+    drawMeasure_();
     ImGui::PopStyleVar();
+}
+
+void InformationPanel::drawMeasure_() const
+{
+    if (!measured_ || !measured_->found)
+        return;
+    row(tr("Area"), lengthText(measured_->found->area));
+    if (measured_->found->volume)
+        row(tr("Volume"), lengthText(*measured_->found->volume));
 }
 
 } // namespace VX

@@ -9,7 +9,7 @@
 namespace VX
 {
 
-/// The messages that the user has to confirm, one window for all of one kind.
+/// The messages that the user has to confirm, one window for all of one kind. Their text can be marked and copied.
 /// @threads the UI thread
 class ModalMessages
 {
@@ -27,7 +27,11 @@ private:
         std::vector<std::string> texts;
     };
 
+    void drawTexts_(const Group& group);
+    [[nodiscard]] static bool drawButtons_(const Group& group);
+
     std::deque<Group> groups_;
+    std::string shown_; ///< what the field holds: the texts, broken into lines
 };
 
 } // namespace VX

@@ -1,5 +1,6 @@
 #include "Overlays.h"
 
+#include "MouseControls.h"
 #include "SceneFacts.h"
 #include "Translate.h"
 
@@ -14,8 +15,6 @@
 #include <GLFW/glfw3.h>
 
 #include <algorithm>
-#include <array>
-#include <utility>
 
 namespace VX
 {
@@ -29,15 +28,6 @@ constexpr float margin = 12;
 constexpr ImGuiWindowFlags overlayFlags = ImGuiWindowFlags_NoDecoration | ImGuiWindowFlags_NoInputs |
                                           ImGuiWindowFlags_AlwaysAutoResize | ImGuiWindowFlags_NoSavedSettings |
                                           ImGuiWindowFlags_NoFocusOnAppearing | ImGuiWindowFlags_NoBringToFrontOnFocus;
-
-constexpr std::array<std::pair<const char*, const char*>, 7> mouseControls{
-    {{"Left drag", "Turn about the point under the mouse"},
-     {"Alt + left drag", "Turn freely, over the poles too"},
-     {"Middle drag, Shift + left drag", "Move sideways"},
-     {"Wheel, right drag", "Zoom"},
-     {"Double click", "Bring the point to the middle"},
-     {"Click", "Select"},
-     {"Ctrl + click, Shift + click", "Select more"}}};
 
 } // namespace
 
@@ -84,7 +74,7 @@ void Overlay::placeWindow_(const PixelRect& area) const
 }
 
 FrameStatisticsOverlay::FrameStatisticsOverlay()
-    : Overlay("Frame Statistics", GLFW_KEY_F3, Corner::LowerRight)
+    : Overlay(translatable("Frame Statistics"), GLFW_KEY_F3, Corner::LowerRight)
 {
 }
 
@@ -98,23 +88,13 @@ void FrameStatisticsOverlay::drawContent_(const Viewer& viewer)
 }
 
 MouseControlsOverlay::MouseControlsOverlay()
-    : Overlay("Mouse Controls", GLFW_KEY_F1, Corner::LowerLeft)
+    : Overlay(translatable("Mouse Controls"), GLFW_KEY_F1, Corner::LowerLeft)
 {
 }
 
 void MouseControlsOverlay::drawContent_(const Viewer&)
 {
-    ImGui::PushStyleVar(ImGuiStyleVar_ItemSpacing, ImVec2(UI::px(8), UI::px(4)));
-    float widest = 0;
-    for (const auto& [action, effect] : mouseControls)
-        widest = std::max(widest, ImGui::CalcTextSize(tr(action).c_str()).x);
-    for (const auto& [action, effect] : mouseControls)
-    {
-        UI::text(tr(action));
-        ImGui::SameLine(widest + UI::px(32));
-        UI::secondaryText(tr(effect));
-    }
-    ImGui::PopStyleVar();
+    drawMouseControls();
 }
 
 } // namespace VX

@@ -78,7 +78,7 @@ void ProgressPanel::draw()
     if (!ImGui::IsPopupOpen(windowName))
         ImGui::OpenPopup(windowName);
     const bool several = tasks.size() > 1;
-    const std::string title = several ? trf("{} tasks", tasks.size()) : tasks.front().title;
+    const std::string title = several ? trn("{} task", "{} tasks", tasks.size(), tasks.size()) : tasks.front().title;
     if (!UI::beginModal(windowName, title, UI::px(480)))
         return;
     for (std::size_t i = 0; i < std::min(tasks.size(), maxRows); ++i)

@@ -1,17 +1,21 @@
 #include "SceneTreePanel.h"
 
 #include "Translate.h"
+#include "panels/ObjectRename.h"
 
 #include <VXMesh/VisualObject.h>
-#include <VXViewer/SceneView.h>
+#include <VXViewer/HistoryStore.h>
+#include <VXViewer/SceneEdit.h>
 #include <VXViewer/Selection.h>
 #include <VXViewer/UI.h>
 #include <VXViewer/Viewer.h>
 
 #include <imgui.h>
+#include <imgui_stdlib.h>
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace VX
 {
@@ -21,9 +25,11 @@ namespace
 
 constexpr float rowHeight = 28;
 constexpr float indentWidth = 16;
+constexpr float iconSide = 16;
+constexpr float swatchSide = 10;
 
-/// A group with more children than this starts folded.
-constexpr std::size_t maxChildrenExpanded = 40;
+/// In so many frames the field of a name gets the keyboard, or does without.
+constexpr int maxFocusTries = 8;
 
 ImU32 colorOf(Color color)
 {
@@ -35,78 +41,100 @@ std::string nameOf(const Object& object)
     return object.name().empty() ? tr("Unnamed") : object.name();
 }
 
-void drawEyeIcon(ImVec2 center, bool open, ImU32 color)
+const char* iconOf(const Object& object)
 {
-    ImDrawList* draw = ImGui::GetWindowDrawList();
-    const float w = UI::px(14) / 2;
-    const float h = UI::px(8) / 2;
-    const float thickness = UI::scale() * 1.25F;
-    const ImVec2 left(center.x - w, center.y);
-    const ImVec2 right(center.x + w, center.y);
-    draw->AddBezierQuadratic(left, {center.x, center.y - 2 * h}, right, color, thickness);
-    draw->AddBezierQuadratic(left, {center.x, center.y + 2 * h}, right, color, thickness);
-    if (open)
-        draw->AddCircleFilled(center, UI::scale() * 2.25F, color);
-    else
-        draw->AddLine({center.x - w, center.y + h}, {center.x + w, center.y - h}, color, thickness);
+    if (object.typeName() == "ObjectMesh")
+        return "cube";
+    if (object.typeName() == "ObjectPoints")
+        return "grain";
+    return object.typeName() == "ObjectLines" ? "line" : "folder";
+}
+
+void drawCentered(const char* icon, float side, ImU32 color)
+{
+    const ImVec2 min = ImGui::GetItemRectMin();
+    const ImVec2 max = ImGui::GetItemRectMax();
+    UI::drawIcon(*ImGui::GetWindowDrawList(), icon, {(min.x + max.x) / 2, (min.y + max.y) / 2}, side, color);
 }
 
 } // namespace
 
-SceneTreePanel::SceneTreePanel(Viewer& viewer)
+SceneTreePanel::SceneTreePanel(Viewer& viewer, std::function<void()> openContextMenu)
     : viewer_(viewer)
+    , openContextMenu_(std::move(openContextMenu))
 {
+}
+
+void SceneTreePanel::rename(const std::shared_ptr<Object>& object)
+{
+    filter_.clear();
+    renamed_ = object;
+    newName_ = object->name();
+    focusTries_ = maxFocusTries;
+    rows_.expandTo(*object);
+    revealed_ = object->id();
+    viewer_.incrementForceRedrawFrames(3);
 }
 
 void SceneTreePanel::draw()
 {
-    const Object& scene = viewer_.scene();
-    for (const std::shared_ptr<Object>& child : scene.children())
+    if (revision_ != viewer_.scene().revision())
     {
-        if (known_.insert(child->id()).second && child->children().size() <= maxChildrenExpanded)
-            expanded_.insert(child->id());
-    }
-    if (revision_ != scene.revision())
-    {
-        revision_ = scene.revision();
+        revision_ = viewer_.scene().revision();
         revealSelected_();
     }
-    rows_.clear();
-    collectRows_(scene, 0);
-    hasGroups_ =
-        std::any_of(rows_.begin(), rows_.end(), [](const Row& row) { return !row.object->children().empty(); });
-    if (rows_.empty())
-        UI::secondaryText(tr("No objects"));
+    drawSearch_();
+    rows_.setFilter(filter_);
+    rows_.update(viewer_.scene());
+    ImGui::BeginChild("##rows", {0, 0}, 0, ImGuiWindowFlags_NavFlattened);
+    if (rows_.rows().empty())
+        UI::secondaryText(filter_.empty() ? tr("No objects") : tr("Nothing found"));
+    drawRows_();
+    ImGui::EndChild();
+}
 
+void SceneTreePanel::drawSearch_()
+{
+    const ImVec2 min = ImGui::GetCursorScreenPos();
+    const float width = ImGui::GetContentRegionAvail().x;
+    const float clear = filter_.empty() ? 0 : UI::px(rowHeight);
+    ImGui::SetNextItemWidth(width - clear);
+    ImGui::PushStyleVar(ImGuiStyleVar_FramePadding, ImVec2(UI::px(28), ImGui::GetStyle().FramePadding.y));
+    UI::inputText("##search", filter_,
+                  {.limit = 256, .hint = tr("Search"), .flags = ImGuiInputTextFlags_EscapeClearsAll});
+    ImGui::PopStyleVar();
+    const float height = ImGui::GetItemRectSize().y;
+    UI::drawIcon(*ImGui::GetWindowDrawList(), "search", {min.x + UI::px(14), min.y + height / 2}, UI::px(iconSide),
+                 UI::color(UI::Color::SecondaryText));
+    if (clear <= 0)
+        return;
+    ImGui::SameLine(0, 0);
+    if (UI::iconButton("x", tr("Clear the search")))
+        filter_.clear();
+}
+
+void SceneTreePanel::drawRows_()
+{
     ImGui::PushStyleVar(ImGuiStyleVar_ItemSpacing, ImVec2(0, 0));
+    if (const auto line = revealed_ != 0 ? rows_.find(std::exchange(revealed_, 0)) : std::nullopt)
+        scrollTo_(*line);
     ImGuiListClipper clipper;
-    clipper.Begin(static_cast<int>(rows_.size()), UI::px(rowHeight));
-    const auto toShow = std::find_if(rows_.begin(), rows_.end(),
-                                     [&](const Row& row) { return revealed_ != 0 && row.object->id() == revealed_; });
-    if (toShow != rows_.end())
-    {
-        const float top = static_cast<float>(toShow - rows_.begin()) * UI::px(rowHeight);
-        const float scroll = ImGui::GetScrollY();
-        if (top < scroll || top + UI::px(rowHeight) > scroll + ImGui::GetWindowHeight())
-            ImGui::SetScrollY(std::max(0.0F, top - ImGui::GetWindowHeight() / 2));
-    }
-    revealed_ = 0;
+    clipper.Begin(static_cast<int>(rows_.rows().size()), UI::px(rowHeight));
     while (clipper.Step())
     {
         for (int i = clipper.DisplayStart; i < clipper.DisplayEnd; ++i)
-            drawRow_(rows_[static_cast<std::size_t>(i)]);
+            drawRow_(rows_.rows()[static_cast<std::size_t>(i)]);
     }
     ImGui::PopStyleVar();
 }
 
-void SceneTreePanel::collectRows_(const Object& parent, int depth)
+void SceneTreePanel::scrollTo_(std::size_t line) const
 {
-    for (const std::shared_ptr<Object>& child : parent.children())
-    {
-        rows_.push_back({child.get(), depth});
-        if (expanded_.contains(child->id()))
-            collectRows_(*child, depth + 1);
-    }
+    const float height = UI::px(rowHeight);
+    const float top = static_cast<float>(line) * height;
+    const float scroll = ImGui::GetScrollY();
+    if (top < scroll || top + height > scroll + ImGui::GetWindowHeight())
+        ImGui::SetScrollY(std::max(0.0F, top - ImGui::GetWindowHeight() / 2));
 }
 
 /// One object that was selected elsewhere, as by a click in the scene, is unfolded and brought into view.
@@ -117,11 +145,10 @@ void SceneTreePanel::revealSelected_()
         return;
     anchor_ = selected.front()->id();
     revealed_ = anchor_;
-    for (const Object* above = selected.front()->parent(); above; above = above->parent())
-        expanded_.insert(above->id());
+    rows_.expandTo(*selected.front());
 }
 
-void SceneTreePanel::drawRow_(const Row& row)
+void SceneTreePanel::drawRow_(const SceneRow& row)
 {
     Object& object = *row.object;
     ImGui::PushID(&object);
@@ -130,46 +157,103 @@ void SceneTreePanel::drawRow_(const Row& row)
     const float width = ImGui::GetContentRegionAvail().x;
     const float height = UI::px(rowHeight);
     const float indent = UI::px(indentWidth) * static_cast<float>(row.depth);
-    const float labelX = indent + (hasGroups_ ? height : 0);
+    const float labelX = indent + (rows_.hasGroups() ? height : 0);
     const float eyeX = width - height;
 
     ImDrawList* draw = ImGui::GetWindowDrawList();
+    const ImVec2 end(screen.x + width, screen.y + height);
     if (object.isSelected())
-        draw->AddRectFilled(screen, {screen.x + width, screen.y + height}, ImGui::GetColorU32(ImGuiCol_Header),
-                            UI::px(4));
+        draw->AddRectFilled(screen, end, ImGui::GetColorU32(ImGuiCol_Header), UI::px(4));
+    else if (ImGui::IsWindowHovered() && ImGui::IsMouseHoveringRect(screen, end))
+        draw->AddRectFilled(screen, end, UI::color(UI::Color::RaisedHovered), UI::px(4));
     drawArrow_(object, indent);
-
     ImGui::SetCursorPos({start.x + labelX, start.y});
-    const float labelWidth = std::max(UI::px(rowHeight), eyeX - labelX);
-    if (ImGui::InvisibleButton("##row", {labelWidth, height}))
-        pressed_(object);
-    if (ImGui::IsItemHovered() && ImGui::IsMouseDoubleClicked(ImGuiMouseButton_Left))
-        viewer_.view().fit({object.shared_from_this()});
-    UI::record(UiKind::TreeRow, nameOf(object), object.isSelected() ? "selected" : "");
-    if (ImGui::IsItemHovered() && !object.isSelected())
-        draw->AddRectFilled(screen, {screen.x + width, screen.y + height}, UI::color(UI::Color::RaisedHovered),
-                            UI::px(4));
-
-    float textX = screen.x + labelX;
-    if (const auto* visual = dynamic_cast<const VisualObject*>(&object))
-    {
-        const float swatch = UI::px(10);
-        const float top = screen.y + std::floor((height - swatch) / 2);
-        draw->AddRectFilled({textX, top}, {textX + swatch, top + swatch}, colorOf(visual->color()), UI::px(2));
-        textX += swatch + UI::px(8);
-    }
-    const std::string name = nameOf(object);
-    const std::string shown = UI::elided(name, screen.x + eyeX - textX - UI::px(4));
-    const float textY = screen.y + std::floor((height - ImGui::GetTextLineHeight()) / 2);
-    const UI::Color textColor = object.isVisible() ? UI::Color::Text : UI::Color::SecondaryText;
-    draw->AddText({textX, textY}, UI::color(textColor), shown.c_str());
-    if (shown != name)
-        UI::tooltip(name);
-
+    if (renamed_.lock().get() == &object)
+        drawNameField_(object, screen.x + labelX, screen.x + eyeX);
+    else
+        drawLabel_(object, screen.x + labelX, screen.x + eyeX);
     ImGui::SetCursorPos({start.x + eyeX, start.y});
     drawEye_(object);
     ImGui::SetCursorPos({start.x, start.y + height});
     ImGui::PopID();
+}
+
+void SceneTreePanel::drawLabel_(Object& object, float left, float right)
+{
+    const float height = UI::px(rowHeight);
+    const float top = ImGui::GetCursorScreenPos().y;
+    if (ImGui::InvisibleButton("##row", {std::max(height, right - left), height}))
+        pressed_(object);
+    // With Ctrl or Shift it is two changes of the selection.
+    const bool isPlain = ImGui::GetIO().KeyMods == ImGuiMod_None;
+    if (isPlain && ImGui::IsItemHovered() && ImGui::IsMouseDoubleClicked(ImGuiMouseButton_Left))
+        rename(object.shared_from_this());
+    if (ImGui::IsItemClicked(ImGuiMouseButton_Right))
+    {
+        if (!object.isSelected())
+            selectOnly(viewer_.scene(), &object);
+        anchor_ = object.id();
+        openContextMenu_();
+    }
+    const std::string name = nameOf(object);
+    UI::record(UiKind::TreeRow, name, object.isSelected() ? "selected" : "");
+
+    ImDrawList* draw = ImGui::GetWindowDrawList();
+    const ImU32 color = UI::color(object.isVisible() ? UI::Color::Text : UI::Color::SecondaryText);
+    const float iconWidth = UI::px(iconSide);
+    UI::drawIcon(*draw, iconOf(object), {left + UI::px(4) + iconWidth / 2, top + height / 2}, iconWidth, color);
+    const float textLeft = left + UI::px(4) + iconWidth + UI::px(8);
+    if (const auto* visual = dynamic_cast<const VisualObject*>(&object))
+    {
+        const float side = UI::px(swatchSide);
+        right -= side + UI::px(8);
+        const float swatchTop = top + std::floor((height - side) / 2);
+        draw->AddRectFilled({right, swatchTop}, {right + side, swatchTop + side}, colorOf(visual->color()), UI::px(2));
+    }
+    const std::string shown = UI::elided(name, right - UI::px(8) - textLeft);
+    draw->AddText({textLeft, top + std::floor((height - ImGui::GetTextLineHeight()) / 2)}, color, shown.c_str());
+    if (shown != name)
+        UI::tooltip(name);
+}
+
+/// The text stands where the name stood.
+void SceneTreePanel::drawNameField_(const Object& object, float left, float right)
+{
+    const ImVec2 start = ImGui::GetCursorScreenPos();
+    const float height = UI::px(rowHeight);
+    const float side = UI::px(iconSide);
+    UI::drawIcon(*ImGui::GetWindowDrawList(), iconOf(object), {left + UI::px(4) + side / 2, start.y + height / 2}, side,
+                 UI::color(UI::Color::Text));
+    const float fieldLeft = left + UI::px(4) + side + UI::px(4);
+    ImGui::SetCursorScreenPos({fieldLeft, start.y});
+    // A window that gets the focus in the same frame, as after a pop-up has closed, takes it away again.
+    if (focusTries_ > 0)
+    {
+        --focusTries_;
+        // Only within the window that has the focus can the keyboard be given to an item.
+        ImGui::SetWindowFocus();
+        ImGui::SetKeyboardFocusHere();
+        // This frame counts as one of them.
+        viewer_.incrementForceRedrawFrames(2);
+    }
+    ImGui::SetNextItemWidth(right - fieldLeft);
+    ImGui::PushStyleVar(ImGuiStyleVar_FramePadding, ImVec2(UI::px(4), ImGui::GetStyle().FramePadding.y));
+    const bool entered =
+        ImGui::InputText("##name", &newName_, ImGuiInputTextFlags_EnterReturnsTrue | ImGuiInputTextFlags_AutoSelectAll);
+    ImGui::PopStyleVar();
+    if (ImGui::IsItemActive())
+        focusTries_ = 0;
+    UI::record(UiKind::TextInput, tr("Name"), newName_);
+    if (entered)
+        endRename_(true);
+    else if (ImGui::IsItemDeactivated())
+        endRename_(!ImGui::IsKeyPressed(ImGuiKey_Escape, false));
+}
+
+void SceneTreePanel::endRename_(bool keep)
+{
+    if (const std::shared_ptr<Object> object = std::exchange(renamed_, {}).lock(); object && keep)
+        renameObject(viewer_, object, newName_);
 }
 
 void SceneTreePanel::drawArrow_(const Object& object, float indent)
@@ -177,56 +261,45 @@ void SceneTreePanel::drawArrow_(const Object& object, float indent)
     if (object.children().empty())
         return;
     const float size = UI::px(rowHeight);
-    const bool expanded = expanded_.contains(object.id());
+    const bool expanded = rows_.isExpanded(object);
     ImGui::SetCursorPosX(ImGui::GetCursorPosX() + indent);
-    const ImVec2 min = ImGui::GetCursorScreenPos();
     if (ImGui::InvisibleButton("##arrow", {size, size}))
-    {
-        if (expanded)
-            expanded_.erase(object.id());
-        else
-            expanded_.insert(object.id());
-    }
-    UI::record(UiKind::Button, trf(expanded ? "Fold {}" : "Unfold {}", nameOf(object)));
+        rows_.setExpanded(object, !expanded);
+    UI::record(UiKind::Button, trf(expanded ? translatable("Fold {}") : translatable("Unfold {}"), nameOf(object)));
     const UI::Color color = ImGui::IsItemHovered() ? UI::Color::Text : UI::Color::SecondaryText;
-    const ImVec2 center(min.x + size / 2, min.y + size / 2);
-    const float r = UI::px(4);
-    ImDrawList* draw = ImGui::GetWindowDrawList();
-    const float thickness = UI::scale() * 1.5F;
-    const ImVec2 tip = expanded ? ImVec2(center.x, center.y + r / 2) : ImVec2(center.x + r / 2, center.y);
-    const ImVec2 from = expanded ? ImVec2(center.x - r, center.y - r / 2) : ImVec2(center.x - r / 2, center.y - r);
-    const ImVec2 to = expanded ? ImVec2(center.x + r, center.y - r / 2) : ImVec2(center.x - r / 2, center.y + r);
-    draw->AddLine(from, tip, UI::color(color), thickness);
-    draw->AddLine(tip, to, UI::color(color), thickness);
+    drawCentered(expanded ? "chevron-down" : "chevron-right", UI::px(iconSide), UI::color(color));
 }
 
 void SceneTreePanel::drawEye_(Object& object)
 {
     const float size = UI::px(rowHeight);
-    const ImVec2 min = ImGui::GetCursorScreenPos();
     if (ImGui::InvisibleButton("##eye", {size, size}))
-        object.setVisible(!object.isVisible());
+        toggleVisibility_(object);
     UI::record(UiKind::Checkbox, trf("Show {}", nameOf(object)), object.isVisible() ? "on" : "off");
     const UI::Color color = ImGui::IsItemHovered() ? UI::Color::Text : UI::Color::SecondaryText;
-    drawEyeIcon({min.x + size / 2, min.y + size / 2}, object.isVisible(), UI::color(color));
+    drawCentered(object.isVisible() ? "eye" : "eye-off", UI::px(iconSide), UI::color(color));
     UI::tooltip(object.isVisible() ? tr("Hide") : tr("Show"));
+}
+
+void SceneTreePanel::toggleVisibility_(Object& object)
+{
+    SceneEdit edit(*viewer_.getGlobalHistoryStore(), object.isVisible() ? translatable("Hide") : translatable("Show"));
+    edit.touch(object.shared_from_this());
+    object.setVisible(!object.isVisible());
 }
 
 void SceneTreePanel::pressed_(Object& object)
 {
     const ImGuiIO& io = ImGui::GetIO();
-    const auto rowOf = [&](std::uint64_t id)
-    { return std::find_if(rows_.begin(), rows_.end(), [&](const Row& row) { return row.object->id() == id; }); };
-    const auto anchor = rowOf(anchor_);
-    if (io.KeyShift && anchor != rows_.end())
+    const std::optional<std::size_t> anchor = rows_.find(anchor_);
+    const std::optional<std::size_t> line = rows_.find(object.id());
+    if (io.KeyShift && anchor && line)
     {
-        auto first = anchor;
-        auto last = rowOf(object.id());
-        if (last < first)
-            std::swap(first, last);
         if (!io.KeyCtrl)
             selectOnly(viewer_.scene(), nullptr);
-        std::for_each(first, last + 1, [](const Row& row) { row.object->setSelected(true); });
+        const auto [first, last] = std::minmax(*anchor, *line);
+        for (std::size_t i = first; i <= last; ++i)
+            rows_.rows()[i].object->setSelected(true);
         return;
     }
     if (io.KeyCtrl)

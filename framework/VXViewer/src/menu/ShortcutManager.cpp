@@ -1,3 +1,5 @@
+#include "Translate.h"
+
 #include <VXViewer/ShortcutManager.h>
 
 #define GLFW_INCLUDE_NONE
@@ -18,25 +20,28 @@ constexpr int relevantMods = GLFW_MOD_CONTROL | GLFW_MOD_SHIFT | GLFW_MOD_ALT | 
 
 std::string keyName(int key)
 {
-    static constexpr std::array<std::pair<int, const char*>, 12> named{{{GLFW_KEY_DELETE, "Del"},
-                                                                        {GLFW_KEY_ESCAPE, "Esc"},
-                                                                        {GLFW_KEY_ENTER, "Enter"},
-                                                                        {GLFW_KEY_SPACE, "Space"},
-                                                                        {GLFW_KEY_TAB, "Tab"},
-                                                                        {GLFW_KEY_HOME, "Home"},
-                                                                        {GLFW_KEY_END, "End"},
-                                                                        {GLFW_KEY_UP, "Up"},
-                                                                        {GLFW_KEY_DOWN, "Down"},
-                                                                        {GLFW_KEY_LEFT, "Left"},
-                                                                        {GLFW_KEY_RIGHT, "Right"},
-                                                                        {GLFW_KEY_BACKSPACE, "Backspace"}}};
+    static constexpr std::array<std::pair<int, const char*>, 11> named{
+        {{GLFW_KEY_DELETE, translatable("Del")},
+         {GLFW_KEY_ESCAPE, translatable("Esc")},
+         {GLFW_KEY_ENTER, translatable("Enter")},
+         {GLFW_KEY_SPACE, translatable("Space")},
+         {GLFW_KEY_TAB, translatable("Tab")},
+         {GLFW_KEY_END, translatable("End")},
+         {GLFW_KEY_UP, translatable("Arrow Up")},
+         {GLFW_KEY_DOWN, translatable("Arrow Down")},
+         {GLFW_KEY_LEFT, translatable("Arrow Left")},
+         {GLFW_KEY_RIGHT, translatable("Arrow Right")},
+         {GLFW_KEY_BACKSPACE, translatable("Backspace")}}};
     const auto* const found = std::find_if(named.begin(), named.end(), [&](const auto& n) { return n.first == key; });
     if (found != named.end())
-        return found->second;
+        return tr(found->second);
+    // As a text of the interface "Home" is something else.
+    if (key == GLFW_KEY_HOME)
+        return "Home";
     if (key >= GLFW_KEY_F1 && key <= GLFW_KEY_F25)
         return "F" + std::to_string(key - GLFW_KEY_F1 + 1);
     if (key >= GLFW_KEY_KP_0 && key <= GLFW_KEY_KP_9)
-        return "Keypad " + std::to_string(key - GLFW_KEY_KP_0);
+        return trf("Keypad {}", key - GLFW_KEY_KP_0);
     // Printable keys carry the number of their character.
     return key > GLFW_KEY_SPACE && key < GLFW_KEY_GRAVE_ACCENT ? std::string(1, static_cast<char>(key)) : "?";
 }
@@ -84,12 +89,14 @@ bool ShortcutManager::process(const KeyEvent& event) const
 std::string ShortcutManager::keyText(ShortcutKey key)
 {
     std::string text;
-    static constexpr std::array<std::pair<int, const char*>, 4> mods{
-        {{GLFW_MOD_CONTROL, "Ctrl+"}, {GLFW_MOD_ALT, "Alt+"}, {GLFW_MOD_SHIFT, "Shift+"}, {GLFW_MOD_SUPER, "Super+"}}};
+    static constexpr std::array<std::pair<int, const char*>, 4> mods{{{GLFW_MOD_CONTROL, translatable("Ctrl")},
+                                                                      {GLFW_MOD_ALT, translatable("Alt")},
+                                                                      {GLFW_MOD_SHIFT, translatable("Shift")},
+                                                                      {GLFW_MOD_SUPER, translatable("Super")}}};
     for (const auto& [bit, name] : mods)
     {
         if ((key.mods & bit) != 0)
-            text += name;
+            text += tr(name) + "+";
     }
     return text + keyName(key.key);
 }

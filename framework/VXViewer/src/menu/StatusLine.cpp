@@ -19,14 +19,12 @@ void StatusLine::draw()
         facts_.add(viewer_.scene());
     }
     std::vector<std::string> parts;
-    if (facts_.objects == 1)
-        parts.push_back(tr("1 object"));
-    else if (facts_.objects > 1)
-        parts.push_back(trf("{} objects", countText(facts_.objects)));
+    if (facts_.objects > 0)
+        parts.push_back(trn("{} object", "{} objects", facts_.objects, countText(facts_.objects)));
     if (facts_.triangles > 0)
-        parts.push_back(trf("{} triangles", countText(facts_.triangles)));
+        parts.push_back(trn("{} triangle", "{} triangles", facts_.triangles, countText(facts_.triangles)));
     if (facts_.points > 0)
-        parts.push_back(trf("{} points", countText(facts_.points)));
+        parts.push_back(trn("{} point", "{} points", facts_.points, countText(facts_.points)));
     std::string left;
     for (const std::string& part : parts)
         left += (left.empty() ? "" : "   \u00B7   ") + part;

@@ -4,6 +4,8 @@
 
 #include <fmt/format.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -16,11 +18,10 @@ inline std::string tr(const char* text)
     return Locale::translate(text);
 }
 
-/// The same of a text with places for `arguments` ("{}"). A translation that does not fit them is shown as it is.
+/// Puts `arguments` into the places of `translated` ("{}"). A translation that does not fit them is returned as it is.
 template <typename... Arguments>
-std::string trf(const char* text, Arguments&&... arguments)
+std::string formatTranslated(std::string translated, Arguments&&... arguments)
 {
-    std::string translated = Locale::translate(text);
     try
     {
         return fmt::format(fmt::runtime(translated), std::forward<Arguments>(arguments)...);
@@ -29,6 +30,21 @@ std::string trf(const char* text, Arguments&&... arguments)
     {
         return translated;
     }
+}
+
+/// `text` in the user's language with `arguments` in its places.
+template <typename... Arguments>
+std::string trf(const char* text, Arguments&&... arguments)
+{
+    return formatTranslated(Locale::translate(text), std::forward<Arguments>(arguments)...);
+}
+
+/// The same of a text about `count` things. @param arguments  among them the number as it is to be read
+template <typename... Arguments>
+std::string trn(const char* singular, const char* plural, std::size_t count, Arguments&&... arguments)
+{
+    return formatTranslated(Locale::translate(singular, plural, static_cast<std::int64_t>(count)),
+                            std::forward<Arguments>(arguments)...);
 }
 
 } // namespace VX

@@ -1,0 +1,68 @@
+#include "MeshMeasure.h"
+
+#include <tbb/blocked_range.h>
+#include <tbb/parallel_reduce.h>
+
+#include <cmath>
+#include <cstdint>
+#include <utility>
+
+namespace VX
+{
+
+namespace
+{
+
+struct Sums
+{
+    double area = 0;
+    double volume = 0;
+    std::uint64_t edges = 0; ///< 0 when the edges cancel out
+};
+
+/// A number that looks random, of an edge from one point to another; that of the opposite edge is its negative.
+/// (The finaliser of SplitMix64: Steele, Lea and Flood, 2014.)
+std::uint64_t edgeNumber(std::uint32_t from, std::uint32_t to)
+{
+    const bool forward = from < to;
+    std::uint64_t x = forward ? std::uint64_t{from} << 32U | to : std::uint64_t{to} << 32U | from;
+    x += 0x9E3779B97F4A7C15U;
+    x = (x ^ (x >> 30U)) * 0xBF58476D1CE4E5B9U;
+    x = (x ^ (x >> 27U)) * 0x94D049BB133111EBU;
+    x ^= x >> 31U;
+    return forward ? x : ~x + 1;
+}
+
+} // namespace
+
+MeshMeasure measureMesh(const Mesh& mesh, const Transform& toScene)
+{
+    if (mesh.triangles.empty())
+        return {};
+    // Far from the origin, the tetrahedra would be large and nearly cancel.
+    const Vector3d origin = mesh.points[mesh.triangles.front()[0]].cast<double>();
+    const Eigen::Matrix3d linear = toScene.linear();
+    const auto add = [&](const tbb::blocked_range<std::size_t>& range, Sums sums)
+    {
+        for (std::size_t i = range.begin(); i != range.end(); ++i)
+        {
+            const Triangle& t = mesh.triangles[i];
+            const auto corner = [&](int k)
+            { return Vector3d(linear * (mesh.points[t[static_cast<std::size_t>(k)]].cast<double>() - origin)); };
+            const Vector3d a = corner(0);
+            const Vector3d b = corner(1);
+            const Vector3d c = corner(2);
+            sums.area += (b - a).cross(c - a).norm() / 2;
+            sums.volume += a.dot(b.cross(c)) / 6;
+            sums.edges += edgeNumber(t[0], t[1]) + edgeNumber(t[1], t[2]) + edgeNumber(t[2], t[0]);
+        }
+        return sums;
+    };
+    constexpr std::size_t grain = 16384;
+    const Sums sums = tbb::parallel_deterministic_reduce(
+        tbb::blocked_range<std::size_t>(0, mesh.triangles.size(), grain), Sums(), add,
+        [](const Sums& x, const Sums& y) { return Sums{x.area + y.area, x.volume + y.volume, x.edges + y.edges}; });
+    return {sums.area, sums.edges == 0 ? std::optional(sums.volume) : std::nullopt};
+}
+
+} // namespace VX
