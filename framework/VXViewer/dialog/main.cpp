@@ -2,6 +2,9 @@
 //   quorvix-dialog open|save [--title=TEXT] [--folder=PATH] [--name=TEXT] [--parent=X11-WINDOW]
 //                  [--filter=NAME|.ext|.ext…]…
 // Exit code: 0 chosen, 1 cancelled, 2 no display, 3 unusable arguments.
+//
+// Or holds a picture on the clipboard, until another program puts something there; the file is taken away.
+//   quorvix-dialog clipboard PNG-FILE
 
 #include <gtk/gtk.h>
 #ifdef GDK_WINDOWING_X11
@@ -179,12 +182,45 @@ void printPaths(GtkFileChooser* chooser)
     std::fflush(stdout);
 }
 
+void givePicture(GtkClipboard*, GtkSelectionData* data, guint, gpointer picture)
+{
+    gtk_selection_data_set_pixbuf(data, static_cast<GdkPixbuf*>(picture));
+}
+
+void endWithPicture(GtkClipboard*, gpointer)
+{
+    gtk_main_quit();
+}
+
+int holdOnClipboard(const char* file)
+{
+    GdkPixbuf* picture = gdk_pixbuf_new_from_file(file, nullptr);
+    std::remove(file);
+    if (!picture)
+        return exitUsage;
+    GtkTargetList* list = gtk_target_list_new(nullptr, 0);
+    gtk_target_list_add_image_targets(list, 0, TRUE);
+    int count = 0;
+    GtkTargetEntry* targets = gtk_target_table_new_from_list(list, &count);
+    GtkClipboard* clipboard = gtk_clipboard_get(GDK_SELECTION_CLIPBOARD);
+    const gboolean held = gtk_clipboard_set_with_data(clipboard, targets, static_cast<guint>(count), givePicture,
+                                                      endWithPicture, picture);
+    if (held)
+        gtk_main();
+    gtk_target_table_free(targets, count);
+    gtk_target_list_unref(list);
+    g_object_unref(picture);
+    return held ? exitChosen : exitCanceled;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
+    constexpr int clipboardArguments = 3;
+    const bool forClipboard = argc == clipboardArguments && std::string_view(argv[1]) == "clipboard";
     Options options;
-    if (!parse(argc, argv, options))
+    if (!forClipboard && !parse(argc, argv, options))
         return exitUsage;
     // Without a session bus the toolkit's settings service cannot run and would complain at every step.
     if (!g_getenv("DBUS_SESSION_BUS_ADDRESS"))
@@ -192,6 +228,8 @@ int main(int argc, char** argv)
     int noArguments = 0;
     if (!gtk_init_check(&noArguments, nullptr))
         return exitNoDisplay;
+    if (forClipboard)
+        return holdOnClipboard(argv[2]);
 
     GtkFileChooserAction action = options.save ? GTK_FILE_CHOOSER_ACTION_SAVE : GTK_FILE_CHOOSER_ACTION_OPEN;
     GtkWidget* dialog =

@@ -2,6 +2,10 @@
 
 #include <VXViewer/Export.h>
 
+#include <boost/signals2/connection.hpp>
+
+#include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -17,9 +21,16 @@ public:
     Locale() = delete;
 
     /// `text` in the user's language; as it is where there is no translation.
-    /// @param domain  of `findDomain`; 0 is the framework's own
+    /// @param domain  of `findDomain`; 0 is the framework's own, which finds the texts of the others too: it shows
+    ///                their names of steps, settings and the like
     /// @threads any
     [[nodiscard]] static std::string translate(const std::string& text, int domain = 0);
+
+    /// The same of a text about `count` things, in the form that the language has for that number. In English it is
+    /// `singular` for 1 and `plural` for any other number; the number itself is put in by the caller.
+    /// @threads any
+    [[nodiscard]] static std::string translate(const std::string& singular, const std::string& plural,
+                                               std::int64_t count, int domain = 0);
 
     /// The catalogues called `name` are used from now on.
     /// @return the number of the domain
@@ -46,6 +57,16 @@ public:
     /// @return true when `name` is the language now
     /// @threads the UI thread
     static bool set(const std::string& name);
+
+    /// `slot` is called after every change of the language.
+    /// @threads the UI thread
+    static boost::signals2::connection onChanged(std::function<void()> slot);
 };
+
+/// Marks a text that is translated elsewhere, where it is shown, for the tool that collects the texts.
+constexpr const char* translatable(const char* text)
+{
+    return text;
+}
 
 } // namespace VX

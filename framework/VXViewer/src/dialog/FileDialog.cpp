@@ -91,9 +91,12 @@ void FileDialog::showOwn_()
 
 void FileDialog::draw()
 {
-    if (!state_ || !state_->own)
+    if (!state_)
         return;
-    if (const std::optional<std::vector<std::filesystem::path>> paths = state_->own->draw())
+    std::optional<PathDialog>& own = state_->own;
+    if (!own)
+        return;
+    if (const std::optional<std::vector<std::filesystem::path>> paths = own->draw())
         finish_(*paths);
 }
 

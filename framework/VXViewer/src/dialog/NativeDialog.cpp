@@ -1,14 +1,13 @@
 #include "NativeDialog.h"
 
 #include "ChildProcess.h"
+#include "HelperProgram.h"
 
 #include <VXMesh/StringConvert.h>
-#include <VXMesh/SystemPath.h>
 #include <VXViewer/CommandLoop.h>
 
 #include <spdlog/spdlog.h>
 
-#include <system_error>
 #include <utility>
 
 namespace VX
@@ -19,16 +18,6 @@ namespace
 
 constexpr int exitChosen = 0;
 constexpr int exitCanceled = 1;
-
-std::filesystem::path helperProgram()
-{
-    const auto executable = SystemPath::getExecutablePath();
-    if (!executable)
-        return {};
-    std::filesystem::path helper = executable->parent_path() / "quorvix-dialog";
-    std::error_code error;
-    return std::filesystem::is_regular_file(helper, error) ? helper : std::filesystem::path();
-}
 
 std::vector<std::string> helperArguments(const FileDialogRequest& request, const std::filesystem::path& folder,
                                          unsigned long parentWindow)

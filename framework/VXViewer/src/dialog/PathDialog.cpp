@@ -100,7 +100,8 @@ std::optional<std::vector<std::filesystem::path>> PathDialog::draw()
         ImGui::SetKeyboardFocusHere();
     focusInput_ = false;
     ImGui::SetNextItemWidth(-1);
-    const bool entered = UI::inputText("##path", typed_, ImGuiInputTextFlags_EnterReturnsTrue, tr("Path or name"));
+    const bool entered =
+        UI::inputText("##path", typed_, {.hint = tr("Path or name"), .flags = ImGuiInputTextFlags_EnterReturnsTrue});
     drawFilter_();
 
     std::error_code error;
@@ -154,7 +155,8 @@ void PathDialog::drawFolder_()
     ImGui::PushStyleColor(ImGuiCol_ChildBg, UI::color(UI::Color::Window));
     const ImVec2 spacing = ImGui::GetStyle().ItemSpacing;
     ImGui::PushStyleVar(ImGuiStyleVar_ItemSpacing, ImVec2(spacing.x, 0));
-    if (ImGui::BeginChild("##content", {0, UI::px(28 * 8 + 8)}, ImGuiChildFlags_AlwaysUseWindowPadding))
+    if (ImGui::BeginChild("##content", {0, UI::px(28 * 8 + 8)}, ImGuiChildFlags_AlwaysUseWindowPadding,
+                          ImGuiWindowFlags_NavFlattened))
     {
         for (const Entry& entry : entries_)
         {

@@ -1,0 +1,12 @@
+#include <VXViewer/FileDialogSignals.h>
+
+namespace VX
+{
+
+FileDialogSignals& FileDialogSignals::instance()
+{
+    static FileDialogSignals signals;
+    return signals;
+}
+
+} // namespace VX
