@@ -73,6 +73,7 @@ const std::vector<Option>& options()
          storeIn(&CommandLine::sceneInfo)},
         {"-size", "WxH", "size of the window in pixels", parseSize},
         {"-deployment", "F", "file that names the services to use", storeIn(&CommandLine::deployment)},
+        {"-uiConfig", "F", "JSON file that reshapes the interface", storeIn(&CommandLine::uiDocument)},
         {"-creds", "F", "file with the e-mail address and the password to sign in with",
          storeIn(&CommandLine::credentials)},
         {"-url", "LINK", "sign-in link of the browser, for the program that runs",

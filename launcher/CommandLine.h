@@ -24,6 +24,7 @@ struct CommandLine
     bool hidden = false;
     std::optional<Size> size;
     std::optional<std::filesystem::path> deployment;
+    std::optional<std::filesystem::path> uiDocument;  ///< what the interface is to look like
     std::optional<std::filesystem::path> credentials; ///< e-mail address and password to sign in with
     bool noTelemetry = false;
     std::optional<std::filesystem::path> screenshot; ///< picture of the scene alone

@@ -27,13 +27,16 @@ struct Advice
 constexpr std::string_view connectionErrorText = "Connection error";
 
 constexpr std::array serviceAdvice{
-    Advice{"HTTP 403", "The link of the conversion service is not valid or has expired. Open the file again."},
-    Advice{"HTTP 404", "The conversion service does not have the file any more. Open the file again."},
-    Advice{"HTTP 413", "The file is too large for the conversion service. Split it into smaller ones."},
-    Advice{"HTTP 507", "The disk of the conversion service is full. Free some space and open the file again."},
-    Advice{"HTTP ", "The conversion service did not accept the file. Open it again later."},
-    Advice{connectionErrorText, "The conversion service could not be reached, or the connection to it broke off. Open "
-                                "the file again; where that does not help, start the program again."},
+    Advice{"HTTP 403",
+           translatable("The link of the conversion service is not valid or has expired. Open the file again.")},
+    Advice{"HTTP 404", translatable("The conversion service does not have the file any more. Open the file again.")},
+    Advice{"HTTP 413", translatable("The file is too large for the conversion service. Split it into smaller ones.")},
+    Advice{"HTTP 507",
+           translatable("The disk of the conversion service is full. Free some space and open the file again.")},
+    Advice{"HTTP ", translatable("The conversion service did not accept the file. Open it again later.")},
+    Advice{connectionErrorText,
+           translatable("The conversion service could not be reached, or the connection to it broke off. Open "
+                        "the file again; where that does not help, start the program again.")},
 };
 
 std::optional<int> systemErrorOf(const std::string& error)

@@ -5,6 +5,7 @@
 #include "launcher/LocalServices.h"
 #include "launcher/StepOpener.h"
 #include "launcher/TerminationSignals.h"
+#include "launcher/UiDocument.h"
 #include <quorvix/auth/AuthToken.h>
 #include <quorvix/setup/Deployment.h>
 #include <quorvix/setup/QuorvixSetup.h>
@@ -146,6 +147,7 @@ int runLauncher(const CommandLine& line, std::vector<std::string> arguments, Dee
                                      { CommandLoop::appendCommand([batch] { endOnRequest(batch); }); });
     if (line.isPlain())
         return launchViewer(std::move(arguments), launchParams(line), ViewerSetup());
+    applyUiDocumentWhenReady(uiDocumentSources(line.uiDocument));
     return launchViewer(std::move(arguments), launchParams(line), QuorvixSetup());
 }
 

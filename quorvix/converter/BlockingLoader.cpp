@@ -53,7 +53,7 @@ tl::expected<LoadedObjects, std::string> BlockingLoader::run()
 
 tl::expected<void, std::string> BlockingLoader::connect_()
 {
-    nameStage("Connecting to the converter service");
+    nameStage(translatable("Connecting to the converter service"));
     if (auto prepared = context_.prepare(); !prepared)
         return prepared;
     const Json::Value answer = WebRequestFuture(V2::requestConvertContext(context_.inputFormat)).get();
@@ -67,7 +67,7 @@ tl::expected<void, std::string> BlockingLoader::connect_()
 
 tl::expected<void, std::string> BlockingLoader::upload_()
 {
-    nameStage("Uploading the file to the converter service");
+    nameStage(translatable("Uploading the file to the converter service"));
     if (auto packed = context_.packInput(); !packed)
         return packed;
     spdlog::info("STEP loader: uploading the file to the converter service");
@@ -82,7 +82,7 @@ tl::expected<std::string, std::string> BlockingLoader::convert_()
 {
     using State = V2::CheckConvertStatusResult::State;
 
-    nameStage("Converting the file");
+    nameStage(translatable("Converting the file"));
     if (const auto removed = context_.removePayload(); !removed)
         return tl::unexpected(removed.error());
     spdlog::info("STEP loader: waiting for the converter process to finish");
@@ -110,7 +110,7 @@ tl::expected<void, std::string> BlockingLoader::download_(const std::string& url
 {
     if (auto goOn = context_.report(0.5F); !goOn)
         return goOn;
-    nameStage("Downloading the converted file");
+    nameStage(translatable("Downloading the converted file"));
     spdlog::info("STEP loader: downloading the converted file");
     return transfer_(S3::downloadWithPresignedUrl(url, context_.outputPath, transferProgress_(0.5F, 0.75F)));
 }
@@ -119,7 +119,7 @@ tl::expected<LoadedObjects, std::string> BlockingLoader::process_()
 {
     if (const auto goOn = context_.report(0.75F); !goOn)
         return tl::unexpected(goOn.error());
-    nameStage("Processing the file");
+    nameStage(translatable("Processing the file"));
     return context_.loadOutput();
 }
 

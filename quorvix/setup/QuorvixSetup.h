@@ -12,6 +12,15 @@ namespace VX
 class QUORVIX_API QuorvixSetup : public ViewerSetup
 {
 public:
+    /// The application's menu and its texts' domain, "Quorvix". From here on requests go through OpenSSL; where that
+    /// cannot be, the log says so and the program goes on: "Failed to set SSL backend for cURL: error code 0xN"
+    /// (level warning).
+    void setupBasePlugins(Viewer* viewer) const override;
+
+    /// The product has none of the framework's overlays.
+    void setupFrameStatistics(Viewer* viewer) const override;
+    void setupMouseControls(Viewer* viewer) const override;
+
     /// After the framework's own step: the title with the user's e-mail address. Telemetry follows the user's setting
     /// and the command line from the start of the loop on.
     void setupConfiguration(Viewer* viewer) const override;

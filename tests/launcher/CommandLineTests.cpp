@@ -41,8 +41,9 @@ TEST(CommandLine, TakesWhatIsNoOptionForFilesInTheirOrder)
 
 TEST(CommandLine, ReadsEveryOption)
 {
-    const auto line = parsed({"-screenshot", "s.png", "-windowShot", "w.png", "-sceneInfo", "-", "-size", "640x480",
-                              "-deployment", "d.json", "-creds", "c.json", "-noTelemetry", "-version", "-help"});
+    const auto line =
+        parsed({"-screenshot", "s.png", "-windowShot", "w.png", "-sceneInfo", "-", "-size", "640x480", "-deployment",
+                "d.json", "-uiConfig", "u.json", "-creds", "c.json", "-noTelemetry", "-version", "-help"});
     EXPECT_EQ(line.screenshot, "s.png");
     EXPECT_EQ(line.windowShot, "w.png");
     EXPECT_EQ(line.sceneInfo, "-");
@@ -50,6 +51,7 @@ TEST(CommandLine, ReadsEveryOption)
     EXPECT_EQ(line.size->width, 640);
     EXPECT_EQ(line.size->height, 480);
     EXPECT_EQ(line.deployment, "d.json");
+    EXPECT_EQ(line.uiDocument, "u.json");
     EXPECT_EQ(line.credentials, "c.json");
     EXPECT_TRUE(line.noTelemetry);
     EXPECT_TRUE(line.version);
