@@ -1,9 +1,13 @@
+#include "history/OpenFilesAction.h"
+
 #include <VXMesh/FileError.h>
 #include <VXMesh/StringConvert.h>
 #include <VXViewer/FileOpening.h>
+#include <VXViewer/HistoryStore.h>
 #include <VXViewer/ImGuiMenu.h>
 #include <VXViewer/Locale.h>
 #include <VXViewer/ProgressBar.h>
+#include <VXViewer/RecentFiles.h>
 #include <VXViewer/SceneView.h>
 #include <VXViewer/UiSession.h>
 #include <VXViewer/Viewer.h>
@@ -61,26 +65,27 @@ void FileOpening::setMessageHandler(MessageHandler handler)
 
 void FileOpening::open(const std::vector<std::filesystem::path>& paths)
 {
+    const auto batch = std::make_shared<Batch>();
     for (const std::filesystem::path& path : paths)
-        openOne_(path, ++lastOrder_);
+        openOne_(path, ++lastOrder_, batch);
 }
 
-void FileOpening::openOne_(const std::filesystem::path& path, std::uint64_t order)
+void FileOpening::openOne_(const std::filesystem::path& path, std::uint64_t order, const std::shared_ptr<Batch>& batch)
 {
     const auto found = openers_.find(extensionOf(path));
     Opener opener = found != openers_.end() ? found->second : Opener(loadObjectFromFile);
     ++pending_;
     ProgressBar::order(
         fmt::format(fmt::runtime(Locale::translate("Opening {}")), utf8string(path.filename())),
-        [this, path, order, opener = std::move(opener)](const ProgressCallback& progress) -> ProgressBar::Finish
+        [this, path, order, batch, opener = std::move(opener)](const ProgressCallback& progress) -> ProgressBar::Finish
         {
             auto result = std::make_shared<Result>(openSafely(opener, path, progress));
-            return [this, path, order, result] { finish_(path, order, std::move(*result)); };
+            return [this, path, order, batch, result] { finish_(path, order, *batch, std::move(*result)); };
         },
         [this] { --pending_; });
 }
 
-void FileOpening::finish_(const std::filesystem::path& path, std::uint64_t order, Result result)
+void FileOpening::finish_(const std::filesystem::path& path, std::uint64_t order, Batch& batch, Result result)
 {
     --pending_;
     if (!result)
@@ -90,16 +95,50 @@ void FileOpening::finish_(const std::filesystem::path& path, std::uint64_t order
     }
     else
     {
-        const bool wasEmpty = viewer_.scene().children().empty();
+        std::vector<std::shared_ptr<Object>> childrenBefore = viewer_.scene().children();
+        const bool wasEmpty = childrenBefore.empty();
         addInOrder_(std::move(result->objects), order);
         if (wasEmpty)
-            viewer_.setSceneName(utf8string(path.filename()));
+            nameScene_(path);
+        addStep_(batch, std::move(childrenBefore));
+        viewer_.recentFiles().add(path);
         showContent_(wasEmpty);
         for (const std::string& warning : result->warnings)
             report_(NotificationType::Warning, warning);
     }
     if (isIdle())
         orderOfObject_.clear();
+}
+
+void FileOpening::nameScene_(const std::filesystem::path& path) const
+{
+    viewer_.setSceneName(utf8string(path.filename()));
+    viewer_.setSceneFile(path);
+}
+
+void FileOpening::addStep_(Batch& batch, std::vector<std::shared_ptr<Object>> childrenBefore) const
+{
+    if (viewer_.scene().children() == childrenBefore)
+        return;
+    HistoryStore& history = *viewer_.getGlobalHistoryStore();
+    const bool wasSaved = history.isSaved();
+    const std::shared_ptr<OpenFilesAction> action = batch.action.lock();
+    const bool extends = action && history.position() > 0 && history.actions()[history.position() - 1] == action;
+    // Files of the same call, and files that are only looked at together, can be opened again. What comes into a scene
+    // file is a change of it.
+    const bool changesFile = !extends && !childrenBefore.empty() && extensionOf(viewer_.sceneFile()) == ".vxu";
+    if (extends)
+    {
+        action->extend();
+    }
+    else
+    {
+        const auto added = std::make_shared<OpenFilesAction>(viewer_.sceneRoot(), std::move(childrenBefore));
+        batch.action = added;
+        history.append(added);
+    }
+    if (wasSaved && !changesFile)
+        history.markSaved();
 }
 
 void FileOpening::addInOrder_(std::vector<std::shared_ptr<Object>> objects, std::uint64_t order)

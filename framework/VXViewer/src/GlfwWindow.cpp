@@ -89,6 +89,24 @@ bool overlapsAMonitor(const PixelRect& rect)
                        });
 }
 
+/// The monitor with the largest part of `rect` on it; null where there is none.
+GLFWmonitor* monitorUnder(const PixelRect& rect)
+{
+    int count = 0;
+    GLFWmonitor** monitors = glfwGetMonitors(&count);
+    const auto overlap = [&](GLFWmonitor* monitor)
+    {
+        PixelRect area;
+        glfwGetMonitorWorkarea(monitor, &area.x, &area.y, &area.width, &area.height);
+        const int width = std::min(rect.x + rect.width, area.x + area.width) - std::max(rect.x, area.x);
+        const int height = std::min(rect.y + rect.height, area.y + area.height) - std::max(rect.y, area.y);
+        return std::int64_t{std::max(0, width)} * std::max(0, height);
+    };
+    GLFWmonitor** found = std::max_element(monitors, monitors + count,
+                                           [&](GLFWmonitor* a, GLFWmonitor* b) { return overlap(a) < overlap(b); });
+    return count > 0 ? *found : nullptr;
+}
+
 } // namespace
 
 int ClickCounter::press(int button, const Vector2f& position, double now, float tolerance)
@@ -256,6 +274,8 @@ void GlfwWindow::setTitle(const std::string& title)
 
 std::optional<PixelRect> GlfwWindow::placement() const
 {
+    if (isFullScreen())
+        return windowed_;
     PixelRect rect;
     glfwGetWindowPos(window_, &rect.x, &rect.y);
     glfwGetWindowSize(window_, &rect.width, &rect.height);
@@ -277,6 +297,31 @@ bool GlfwWindow::isMaximized() const
 void GlfwWindow::maximize()
 {
     glfwMaximizeWindow(window_);
+}
+
+bool GlfwWindow::isFullScreen() const
+{
+    return glfwGetWindowMonitor(window_) != nullptr;
+}
+
+void GlfwWindow::setFullScreen(bool full)
+{
+    if (full == isFullScreen())
+        return;
+    if (!full)
+    {
+        glfwSetWindowMonitor(window_, nullptr, windowed_.x, windowed_.y, windowed_.width, windowed_.height,
+                             GLFW_DONT_CARE);
+        return;
+    }
+    windowed_ = placement().value();
+    GLFWmonitor* monitor = monitorUnder(windowed_);
+    const GLFWvidmode* mode = monitor ? glfwGetVideoMode(monitor) : nullptr;
+    if (!mode)
+        return;
+    // A file dialog in front must not send it away.
+    glfwSetWindowAttrib(window_, GLFW_AUTO_ICONIFY, GLFW_FALSE);
+    glfwSetWindowMonitor(window_, monitor, 0, 0, mode->width, mode->height, mode->refreshRate);
 }
 
 void GlfwWindow::show()

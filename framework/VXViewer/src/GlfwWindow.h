@@ -56,6 +56,11 @@ public:
     void setPlacement(const PixelRect& rect) override;
     [[nodiscard]] bool isMaximized() const override;
     void maximize() override;
+
+    [[nodiscard]] bool canFillScreen() const override { return true; }
+
+    [[nodiscard]] bool isFullScreen() const override;
+    void setFullScreen(bool full) override;
     void show() override;
     void focus() override;
     [[nodiscard]] bool isCloseRequested() const override;
@@ -85,6 +90,7 @@ private:
     ClickCounter clicks_;
     Vector2f mouse_{0, 0};
     int mods_ = 0;
+    PixelRect windowed_; ///< where it was before it filled the screen
     CursorShape cursor_ = CursorShape::Arrow;
     std::array<GLFWcursor*, 6> cursors_{};
 };

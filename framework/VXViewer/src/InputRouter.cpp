@@ -5,7 +5,9 @@
 #include <VXViewer/SceneView.h>
 #include <VXViewer/UiSession.h>
 #include <VXViewer/Viewer.h>
+#include <VXViewer/ViewerPlugin.h>
 
+#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -62,16 +64,49 @@ bool InputRouter::isOverUi_(const Vector2f& position) const
     return viewer_.ui() && viewer_.ui()->isOverUi(position);
 }
 
+std::shared_ptr<ViewerPlugin> InputRouter::offerToPlugins_(const InputEvent& event) const
+{
+    // A copy: a plug-in may end itself or begin another one.
+    const std::vector plugins(viewer_.plugins());
+    const auto user = std::find_if(plugins.rbegin(), plugins.rend(),
+                                   [&](const auto& plugin) { return plugin->handleSceneInput(event); });
+    return user != plugins.rend() ? *user : nullptr;
+}
+
+bool InputRouter::continuePluginDrag_(const InputEvent& event)
+{
+    if (!pluginDrag_)
+        return false;
+    const std::shared_ptr<ViewerPlugin> owner = pluginDrag_->plugin.lock();
+    const std::vector<std::shared_ptr<ViewerPlugin>>& plugins = viewer_.plugins();
+    if (owner && std::find(plugins.begin(), plugins.end(), owner) != plugins.end())
+        owner->handleSceneInput(event);
+    return true;
+}
+
 void InputRouter::handle_(const MouseMoveEvent& event)
 {
-    if (dragInScene_ || !isOverUi_(event.position))
+    if (continuePluginDrag_(event))
+        return;
+    if (dragInScene_)
+    {
         viewer_.view().handle(event);
-    else
+        return;
+    }
+    if (isOverUi_(event.position) || (viewer_.view().contains(event.position) && offerToPlugins_(event)))
         viewer_.view().endHover();
+    else
+        viewer_.view().handle(event);
 }
 
 void InputRouter::handle_(const MouseButtonEvent& event)
 {
+    if (continuePluginDrag_(event))
+    {
+        if (!event.pressed && pluginDrag_ && event.button == pluginDrag_->button)
+            pluginDrag_.reset();
+        return;
+    }
     if (!event.pressed)
     {
         if (std::exchange(dragInScene_, false))
@@ -80,27 +115,38 @@ void InputRouter::handle_(const MouseButtonEvent& event)
     }
     if (isOverUi_(event.position))
     {
-        holdKeys_(2);
+        // A field that the press opens has the keyboard in the third.
+        holdKeys_(3);
         return;
     }
-    dragInScene_ = viewer_.view().contains(event.position);
-    if (dragInScene_)
-        viewer_.view().handle(event);
+    if (!viewer_.view().contains(event.position))
+        return;
+    // A drag of the camera that is under way keeps the mouse.
+    if (!dragInScene_)
+    {
+        if (const std::shared_ptr<ViewerPlugin> user = offerToPlugins_(event))
+        {
+            pluginDrag_ = PluginDrag{user, event.button};
+            return;
+        }
+    }
+    dragInScene_ = true;
+    viewer_.view().handle(event);
 }
 
 void InputRouter::handle_(const ScrollEvent& event)
 {
-    if (!isOverUi_(event.position))
+    if (!isOverUi_(event.position) && !offerToPlugins_(event))
         viewer_.view().handle(event);
 }
 
 void InputRouter::handle_(const KeyEvent& event)
 {
-    if (viewer_.ui() && viewer_.ui()->takesKeyboard())
+    if (viewer_.ui() && (viewer_.ui()->takesKeyboard() || viewer_.ui()->navigatesBy(event)))
         return;
     if (viewer_.getMenuPlugin() && viewer_.getMenuPlugin()->handleKey(event))
         holdKeys_(2);
-    else
+    else if (!offerToPlugins_(event) && !(viewer_.ui() && viewer_.ui()->beginNavigation(event)))
         viewer_.view().handle(event);
 }
 
@@ -113,6 +159,11 @@ void InputRouter::handle_(const FocusEvent& event)
 {
     if (event.focused)
         return;
+    if (viewer_.getMenuPlugin())
+        viewer_.getMenuPlugin()->handleSceneInput(event);
+    for (const std::shared_ptr<ViewerPlugin>& plugin : std::vector(viewer_.plugins()))
+        plugin->handleSceneInput(event);
+    pluginDrag_.reset();
     dragInScene_ = false;
     viewer_.view().cancelDrag();
 }

@@ -5,13 +5,16 @@
 
 #include <boost/locale/generator.hpp>
 #include <boost/locale/message.hpp>
+#include <boost/signals2/signal.hpp>
 
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <filesystem>
+#include <iterator>
 #include <locale>
 #include <memory>
+#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -26,9 +29,38 @@ constexpr std::string_view english = "en";
 /// What `translate` reads; replaced as a whole.
 struct Language
 {
-    std::string name{english};
+    using Texts = boost::locale::message_format<char>;
+
+    Language(std::string languageName, std::locale catalogs, const std::vector<std::string>& domains)
+        : name(std::move(languageName))
+        , locale(std::move(catalogs))
+        , texts(std::use_facet<Texts>(locale))
+    {
+        std::transform(domains.begin(), domains.end(), std::back_inserter(catalogOfDomain),
+                       [this](const std::string& domain) { return texts.domain(domain); });
+    }
+
+    std::string name;
     std::locale locale;
+    const Texts& texts;
+    std::vector<int> catalogOfDomain; ///< the library's numbers of our domains
 };
+
+/// Looks a text up with `find` (number of a catalogue to text or null): in `domain`, and where that is the framework's
+/// own, in those of others too, whose texts the framework shows for them.
+/// @return null where there is no translation
+template <typename Find>
+const char* findIn(const Language& language, int domain, const Find& find)
+{
+    const std::vector<int>& catalogs = language.catalogOfDomain;
+    if (domain < 0 || domain >= static_cast<int>(catalogs.size()))
+        return nullptr;
+    const auto begin = catalogs.begin() + domain;
+    const auto end = domain == 0 ? catalogs.end() : begin + 1;
+    const char* text = nullptr;
+    std::find_if(begin, end, [&](int catalog) { return (text = find(catalog)) != nullptr; });
+    return text;
+}
 
 class LocaleState
 {
@@ -78,6 +110,12 @@ private:
     std::vector<std::string> domains_ VX_GUARDED_BY(mutex_) = {"VXViewer"};
 };
 
+boost::signals2::signal<void()>& changedSignal()
+{
+    static boost::signals2::signal<void()> signal;
+    return signal;
+}
+
 std::filesystem::path catalogFolder()
 {
     const auto executable = SystemPath::getExecutablePath();
@@ -103,7 +141,7 @@ std::shared_ptr<const Language> loadLanguage(const std::string& name)
     generator.add_messages_path(utf8string(catalogFolder()));
     for (const std::string& domain : LocaleState::instance().domains())
         generator.add_messages_domain(domain);
-    return std::make_shared<Language>(Language{name, generator(name + ".UTF-8")});
+    return std::make_shared<Language>(name, generator(name + ".UTF-8"), LocaleState::instance().domains());
 }
 
 } // namespace
@@ -112,14 +150,27 @@ std::string Locale::translate(const std::string& text, int domain)
 {
     const LocaleState& state = LocaleState::instance();
     // The empty text is the key of a catalogue's own header.
-    if (!state.translates() || text.empty())
+    const std::shared_ptr<const Language> language =
+        state.translates() && !text.empty() ? state.language() : std::shared_ptr<const Language>();
+    if (!language)
         return text;
-    const std::shared_ptr<const Language> language = state.language();
-    const std::vector<std::string> domains = state.domains();
-    if (!language || domain < 0 || domain >= static_cast<int>(domains.size()))
-        return text;
-    return boost::locale::dgettext<char>(domains[static_cast<std::size_t>(domain)].c_str(), text.c_str(),
-                                         language->locale);
+    const char* translated =
+        findIn(*language, domain, [&](int catalog) { return language->texts.get(catalog, nullptr, text.c_str()); });
+    return translated ? translated : text;
+}
+
+std::string Locale::translate(const std::string& singular, const std::string& plural, std::int64_t count, int domain)
+{
+    const LocaleState& state = LocaleState::instance();
+    const std::shared_ptr<const Language> language = state.translates() ? state.language() : nullptr;
+    // The library takes an int; the last digits decide in every language.
+    constexpr std::int64_t modulus = 1'000'000;
+    const auto number = static_cast<int>(count < modulus ? count : modulus + count % modulus);
+    const char* translated = nullptr;
+    if (language)
+        translated = findIn(*language, domain, [&](int catalog)
+                            { return language->texts.get(catalog, nullptr, singular.c_str(), number); });
+    return translated ? translated : count == 1 ? singular : plural;
 }
 
 int Locale::addDomain(const char* name)
@@ -177,13 +228,15 @@ std::string Locale::getName()
 
 bool Locale::set(const std::string& name)
 {
-    if (name == english || !hasCatalog(name))
-    {
-        LocaleState::instance().setLanguage(nullptr);
-        return name == english;
-    }
-    LocaleState::instance().setLanguage(loadLanguage(name));
-    return true;
+    const bool known = name == english || hasCatalog(name);
+    LocaleState::instance().setLanguage(known && name != english ? loadLanguage(name) : nullptr);
+    changedSignal()();
+    return known;
+}
+
+boost::signals2::connection Locale::onChanged(std::function<void()> slot)
+{
+    return changedSignal().connect(std::move(slot));
 }
 
 } // namespace VX

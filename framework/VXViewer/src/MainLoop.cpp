@@ -6,6 +6,7 @@
 #include <VXViewer/ImGuiMenu.h>
 #include <VXViewer/MainLoop.h>
 #include <VXViewer/SceneView.h>
+#include <VXViewer/UI.h>
 #include <VXViewer/UiSession.h>
 #include <VXViewer/Viewer.h>
 
@@ -26,6 +27,13 @@ constexpr int framesToSettle = 3;
 
 } // namespace
 
+struct MainLoop::Timer
+{
+    double interval; ///< seconds
+    double due;      ///< the time of the next call
+    std::function<void()> callback;
+};
+
 MainLoop::MainLoop(Viewer& viewer)
     : viewer_(viewer)
     , router_(std::make_unique<InputRouter>(viewer))
@@ -45,11 +53,13 @@ bool MainLoop::turn(bool mayWait)
     Window& window = *viewer_.window();
     window.waitEvents(mayWait ? waitTime_() : std::optional(0.0));
 
+    answerCloseRequest_();
     const bool woken = viewer_.takeWakeUp();
     const bool commanded = CommandLoop::processCommands(started_ ? StartPosition::SetupDone : StartPosition::MenuReady);
     const bool hadInput = router_->route(window.takeEvents());
     if (woken || commanded || hadInput)
         requestFrames(viewer_.ui() ? framesToSettle : 1);
+    const bool timed = runTimers_();
 
     const bool due = isFrameDue_();
     if (due)
@@ -63,7 +73,16 @@ bool MainLoop::turn(bool mayWait)
     }
     if (!due || framesToDraw_ == 0)
         runLoadedCallback_();
-    return woken || commanded || hadInput || due;
+    return woken || commanded || hadInput || timed || due;
+}
+
+void MainLoop::answerCloseRequest_()
+{
+    Window& window = *viewer_.window();
+    if (!window.isCloseRequested() || viewer_.isClosing() || !viewer_.ui() || !viewer_.getMenuPlugin())
+        return;
+    if (!viewer_.getMenuPlugin()->mayClose())
+        window.requestClose(false);
 }
 
 bool MainLoop::runUntilIdle(int maxTurns)
@@ -88,6 +107,31 @@ void MainLoop::requestFrameAfter(double seconds)
     nextFrameTime_ = nextFrameTime_ ? std::min(*nextFrameTime_, time) : time;
 }
 
+std::shared_ptr<void> MainLoop::callEvery(double seconds, std::function<void()> callback)
+{
+    auto timer = std::make_shared<Timer>(Timer{seconds, monotonicSeconds() + seconds, std::move(callback)});
+    timers_.push_back(timer);
+    return timer;
+}
+
+bool MainLoop::runTimers_()
+{
+    std::erase_if(timers_, [](const std::weak_ptr<Timer>& timer) { return timer.expired(); });
+    const double now = monotonicSeconds();
+    bool called = false;
+    // A copy: a callback may add timers.
+    for (const std::weak_ptr<Timer>& entry : std::vector(timers_))
+    {
+        const std::shared_ptr<Timer> timer = entry.lock();
+        if (!timer || timer->due > now)
+            continue;
+        timer->due = now + timer->interval;
+        timer->callback();
+        called = true;
+    }
+    return called;
+}
+
 void MainLoop::whenLoaded(std::function<void()> callback)
 {
     loadedCallback_ = std::move(callback);
@@ -98,10 +142,17 @@ std::optional<double> MainLoop::waitTime_() const
     if (framesToDraw_ > 0 || router_->hasPending() || viewer_.view().controller().isAnimating())
         return 0;
     std::optional<double> time = viewer_.view().secondsToChange();
-    if (nextFrameTime_)
+    const auto wakeAt = [&time](double due)
     {
-        const double left = *nextFrameTime_ - monotonicSeconds();
+        const double left = due - monotonicSeconds();
         time = time ? std::min(*time, left) : left;
+    };
+    if (nextFrameTime_)
+        wakeAt(*nextFrameTime_);
+    for (const std::weak_ptr<Timer>& entry : timers_)
+    {
+        if (const std::shared_ptr<Timer> timer = entry.lock())
+            wakeAt(timer->due);
     }
     return time ? std::optional(std::max(0.0, *time)) : std::nullopt;
 }
@@ -133,7 +184,7 @@ void MainLoop::drawFrame_(bool show)
         if (ui->wantsAnotherFrame())
             requestFrames(2, showLastOnly_);
     }
-    view.setArea(sceneArea, window.contentScale());
+    view.setArea(sceneArea, ui ? UI::scale() : window.contentScale());
     view.animate();
     view.draw(window);
     if (ui)

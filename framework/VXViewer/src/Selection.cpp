@@ -1,4 +1,4 @@
-#include <VXMesh/Object.h>
+#include <VXMesh/ObjectMesh.h>
 #include <VXViewer/Selection.h>
 
 namespace VX
@@ -16,23 +16,36 @@ std::vector<std::shared_ptr<Object>> selectedObjects(Object& root)
     return selected;
 }
 
+std::vector<std::shared_ptr<Object>> topmostSelectedObjects(Object& root)
+{
+    std::vector<std::shared_ptr<Object>> selected = selectedObjects(root);
+    std::erase_if(selected,
+                  [&](const std::shared_ptr<Object>& object)
+                  {
+                      const Object* above = object->parent();
+                      while (above != &root && !above->isSelected())
+                          above = above->parent();
+                      return above != &root;
+                  });
+    return selected;
+}
+
+std::vector<std::shared_ptr<ObjectMesh>> meshesWithSelectedFaces(Object& root)
+{
+    std::vector<std::shared_ptr<ObjectMesh>> meshes;
+    visitObjects(root,
+                 [&](Object& object)
+                 {
+                     auto* mesh = dynamic_cast<ObjectMesh*>(&object);
+                     if (mesh && mesh->selectedFaces())
+                         meshes.push_back(std::static_pointer_cast<ObjectMesh>(object.shared_from_this()));
+                 });
+    return meshes;
+}
+
 void selectOnly(Object& root, const Object* object)
 {
     visitObjects(root, [&](Object& each) { each.setSelected(&each == object && &each != &root); });
-}
-
-std::size_t removeSelected(Object& root)
-{
-    std::size_t removed = 0;
-    for (const std::shared_ptr<Object>& object : selectedObjects(root))
-    {
-        bool belowAnother = false;
-        for (const Object* above = object->parent(); above && above != &root; above = above->parent())
-            belowAnother = belowAnother || above->isSelected();
-        if (!belowAnother && object->parent() && object->parent()->removeChild(*object))
-            ++removed;
-    }
-    return removed;
 }
 
 } // namespace VX

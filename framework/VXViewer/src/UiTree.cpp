@@ -26,6 +26,12 @@ bool UiTree::hasWindow(std::string_view name) const
                        [&](const UiItem& item) { return item.kind == UiKind::Window && item.label == name; });
 }
 
+void UiTree::nameDrawn(std::size_t index, const std::string& label)
+{
+    if (index < drawn_.size() && drawn_[index].label.empty())
+        drawn_[index].label = label;
+}
+
 void UiTree::clear()
 {
     drawn_.clear();

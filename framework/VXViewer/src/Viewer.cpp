@@ -5,13 +5,17 @@
 #include <VXViewer/CommandLoop.h>
 #include <VXViewer/CornerControllerObject.h>
 #include <VXViewer/FileOpening.h>
+#include <VXViewer/HistoryStore.h>
 #include <VXViewer/ImGuiMenu.h>
+#include <VXViewer/Locale.h>
 #include <VXViewer/MainLoop.h>
 #include <VXViewer/ProgressBar.h>
+#include <VXViewer/RecentFiles.h>
 #include <VXViewer/SceneView.h>
 #include <VXViewer/UiSession.h>
 #include <VXViewer/Viewer.h>
 #include <VXViewer/ViewerSettingsManager.h>
+#include <VXViewer/ViewerSettingsPlugin.h>
 #include <VXViewer/ViewerSignals.h>
 #include <VXViewer/ViewerTitle.h>
 
@@ -56,12 +60,19 @@ struct Viewer::State
         , view(scene)
         , files(viewer)
         , loop(viewer)
+        , languageConnection(Locale::onChanged(
+              [&viewer]
+              {
+                  viewer.cornerController()->translateLabels();
+                  viewer.incrementForceRedrawFrames(3);
+              }))
     {
     }
 
     ViewerSignals signals;
     std::unique_ptr<Window> window;
     std::shared_ptr<Object> scene;
+    std::shared_ptr<HistoryStore> history = std::make_shared<HistoryStore>();
     SceneView view;
     FileOpening files;
     MainLoop loop;
@@ -72,9 +83,13 @@ struct Viewer::State
     std::unique_ptr<ViewerSettingsManager> settings;
     std::string applicationName;
     std::string sceneName;
+    std::filesystem::path sceneFile;
+    RecentFiles recentFiles;
     std::vector<std::string> arguments;
     int launchCount = 0;
     int exitCode = 0;
+    bool closing = false;
+    boost::signals2::scoped_connection languageConnection;
 };
 
 Viewer::Viewer()
@@ -165,6 +180,11 @@ FileOpening& Viewer::fileOpening() const
     return state_->files;
 }
 
+const std::shared_ptr<HistoryStore>& Viewer::getGlobalHistoryStore() const
+{
+    return state_->history;
+}
+
 UiSession* Viewer::ui() const
 {
     return state_->ui.get();
@@ -173,9 +193,11 @@ UiSession* Viewer::ui() const
 void Viewer::startUi()
 {
     state_->ui = std::make_unique<UiSession>(*state_->window);
+    // Those that the menu or a plug-in adds meanwhile are initialised as they come.
+    const std::vector plugins(state_->plugins);
     if (state_->menu)
         state_->menu->init(this);
-    for (const std::shared_ptr<ViewerPlugin>& plugin : state_->plugins)
+    for (const std::shared_ptr<ViewerPlugin>& plugin : plugins)
         plugin->init(this);
 }
 
@@ -183,9 +205,11 @@ void Viewer::stopUi()
 {
     if (!state_->ui)
         return;
-    std::for_each(state_->plugins.rbegin(), state_->plugins.rend(), [](const auto& plugin) { plugin->shutdown(); });
+    const std::vector plugins(state_->plugins);
+    std::for_each(plugins.rbegin(), plugins.rend(), [](const auto& plugin) { plugin->shutdown(); });
     if (state_->menu)
         state_->menu->shutdown();
+    ViewerSettingsPlugin::instance()->reset();
     state_->ui.reset();
 }
 
@@ -201,7 +225,22 @@ const std::shared_ptr<ImGuiMenu>& Viewer::getMenuPlugin() const
 
 void Viewer::addPlugin(std::shared_ptr<ViewerPlugin> plugin)
 {
-    state_->plugins.push_back(std::move(plugin));
+    state_->plugins.push_back(plugin);
+    if (state_->ui)
+        plugin->init(this);
+}
+
+bool Viewer::removePlugin(const ViewerPlugin& plugin)
+{
+    const auto found = std::find_if(state_->plugins.begin(), state_->plugins.end(),
+                                    [&](const auto& each) { return each.get() == &plugin; });
+    if (found == state_->plugins.end())
+        return false;
+    const std::shared_ptr<ViewerPlugin> removed = *found;
+    state_->plugins.erase(found);
+    if (state_->ui)
+        removed->shutdown();
+    return true;
 }
 
 const std::vector<std::shared_ptr<ViewerPlugin>>& Viewer::plugins() const
@@ -251,6 +290,21 @@ void Viewer::setSceneName(std::string name)
 {
     state_->sceneName = std::move(name);
     updateTitle();
+}
+
+const std::filesystem::path& Viewer::sceneFile() const
+{
+    return state_->sceneFile;
+}
+
+void Viewer::setSceneFile(std::filesystem::path path)
+{
+    state_->sceneFile = std::move(path);
+}
+
+RecentFiles& Viewer::recentFiles() const
+{
+    return state_->recentFiles;
 }
 
 const std::vector<std::string>& Viewer::commandLineArguments() const
@@ -310,8 +364,14 @@ bool Viewer::takeWakeUp()
 
 void Viewer::requestClose()
 {
+    state_->closing = true;
     if (state_->window)
         state_->window->requestClose();
+}
+
+bool Viewer::isClosing() const
+{
+    return state_->closing;
 }
 
 void Viewer::setExitCode(int exitCode)

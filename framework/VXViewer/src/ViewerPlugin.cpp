@@ -11,4 +11,9 @@ void ViewerPlugin::shutdown() {}
 
 void ViewerPlugin::draw() {}
 
+bool ViewerPlugin::handleSceneInput(const InputEvent&)
+{
+    return false;
+}
+
 } // namespace VX

@@ -1,5 +1,12 @@
+#include "settings/SettingsKeys.h"
+#include "settings/ViewSettings.h"
+
 #include <VXMesh/Config.h>
+#include <VXViewer/ColorTheme.h>
+#include <VXViewer/ImGuiMenu.h>
+#include <VXViewer/Locale.h>
 #include <VXViewer/SceneView.h>
+#include <VXViewer/UI.h>
 #include <VXViewer/Viewer.h>
 #include <VXViewer/ViewerSettingsManager.h>
 #include <VXViewer/Window.h>
@@ -61,20 +68,44 @@ void saveWindow(Json::Value& settings, const Window& window)
     place["height"] = rect->height;
 }
 
+void loadProjection(const Json::Value& stored, Viewer& viewer)
+{
+    const Json::Value& orthographic = stored[projectionKey];
+    if (!orthographic.isBool())
+        return;
+    Camera camera = viewer.view().camera();
+    camera.setProjection(orthographic.asBool() ? Projection::Orthographic : Projection::Perspective);
+    viewer.view().controller().setCamera(camera);
+}
+
 } // namespace
 
-void ViewerSettingsManager::loadSettings(Viewer& viewer) const
+ViewerSettingsManager::ViewerSettingsManager()
+    : languageConnection_(Locale::onChanged(
+          [this]
+          {
+              if (!loading_)
+                  saveString(SettingsKey::language, Locale::getName());
+          }))
 {
+}
+
+void ViewerSettingsManager::loadSettings(Viewer& viewer)
+{
+    loading_ = true;
     const Json::Value settings = storedSettings();
+    if (const std::string language = loadString(SettingsKey::language, {}); !language.empty())
+        Locale::set(language);
+    if (const int percent = loadInt(SettingsKey::uiScalePercent, 0); percent > 0)
+        UI::setUserScale(static_cast<float>(percent) / 100);
+    ColorTheme::restore();
     if (viewer.window())
         loadWindow(settings, *viewer.window());
-    const Json::Value& orthographic = settings[projectionKey];
-    if (orthographic.isBool())
-    {
-        Camera camera = viewer.view().camera();
-        camera.setProjection(orthographic.asBool() ? Projection::Orthographic : Projection::Perspective);
-        viewer.view().controller().setCamera(camera);
-    }
+    loadProjection(settings, viewer);
+    loadViewSettings(*this, viewer);
+    if (viewer.getMenuPlugin())
+        viewer.getMenuPlugin()->settingsLoaded();
+    loading_ = false;
 }
 
 void ViewerSettingsManager::saveSettings(const Viewer& viewer) const
@@ -93,6 +124,20 @@ int ViewerSettingsManager::loadInt(const std::string& key, int defaultValue) con
 }
 
 void ViewerSettingsManager::saveInt(const std::string& key, int value) const
+{
+    Json::Value settings = storedSettings();
+    settings[key] = value;
+    Config::instance().setJson(configKey, settings);
+}
+
+std::string ViewerSettingsManager::loadString(const std::string& key, const std::string& defaultValue) const
+{
+    const Json::Value settings = storedSettings();
+    const Json::Value& value = settings[key];
+    return value.isString() ? value.asString() : defaultValue;
+}
+
+void ViewerSettingsManager::saveString(const std::string& key, const std::string& value) const
 {
     Json::Value settings = storedSettings();
     settings[key] = value;

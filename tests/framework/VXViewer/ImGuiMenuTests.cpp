@@ -5,6 +5,7 @@
 #include <VXViewer/FileOpening.h>
 #include <VXViewer/ImGuiMenu.h>
 #include <VXViewer/ProgressBar.h>
+#include <VXViewer/RibbonMenu.h>
 #include <VXViewer/SceneView.h>
 #include <VXViewer/Selection.h>
 #include <VXViewer/ShortcutManager.h>
@@ -35,7 +36,7 @@ protected:
         return names;
     }
 
-    std::shared_ptr<ImGuiMenu> menu_ = std::make_shared<ImGuiMenu>();
+    std::shared_ptr<ImGuiMenu> menu_ = std::make_shared<RibbonMenu>();
     VX::Test::ViewerSession session_{menu_};
     Viewer& viewer_ = session_.viewer();
     VX::Test::UiDriver driver_{session_};
@@ -44,17 +45,16 @@ protected:
 TEST_F(ImGuiMenuTests, SaysWhatToDoWhileTheSceneIsEmpty)
 {
     EXPECT_TRUE(driver_.shows("Open a file or drop it here"));
-    EXPECT_EQ(driver_.obstacle("Save As"), "\"Save As\" is disabled");
     addBoxes_();
     EXPECT_FALSE(driver_.shows("Open a file or drop it here"));
-    EXPECT_EQ(driver_.obstacle("Save As"), "");
 }
 
 TEST_F(ImGuiMenuTests, OpensTheFileThatIsTypedIntoTheDialog)
 {
     const VX::Test::TempDir folder;
     const std::filesystem::path file = folder.write("part.stl", VX::Test::triangleStl());
-    driver_.press("Open");
+    menu_->chooseFilesToOpen();
+    driver_.settle();
     ASSERT_TRUE(driver_.shows("Open Files", "File Dialog"));
     driver_.type(file.string());
     driver_.key(GLFW_KEY_ENTER);
@@ -87,7 +87,7 @@ TEST_F(ImGuiMenuTests, SavesWhatTheSceneHeldAtThatMoment)
 {
     const VX::Test::TempDir folder;
     addBoxes_();
-    driver_.key(GLFW_KEY_S, GLFW_MOD_CONTROL);
+    driver_.key(GLFW_KEY_S, GLFW_MOD_CONTROL | GLFW_MOD_SHIFT);
     driver_.type((folder.path() / "scene.vxu").string());
     driver_.press("Save", "File Dialog");
     while (!viewer_.scene().children().empty())
@@ -104,7 +104,7 @@ TEST_F(ImGuiMenuTests, SavesWhatTheSceneHeldAtThatMoment)
 TEST_F(ImGuiMenuTests, TellsWhenAFileCannotBeSaved)
 {
     addBoxes_();
-    driver_.key(GLFW_KEY_S, GLFW_MOD_CONTROL);
+    driver_.key(GLFW_KEY_S, GLFW_MOD_CONTROL | GLFW_MOD_SHIFT);
     driver_.type("/nonexistent/scene.stl");
     driver_.press("Save", "File Dialog");
     EXPECT_TRUE(driver_.waitFor([] { return UiTree::instance().hasWindow("Error Modal"); }));
@@ -210,61 +210,6 @@ TEST_F(ImGuiMenuTests, CountsTheSceneInTheStatusLine)
     EXPECT_TRUE(driver_.shows("3 objects   \u00B7   36 triangles", "Status Line"));
 }
 
-TEST_F(ImGuiMenuTests, TurnsTheViewWithTheButtonsOfTheBar)
-{
-    addBoxes_();
-    driver_.press("Front", "Top Bar");
-    EXPECT_TRUE(viewer_.view().camera().direction().isApprox(Vector3d::UnitY(), 1e-6));
-    driver_.press("Top", "Top Bar");
-    EXPECT_TRUE(viewer_.view().camera().direction().isApprox(-Vector3d::UnitZ(), 1e-6));
-}
-
-TEST_F(ImGuiMenuTests, OffersTheViewsInAListWhereTheButtonsDoNotFit)
-{
-    addBoxes_();
-    session_.window().setFramebufferSize({600, 500});
-    driver_.settle();
-    EXPECT_FALSE(driver_.find("Front", "Top Bar"));
-    for (const UiItem& item : UiTree::instance().items())
-    {
-        if (item.window == "Top Bar")
-        {
-            EXPECT_TRUE(item.visibleMax == item.max) << item.label;
-        }
-    }
-    const std::vector<UiItem> items = UiTree::instance().find("", "Top Bar");
-    const auto choice =
-        std::find_if(items.begin(), items.end(), [](const UiItem& item) { return item.kind == UiKind::Combo; });
-    ASSERT_NE(choice, items.end());
-    driver_.click((choice->min + choice->max) / 2);
-    driver_.press("Front");
-    EXPECT_TRUE(viewer_.view().camera().direction().isApprox(Vector3d::UnitY(), 1e-6));
-}
-
-TEST_F(ImGuiMenuTests, ChangesTheProjectionWithTheButtonsOfTheBar)
-{
-    driver_.press("Orthographic");
-    EXPECT_EQ(viewer_.view().camera().projection(), Projection::Orthographic);
-    EXPECT_EQ(driver_.find("Orthographic")->value, "on");
-    driver_.press("Orthographic");
-    EXPECT_EQ(viewer_.view().camera().projection(), Projection::Orthographic);
-    driver_.press("Perspective");
-    EXPECT_EQ(viewer_.view().camera().projection(), Projection::Perspective);
-}
-
-TEST_F(ImGuiMenuTests, FitsTheObjectOfARowThatIsDoubleClicked)
-{
-    viewer_.scene().addChild(VX::Test::makeBox("Far", {100, 100, 100}, {110, 110, 110}));
-    viewer_.scene().addChild(VX::Test::makeBox("Near"));
-    driver_.settle();
-    driver_.doublePress("Far", "Scene");
-    const PixelRect area = viewer_.view().area();
-    const auto middle = viewer_.view().camera().project(Vector3d(105, 105, 105), {area.width, area.height});
-    ASSERT_TRUE(middle);
-    EXPECT_TRUE(middle->isApprox(Vector2d(area.width, area.height) / 2, 0.1))
-        << middle->transpose() << " of " << area.width << 'x' << area.height;
-}
-
 TEST_F(ImGuiMenuTests, GivesTheSceneTheWholeWidthOfASmallWindow)
 {
     session_.window().setFramebufferSize({400, 400});
@@ -276,10 +221,12 @@ TEST_F(ImGuiMenuTests, GivesTheSceneTheWholeWidthOfASmallWindow)
 
 TEST_F(ImGuiMenuTests, GrowsWithTheContentScale)
 {
-    const UiItem small = *driver_.find("Open", "Top Bar");
+    session_.window().setFramebufferSize({2000, 1400});
+    addBoxes_();
+    const UiItem small = *driver_.find("Show One", "Scene");
     session_.window().setContentScale(2);
     driver_.settle();
-    const UiItem large = *driver_.find("Open", "Top Bar");
+    const UiItem large = *driver_.find("Show One", "Scene");
     EXPECT_NEAR((large.max - large.min).y(), 2 * (small.max - small.min).y(), 1);
     EXPECT_NEAR((large.max - large.min).x(), 2 * (small.max - small.min).x(), 4);
 }
@@ -295,12 +242,6 @@ TEST_F(ImGuiMenuTests, EverythingThatCanBePressedIsLargeEnough)
             EXPECT_GE((item.max - item.min).minCoeff(), 28) << item.label;
         }
     }
-}
-
-TEST_F(ImGuiMenuTests, ExplainsAButtonWhileTheMouseRestsOnIt)
-{
-    driver_.hover("Open", "Top Bar");
-    EXPECT_TRUE(driver_.waitFor([&] { return driver_.shows("Open files") && driver_.shows("Ctrl+O"); }));
 }
 
 TEST_F(ImGuiMenuTests, HasNoShortcutsAfterItsShutdown)

@@ -1,13 +1,14 @@
 #include "UiTestScene.h"
 #include "tests/support/ui/UiDriver.h"
 
-#include <VXViewer/ImGuiMenu.h>
 #include <VXViewer/MainLoop.h>
+#include <VXViewer/RibbonMenu.h>
 #include <VXViewer/SceneView.h>
 #include <VXViewer/Selection.h>
 #include <VXViewer/ShortcutManager.h>
 #include <VXViewer/UI.h>
 #include <VXViewer/Viewer.h>
+#include <VXViewer/ViewerPlugin.h>
 
 #define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
@@ -20,7 +21,7 @@ namespace
 {
 
 /// A menu with a text field besides.
-class MenuWithTextField : public ImGuiMenu
+class MenuWithTextField : public RibbonMenu
 {
 public:
     void drawAdditionalWindows() override
@@ -28,10 +29,32 @@ public:
         UI::beginWindow("Field Window", ImGuiWindowFlags_AlwaysAutoResize);
         UI::inputText("Field", text);
         UI::endWindow();
-        ImGuiMenu::drawAdditionalWindows();
+        RibbonMenu::drawAdditionalWindows();
     }
 
     std::string text;
+};
+
+/// Takes what it is told to take of the input over the scene.
+class TakingPlugin : public ViewerPlugin
+{
+public:
+    bool handleSceneInput(const InputEvent& event) override
+    {
+        moves += std::holds_alternative<MouseMoveEvent>(event) ? 1 : 0;
+        if (const auto* button = std::get_if<MouseButtonEvent>(&event))
+            (button->pressed ? presses : releases) += 1;
+        keys += std::holds_alternative<KeyEvent>(event) ? 1 : 0;
+        focusLosses += std::holds_alternative<FocusEvent>(event) ? 1 : 0;
+        return takes;
+    }
+
+    bool takes = true;
+    int moves = 0;
+    int presses = 0;
+    int releases = 0;
+    int keys = 0;
+    int focusLosses = 0;
 };
 
 } // namespace
@@ -143,6 +166,93 @@ TEST_F(InputRouterTests, GivesKeysToATextFieldInsteadOfShortcuts)
     driver_.key(GLFW_KEY_DELETE);
     EXPECT_EQ(menu_->text, "y");
     EXPECT_EQ(viewer_.scene().children().size(), 1U);
+}
+
+TEST_F(InputRouterTests, AsksThePlugInAddedLastFirst)
+{
+    const auto first = std::make_shared<TakingPlugin>();
+    const auto last = std::make_shared<TakingPlugin>();
+    viewer_.addPlugin(first);
+    viewer_.addPlugin(last);
+    driver_.click(middleOfScene_());
+    EXPECT_EQ(last->presses, 1);
+    EXPECT_EQ(first->presses, 0);
+    last->takes = false;
+    driver_.click(middleOfScene_());
+    EXPECT_EQ(last->presses, 2);
+    EXPECT_EQ(first->presses, 1);
+}
+
+TEST_F(InputRouterTests, LeavesTheCameraAloneInADragThatAPlugInTook)
+{
+    const auto plugin = std::make_shared<TakingPlugin>();
+    viewer_.addPlugin(plugin);
+    const Camera before = viewer_.view().camera();
+    driver_.drag(middleOfScene_(), middleOfScene_() + Vector2f(120, 0));
+    EXPECT_TRUE(viewer_.view().camera() == before);
+    EXPECT_EQ(plugin->releases, 1);
+    viewer_.removePlugin(*plugin);
+    driver_.drag(middleOfScene_(), middleOfScene_() + Vector2f(120, 0));
+    EXPECT_FALSE(viewer_.view().camera() == before);
+}
+
+TEST_F(InputRouterTests, GivesAPlugInAllOfADragThatItTook)
+{
+    const auto plugin = std::make_shared<TakingPlugin>();
+    viewer_.addPlugin(plugin);
+    driver_.drag(middleOfScene_(), {20, 300});
+    EXPECT_EQ(plugin->releases, 1);
+    EXPECT_GE(plugin->moves, 4);
+}
+
+TEST_F(InputRouterTests, LeavesTheSceneAloneWhenAPlugInGoesInItsDrag)
+{
+    const auto plugin = std::make_shared<TakingPlugin>();
+    viewer_.addPlugin(plugin);
+    const Camera before = viewer_.view().camera();
+    session_.window().inject(MouseButtonEvent{GLFW_MOUSE_BUTTON_LEFT, true, 0, middleOfScene_(), 1});
+    driver_.settle();
+    viewer_.removePlugin(*plugin);
+    session_.window().inject(MouseMoveEvent{middleOfScene_() + Vector2f(120, 0), 0});
+    session_.window().inject(MouseButtonEvent{GLFW_MOUSE_BUTTON_LEFT, false, 0, middleOfScene_(), 1});
+    driver_.settle();
+    EXPECT_TRUE(viewer_.view().camera() == before);
+    driver_.drag(middleOfScene_(), middleOfScene_() + Vector2f(120, 0));
+    EXPECT_FALSE(viewer_.view().camera() == before);
+}
+
+TEST_F(InputRouterTests, KeepsThePlugInsOutOfADragOfTheCamera)
+{
+    const auto plugin = std::make_shared<TakingPlugin>();
+    plugin->takes = false;
+    viewer_.addPlugin(plugin);
+    driver_.moveTo(middleOfScene_());
+    const int moves = plugin->moves;
+    driver_.drag(middleOfScene_(), middleOfScene_() + Vector2f(120, 0));
+    EXPECT_EQ(plugin->presses, 1);
+    EXPECT_EQ(plugin->releases, 0);
+    EXPECT_LE(plugin->moves, moves + 1);
+}
+
+TEST_F(InputRouterTests, GivesPlugInsTheKeysThatNoShortcutTakes)
+{
+    const auto plugin = std::make_shared<TakingPlugin>();
+    viewer_.addPlugin(plugin);
+    driver_.key(GLFW_KEY_J);
+    EXPECT_GE(plugin->keys, 1);
+    const int before = plugin->keys;
+    session_.window().inject(KeyEvent{GLFW_KEY_A, 0, KeyEvent::Action::Press, GLFW_MOD_CONTROL});
+    driver_.settle();
+    EXPECT_EQ(plugin->keys, before);
+}
+
+TEST_F(InputRouterTests, TellsPlugInsThatTheWindowLostTheKeyboard)
+{
+    const auto plugin = std::make_shared<TakingPlugin>();
+    viewer_.addPlugin(plugin);
+    session_.window().inject(FocusEvent{false});
+    driver_.settle();
+    EXPECT_EQ(plugin->focusLosses, 1);
 }
 
 TEST_F(InputRouterTests, OpensDroppedFiles)

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
 namespace VX
 {
@@ -19,11 +21,12 @@ void appendNumber(std::string& bytes, std::size_t number)
         bytes.push_back(static_cast<char>(number >> shift & 0xFFU));
 }
 
-/// A gettext catalogue, as msgfmt makes it, of the header and one text.
+/// A gettext catalogue, as msgfmt makes it, of the header and one text. The forms of a plural have a NUL between them.
 std::string catalog(const std::string& text, const std::string& translation)
 {
-    const std::vector<std::pair<std::string, std::string>> entries{{"", "Content-Type: text/plain; charset=UTF-8\n"},
-                                                                   {text, translation}};
+    const std::vector<std::pair<std::string, std::string>> entries{
+        {"", "Content-Type: text/plain; charset=UTF-8\nPlural-Forms: nplurals=3; plural=n==1 ? 0 : n<5 ? 1 : 2;\n"},
+        {text, translation}};
     const std::size_t tables = 28;
     const std::size_t texts = tables + entries.size() * 16;
     std::string originals;
@@ -98,6 +101,38 @@ TEST_F(LocaleTests, KeepsTheCataloguesOfDomainsApart)
     ASSERT_TRUE(Locale::set("de"));
     EXPECT_EQ(Locale::translate("Open", domain), "Auf");
     EXPECT_EQ(Locale::translate("Open"), "Öffnen");
+}
+
+TEST_F(LocaleTests, FindsTheTextsOfOtherDomainsInTheFrameworksOwn)
+{
+    folder_.write("locale/de/LC_MESSAGES/LocaleTest.mo", catalog("Behavior", "Verhalten"));
+    Locale::addDomain("LocaleTest");
+    ASSERT_TRUE(Locale::set("de"));
+    EXPECT_EQ(Locale::translate("Behavior"), "Verhalten");
+}
+
+TEST_F(LocaleTests, TakesTheFormThatTheLanguageHasForANumber)
+{
+    using namespace std::string_literals;
+    EXPECT_EQ(Locale::translate("a file", "{} files", 1), "a file");
+    EXPECT_EQ(Locale::translate("a file", "{} files", 0), "{} files");
+    folder_.write("locale/pl/LC_MESSAGES/VXViewer.mo", catalog("a file\0{} files"s, "plik\0{} pliki\0{} plików"s));
+    ASSERT_TRUE(Locale::set("pl"));
+    EXPECT_EQ(Locale::translate("a file", "{} files", 1), "plik");
+    EXPECT_EQ(Locale::translate("a file", "{} files", 3), "{} pliki");
+    EXPECT_EQ(Locale::translate("a file", "{} files", 25), "{} plików");
+    EXPECT_EQ(Locale::translate("a thing", "{} things", 25), "{} things");
+}
+
+TEST_F(LocaleTests, TellsOfAChange)
+{
+    folder_.write("locale/de/LC_MESSAGES/VXViewer.mo", catalog("Open", "Öffnen"));
+    std::vector<std::string> names;
+    const boost::signals2::scoped_connection connection =
+        Locale::onChanged([&] { names.push_back(Locale::getName()); });
+    Locale::set("de");
+    Locale::set("en");
+    EXPECT_EQ(names, (std::vector<std::string>{"de", "en"}));
 }
 
 TEST_F(LocaleTests, FindsTheFrameworksOwnDomainForAnUnknownName)

@@ -86,6 +86,29 @@ TEST_F(MainLoopTests, DrawsAFrameWhenTheTimeOfARequestedOneHasCome)
     EXPECT_EQ(loop_.framesDrawn(), frames + 1);
 }
 
+TEST_F(MainLoopTests, CallsATimerAgainAndAgainWithoutDrawing)
+{
+    driver_.settle();
+    const std::uint64_t frames = loop_.framesDrawn();
+    int calls = 0;
+    const auto timer = loop_.callEvery(0.02, [&] { ++calls; });
+    EXPECT_TRUE(loop_.turn(true));
+    EXPECT_TRUE(loop_.turn(true));
+    EXPECT_EQ(calls, 2);
+    EXPECT_EQ(loop_.framesDrawn(), frames);
+}
+
+TEST_F(MainLoopTests, CallsATimerNoMoreOnceItsOwnerHasLetGoOfIt)
+{
+    driver_.settle();
+    int calls = 0;
+    auto timer = loop_.callEvery(0, [&] { ++calls; });
+    loop_.turn(false);
+    timer.reset();
+    EXPECT_FALSE(loop_.turn(false));
+    EXPECT_EQ(calls, 1);
+}
+
 TEST_F(MainLoopTests, DrawsForcedFrames)
 {
     driver_.settle();

@@ -1,7 +1,7 @@
 #include "UiTestScene.h"
 #include "tests/support/ui/UiDriver.h"
 
-#include <VXViewer/ImGuiMenu.h>
+#include <VXViewer/RibbonMenu.h>
 #include <VXViewer/Viewer.h>
 
 #define GLFW_INCLUDE_NONE
@@ -22,7 +22,7 @@ protected:
 
     static bool isOpen_(const char* window) { return UiTree::instance().hasWindow(window); }
 
-    std::shared_ptr<ImGuiMenu> menu_ = std::make_shared<ImGuiMenu>();
+    std::shared_ptr<ImGuiMenu> menu_ = std::make_shared<RibbonMenu>();
     VX::Test::ViewerSession session_{menu_};
     VX::Test::UiDriver driver_{session_};
 };
@@ -48,8 +48,9 @@ TEST_F(ModalMessagesTests, ClosesWithEnterAndWithEscape)
 
 TEST_F(ModalMessagesTests, CoversTheRestOfTheInterface)
 {
+    session_.viewer().scene().addChild(VX::Test::makeBox("Box"));
     show_("Text", NotificationType::Info);
-    EXPECT_EQ(driver_.obstacle("Open", "Top Bar"), "\"Open\" in \"Top Bar\" is covered");
+    EXPECT_EQ(driver_.obstacle("Box", "Scene"), "\"Box\" in \"Scene\" is covered");
 }
 
 TEST_F(ModalMessagesTests, JoinsMessagesOfOneKindAndLeavesOutRepetitions)
@@ -74,7 +75,8 @@ TEST_F(ModalMessagesTests, ShowsMessagesOfDifferentKindsOneAfterTheOther)
 
 TEST_F(ModalMessagesTests, PutsTheFileDialogAsideWhileAMessageIsShown)
 {
-    driver_.press("Open", "Top Bar");
+    menu_->chooseFilesToOpen();
+    driver_.settle();
     driver_.type("some text");
     show_("Bad", NotificationType::Error);
     EXPECT_FALSE(isOpen_("File Dialog"));

@@ -39,13 +39,12 @@ TEST_F(SelectionTests, SelectsOneAndNothingElse)
     EXPECT_TRUE(selectedObjects(*root_).empty());
 }
 
-TEST_F(SelectionTests, RemovesAGroupWithWhatIsBelowItAsOne)
+TEST_F(SelectionTests, LeavesOutWhatIsBelowAnotherSelectedObject)
 {
     group_->setSelected(true);
     inner_->setSelected(true);
-    EXPECT_EQ(removeSelected(*root_), 1U);
-    EXPECT_EQ(root_->children(), (std::vector<std::shared_ptr<Object>>{other_}));
-    EXPECT_EQ(group_->children().size(), 1U);
+    other_->setSelected(true);
+    EXPECT_EQ(topmostSelectedObjects(*root_), (std::vector<std::shared_ptr<Object>>{group_, other_}));
 }
 
 } // namespace VX

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,11 +17,12 @@
 namespace VX
 {
 
+class OpenFilesAction;
 class Viewer;
 
 /// Opens files into the scene, wherever they come from: the dialog, dropped files, the command line. Files load in the
 /// background, several at once; what they hold comes into the scene on the UI thread, in the order in which the files
-/// were given.
+/// were given. The files of one call are one step of the history.
 /// @threads the UI thread
 class VXVIEWER_API FileOpening
 {
@@ -56,8 +58,16 @@ public:
 private:
     using Result = tl::expected<LoadedObjects, std::string>;
 
-    void openOne_(const std::filesystem::path& path, std::uint64_t order);
-    void finish_(const std::filesystem::path& path, std::uint64_t order, Result result);
+    /// Files that were given together.
+    struct Batch
+    {
+        std::weak_ptr<OpenFilesAction> action; ///< nothing before the first of them is in the scene
+    };
+
+    void openOne_(const std::filesystem::path& path, std::uint64_t order, const std::shared_ptr<Batch>& batch);
+    void finish_(const std::filesystem::path& path, std::uint64_t order, Batch& batch, Result result);
+    void nameScene_(const std::filesystem::path& path) const;
+    void addStep_(Batch& batch, std::vector<std::shared_ptr<Object>> childrenBefore) const;
     void addInOrder_(std::vector<std::shared_ptr<Object>> objects, std::uint64_t order);
     void showContent_(bool first);
     void report_(NotificationType type, const std::string& text) const;

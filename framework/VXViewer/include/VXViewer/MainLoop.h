@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace VX
 {
@@ -50,6 +51,9 @@ public:
     /// How long the last frame took, in seconds.
     [[nodiscard]] double lastFrameSeconds() const { return lastFrameSeconds_; }
 
+    /// Calls `callback` every `seconds`, without drawing a frame for it, as long as what is returned lives.
+    [[nodiscard]] std::shared_ptr<void> callEvery(double seconds, std::function<void()> callback);
+
     /// Called once, when everything that was to be opened is open (or failed) and drawn.
     void whenLoaded(std::function<void()> callback);
 
@@ -60,15 +64,20 @@ public:
     [[nodiscard]] Image captureWindow();
 
 private:
+    struct Timer;
+
     [[nodiscard]] std::optional<double> waitTime_() const;
     [[nodiscard]] bool isFrameDue_() const;
     void drawFrame_(bool show);
     void start_();
+    void answerCloseRequest_();
+    bool runTimers_();
     void runLoadedCallback_();
 
     Viewer& viewer_;
     std::unique_ptr<InputRouter> router_;
     std::function<void()> loadedCallback_;
+    std::vector<std::weak_ptr<Timer>> timers_;
     int framesToDraw_ = 1;
     bool showLastOnly_ = false;
     bool started_ = false;

@@ -64,7 +64,7 @@ public:
     /// @return true when there is one
     [[nodiscard]] bool process(const KeyEvent& event) const;
 
-    /// "Ctrl+Shift+S"
+    /// "Ctrl+Shift+S", with the names that keys have in the user's language.
     [[nodiscard]] static std::string keyText(ShortcutKey key);
 
 private:

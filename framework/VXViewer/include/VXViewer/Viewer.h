@@ -17,9 +17,11 @@ namespace VX
 
 class CornerControllerObject;
 class FileOpening;
+class HistoryStore;
 class ImGuiMenu;
 class MainLoop;
 class Object;
+class RecentFiles;
 class SceneView;
 class UiSession;
 class ViewerPlugin;
@@ -70,6 +72,9 @@ public:
 
     [[nodiscard]] FileOpening& fileOpening() const;
 
+    /// The steps done to the scene. Never null.
+    [[nodiscard]] const std::shared_ptr<HistoryStore>& getGlobalHistoryStore() const;
+
     /// The interface; null while none is shown.
     [[nodiscard]] UiSession* ui() const;
 
@@ -85,8 +90,11 @@ public:
     /// Null before `setMenuPlugin`.
     [[nodiscard]] const std::shared_ptr<ImGuiMenu>& getMenuPlugin() const;
 
-    /// Adds a plug-in beside the menu: initialised with it, drawn by it.
+    /// Adds a plug-in beside the menu: initialised with it, or now where the interface has started; drawn by it.
     void addPlugin(std::shared_ptr<ViewerPlugin> plugin);
+
+    /// Takes it out again, shut down where the interface has started. @return false when it is not there
+    bool removePlugin(const ViewerPlugin& plugin);
 
     [[nodiscard]] const std::vector<std::shared_ptr<ViewerPlugin>>& plugins() const;
 
@@ -111,6 +119,14 @@ public:
     [[nodiscard]] const std::string& sceneName() const;
 
     void setSceneName(std::string name);
+
+    /// The file that the scene came from or was saved to last; empty where there is none.
+    [[nodiscard]] const std::filesystem::path& sceneFile() const;
+
+    void setSceneFile(std::filesystem::path path);
+
+    /// The files that the user opened or saved lately.
+    [[nodiscard]] RecentFiles& recentFiles() const;
 
     /// The arguments behind the program's name, whole, in UTF-8.
     [[nodiscard]] const std::vector<std::string>& commandLineArguments() const;
@@ -147,8 +163,11 @@ public:
     /// @threads any
     bool takeWakeUp();
 
-    /// Ends the loop.
+    /// Ends the loop, whatever is not saved: `ImGuiMenu::askToClose` asks the user first.
     void requestClose();
+
+    /// True after `requestClose`.
+    [[nodiscard]] bool isClosing() const;
 
     /// With what the program will end; the first code other than 0 stays.
     void setExitCode(int exitCode);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <VXViewer/Export.h>
+#include <VXViewer/InputEvent.h>
 
 namespace VX
 {
@@ -25,6 +26,12 @@ public:
 
     /// Draws this frame's windows and overlays.
     virtual void draw();
+
+    /// Takes input over the scene before the camera does; the plug-in added last is asked first. One that takes the
+    /// press of a button gets all mouse moves and buttons until its release, wherever the mouse goes. A plug-in is told
+    /// that the window lost the keyboard, which ends such a drag.
+    /// @return true when the event was used
+    virtual bool handleSceneInput(const InputEvent& event);
 };
 
 } // namespace VX

@@ -30,11 +30,11 @@ public:
     /// Adds the overlay that lists what the mouse does, shown and hidden with F1.
     virtual void setupMouseControls(Viewer* viewer) const;
 
-    /// Gives the viewer its settings manager and the application its name.
+    /// Gives the viewer its settings manager, with what is stored, and the application its name.
     /// @param reset  forget what earlier runs stored
     virtual void setupSettingsManager(Viewer* viewer, const std::string& applicationName, bool reset) const;
 
-    /// Brings the stored settings that belong to no window into the viewer.
+    /// Configures the viewer for the program that it is part of; nothing here.
     virtual void setupConfiguration(Viewer* viewer) const;
 
     /// Loads the libraries in the folder "extensions" beside the executable, by name, and calls the function

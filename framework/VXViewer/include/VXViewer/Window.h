@@ -80,7 +80,8 @@ public:
 
     virtual void setTitle(const std::string& title) = 0;
 
-    /// The window's place on the screen in the system's coordinates; nothing where there is none.
+    /// The window's place on the screen in the system's coordinates, and while it fills the screen the place to which
+    /// it goes back; nothing where there is none.
     [[nodiscard]] virtual std::optional<PixelRect> placement() const = 0;
 
     virtual void setPlacement(const PixelRect& rect) = 0;
@@ -88,6 +89,14 @@ public:
     [[nodiscard]] virtual bool isMaximized() const = 0;
 
     virtual void maximize() = 0;
+
+    /// True where the window is on a screen, all of which it could take up.
+    [[nodiscard]] virtual bool canFillScreen() const { return false; }
+
+    [[nodiscard]] virtual bool isFullScreen() const { return false; }
+
+    /// Takes up all of the screen that it is on, or goes back to where it was.
+    virtual void setFullScreen(bool) {}
 
     virtual void show() = 0;
 

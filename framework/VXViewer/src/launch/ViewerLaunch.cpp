@@ -6,6 +6,7 @@
 #include <VXViewer/MainLoop.h>
 #include <VXViewer/OffscreenWindow.h>
 #include <VXViewer/ProgressBar.h>
+#include <VXViewer/RecentFiles.h>
 #include <VXViewer/Viewer.h>
 #include <VXViewer/ViewerLaunch.h>
 #include <VXViewer/ViewerSettingsManager.h>
@@ -88,6 +89,7 @@ void shutDown(Viewer& viewer, const LaunchParams& params, const ViewerSetup& set
 
 void runLoop(Viewer& viewer, const LaunchParams& params)
 {
+    viewer.recentFiles().setRecording(keepsSettings(viewer, params));
     if (keepsSettings(viewer, params))
     {
         countLaunch(viewer);

@@ -1,9 +1,7 @@
 #include "../menu/Overlays.h"
 #include "ExtendedLibraries.h"
 
-#include <VXMesh/Config.h>
-#include <VXViewer/ImGuiMenu.h>
-#include <VXViewer/Locale.h>
+#include <VXViewer/RibbonMenu.h>
 #include <VXViewer/Viewer.h>
 #include <VXViewer/ViewerSettingsManager.h>
 #include <VXViewer/ViewerSetup.h>
@@ -18,7 +16,7 @@ ViewerSetup::~ViewerSetup() = default;
 
 void ViewerSetup::setupBasePlugins(Viewer* viewer) const
 {
-    viewer->setMenuPlugin(std::make_shared<ImGuiMenu>());
+    viewer->setMenuPlugin(std::make_shared<RibbonMenu>());
 }
 
 void ViewerSetup::setupFrameStatistics(Viewer* viewer) const
@@ -41,12 +39,7 @@ void ViewerSetup::setupSettingsManager(Viewer* viewer, const std::string& applic
     viewer->setSettingsManager(std::move(manager));
 }
 
-void ViewerSetup::setupConfiguration(Viewer*) const
-{
-    const Json::Value language = Config::instance().getJson("language", "en");
-    if (language.isString())
-        Locale::set(language.asString());
-}
+void ViewerSetup::setupConfiguration(Viewer*) const {}
 
 void ViewerSetup::setupExtendedLibraries() const
 {
