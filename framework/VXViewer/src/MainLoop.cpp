@@ -168,10 +168,11 @@ void MainLoop::drawFrame_(bool show)
 {
     Window& window = *viewer_.window();
     const PixelSize size = window.framebufferSize();
+    // In a minimised window too: what asked for a frame would keep the loop awake.
+    nextFrameTime_.reset();
     if (size.isEmpty())
         return;
     const double start = monotonicSeconds();
-    nextFrameTime_.reset();
     SceneView& view = viewer_.view();
     UiSession* ui = viewer_.ui();
     PixelRect sceneArea{0, 0, size.width, size.height};

@@ -4,6 +4,7 @@
 
 #include <VXMesh/ObjectLines.h>
 #include <VXMesh/ObjectPoints.h>
+#include <VXViewer/Locale.h>
 
 #include <gtest/gtest.h>
 
@@ -16,6 +17,14 @@ TEST(SceneFactsTests, WritesCountsInGroupsOfThree)
     EXPECT_EQ(countText(999), "999");
     EXPECT_EQ(countText(1000), "1,000");
     EXPECT_EQ(countText(1234567), "1,234,567");
+}
+
+TEST(SceneFactsTests, WritesNumbersAsTheLanguageDoes)
+{
+    ASSERT_TRUE(Locale::set("de"));
+    EXPECT_EQ(countText(1234567), "1.234.567");
+    EXPECT_EQ(lengthText(12.5), "12,5");
+    Locale::set("en");
 }
 
 TEST(SceneFactsTests, WritesLengthsWithFiveDigitsOrAllBeforeThePoint)

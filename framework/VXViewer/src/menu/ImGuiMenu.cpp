@@ -175,7 +175,8 @@ void ImGuiMenu::drawLeftPanel_()
     const float width = leftPanelWidth();
     const float top = UI::px(topPanelHeight());
     const float bottom = static_cast<float>(size.height) - UI::px(statusHeight);
-    const float split = std::max(top + UI::px(84), bottom - UI::px(informationHeight));
+    // In a low window the two share the height.
+    const float split = bottom - std::min(UI::px(informationHeight), std::round((bottom - top) / 2));
     const auto toRect = [&](float from, float to)
     { return PixelRect{0, static_cast<int>(from), static_cast<int>(width), std::max(1, static_cast<int>(to - from))}; };
 

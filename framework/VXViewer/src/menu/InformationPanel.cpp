@@ -37,7 +37,9 @@ std::string titleText(const std::vector<std::shared_ptr<Object>>& selected)
 
 std::string vectorText(const Vector3d& v)
 {
-    return lengthText(v.x()) + ",  " + lengthText(v.y()) + ",  " + lengthText(v.z());
+    // A comma within the numbers cannot stand between them as well.
+    const std::string between = numberSigns().decimal == ',' ? ";  " : ",  ";
+    return lengthText(v.x()) + between + lengthText(v.y()) + between + lengthText(v.z());
 }
 
 void row(const std::string& name, const std::string& value)

@@ -1,5 +1,7 @@
 #include "SceneFacts.h"
 
+#include "Translate.h"
+
 #include <VXMesh/ObjectLines.h>
 #include <VXMesh/ObjectMesh.h>
 #include <VXMesh/ObjectPoints.h>
@@ -8,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string_view>
 
 namespace VX
 {
@@ -38,11 +41,21 @@ void SceneFacts::add(const Object& object)
     box.extend(object.worldBox());
 }
 
+NumberSigns numberSigns()
+{
+    // The translation is this number as the language writes it.
+    constexpr std::string_view english = "1,234.5";
+    const std::string number = tr("1,234.5");
+    const std::string& shown = number.size() == english.size() ? number : std::string(english);
+    return {shown[1], shown[5]};
+}
+
 std::string countText(std::uint64_t count)
 {
     std::string text = std::to_string(count);
+    const char thousands = numberSigns().thousands;
     for (int i = static_cast<int>(text.size()) - 3; i > 0; i -= 3)
-        text.insert(static_cast<std::size_t>(i), 1, ',');
+        text.insert(static_cast<std::size_t>(i), 1, thousands);
     return text;
 }
 
@@ -56,6 +69,7 @@ std::string lengthText(double length)
         text.erase(text.find_last_not_of('0') + 1);
     if (text.ends_with('.'))
         text.pop_back();
+    std::ranges::replace(text, '.', numberSigns().decimal);
     return text == "-0" ? "0" : text;
 }
 

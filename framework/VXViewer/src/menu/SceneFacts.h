@@ -24,6 +24,15 @@ struct VXVIEWER_API SceneFacts
     void add(const Object& object);
 };
 
+/// What stands in numbers in the user's language.
+struct NumberSigns
+{
+    char thousands = ',';
+    char decimal = '.';
+};
+
+[[nodiscard]] NumberSigns numberSigns();
+
 /// "1,234,567"
 [[nodiscard]] VXVIEWER_API std::string countText(std::uint64_t count);
 

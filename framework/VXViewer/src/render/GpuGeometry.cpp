@@ -4,6 +4,7 @@
 #include "render/GpuUpload.h"
 
 #include <tbb/parallel_reduce.h>
+#include <tbb/task_group.h>
 
 #include <algorithm>
 
@@ -103,17 +104,27 @@ Gl::Buffer makePositions(const Mesh& mesh, const NormalSums& sums, const Creases
     return makeBuffer<GpuVertex>(GL_ARRAY_BUFFER, count + creases.added.size(), fill);
 }
 
-Gl::Buffer makeIndices(const Mesh& mesh, const Creases& creases)
+Gl::Buffer makeIndices(const Mesh& mesh)
 {
     const auto fill = [&](Triangle* triangles)
-    {
-        forEachIndex(mesh.triangles.size(), [&](std::size_t i) { triangles[i] = mesh.triangles[i]; });
-        const auto firstAdded = static_cast<std::uint32_t>(mesh.points.size());
-        for (const Creases::Patch& patch : creases.patches)
-            triangles[patch.corner / 3][patch.corner % 3] = firstAdded + patch.vertex;
-    };
+    { forEachIndex(mesh.triangles.size(), [&](std::size_t i) { triangles[i] = mesh.triangles[i]; }); };
     // Bound to a vertex array's place for indices only later: here any array that is bound would take it.
     return makeBuffer<Triangle>(GL_ARRAY_BUFFER, mesh.triangles.size(), fill);
+}
+
+/// Has the corners at creases take the vertices that those add.
+void patchIndices(const Gl::Buffer& indices, const Mesh& mesh, const Creases& creases)
+{
+    if (creases.patches.empty())
+        return;
+    glBindBuffer(GL_ARRAY_BUFFER, indices.name());
+    auto* const corners = static_cast<std::uint32_t*>(glMapBuffer(GL_ARRAY_BUFFER, GL_WRITE_ONLY));
+    if (corners == nullptr)
+        return;
+    const auto firstAdded = static_cast<std::uint32_t>(mesh.points.size());
+    for (const Creases::Patch& patch : creases.patches)
+        corners[patch.corner] = firstAdded + patch.vertex;
+    glUnmapBuffer(GL_ARRAY_BUFFER);
 }
 
 Gl::Buffer makeVertexColors(const Mesh& mesh, const Creases& creases)
@@ -157,7 +168,12 @@ void GpuTriangles::draw(std::uint32_t first, std::uint32_t number) const
 
 GpuMesh::GpuMesh(const Mesh& mesh)
 {
-    MeshAnalysis analysis = analyzeMesh(mesh);
+    // A software renderer clears a new buffer first, which takes one thread: the others analyse meanwhile.
+    MeshAnalysis analysis;
+    tbb::task_group workers;
+    workers.run([&] { analysis = analyzeMesh(mesh); });
+    Gl::Buffer indices = makeIndices(mesh);
+    workers.wait();
     box = analysis.box;
     center = middleOf(box);
     const Vector3f origin = center.cast<float>();
@@ -174,7 +190,8 @@ GpuMesh::GpuMesh(const Mesh& mesh)
     if (hasVertexColors)
         vertexColors = makeVertexColors(mesh, creases);
     hasFaceColors = !mesh.faceColors.empty();
-    addLevel_(makeIndices(mesh, creases), std::move(analysis.clusters), mesh.faceColors);
+    patchIndices(indices, mesh, creases);
+    addLevel_(std::move(indices), std::move(analysis.clusters), mesh.faceColors);
     edges = GpuSegments(vertices, creases.edges);
 }
 

@@ -43,10 +43,16 @@ std::string joined(const std::vector<std::string>& cells)
 
 bool listRow(const std::string& label, bool selected, ImGuiSelectableFlags flags)
 {
-    ImGui::PushStyleVar(ImGuiStyleVar_SelectableTextAlign, ImVec2(0, 0.5F));
-    const bool pressed = ImGui::Selectable(label.c_str(), selected, flags, {0, px(controlHeight)});
-    ImGui::PopStyleVar();
+    const std::string shown = visiblePart(label);
+    const float width = ImGui::CalcTextSize(shown.c_str()).x + px(16);
+    const bool pressed = ImGui::Selectable(
+        ("##" + label).c_str(), selected,
+        flags | static_cast<ImGuiSelectableFlags>(ImGuiSelectableFlags_SpanAvailWidth), {width, px(controlHeight)});
     record(UiKind::ListRow, label, selected ? "selected" : "");
+    const ImVec2 min = ImGui::GetItemRectMin();
+    const ImVec2 max = ImGui::GetItemRectMax();
+    const float top = std::round((min.y + max.y - ImGui::GetTextLineHeight()) / 2);
+    ImGui::RenderTextClipped({min.x + px(8), top}, {max.x - px(4), max.y}, shown.c_str(), nullptr, nullptr);
     return pressed;
 }
 
