@@ -46,8 +46,10 @@ Result setOption(CommandArguments& result, const std::string& option, const std:
             return tl::unexpected(number.error());
         if (isPort)
             result.port = static_cast<std::uint16_t>(*number);
-        else
+        else if (option == "--listen-fd")
             result.listenFd = *number;
+        else
+            result.parent = *number;
     }
     return {};
 }
@@ -67,7 +69,7 @@ std::map<std::string, bool> optionsOf(Command command)
 {
     std::map<std::string, bool> options{{"--data", true}};
     if (command == Command::Serve)
-        options.insert({{"--config", true}, {"--port", true}, {"--listen-fd", true}, {"--exit-with-parent", false}});
+        options.insert({{"--config", true}, {"--port", true}, {"--listen-fd", true}, {"--exit-with-parent", true}});
     if (takesPassword(command))
         options.emplace("--password-stdin", false);
     return options;
@@ -117,8 +119,6 @@ tl::expected<std::set<std::string>, std::string> readOptions(std::span<const std
             continue;
         }
         seen.insert(argument);
-        if (argument == "--exit-with-parent")
-            result.exitWithParent = true;
         if (!option->second)
             continue;
         if (++i == arguments.size())
@@ -159,7 +159,8 @@ tl::expected<CommandArguments, std::string> CommandArguments::parse(const std::v
 
 std::string commandHelp()
 {
-    return "Usage: quorvix-backend serve --data DIR (--port N | --listen-fd N) [--config FILE] [--exit-with-parent]\n"
+    return "Usage: quorvix-backend serve --data DIR (--port N | --listen-fd N) [--config FILE] [--exit-with-parent "
+           "PID]\n"
            "       quorvix-backend user add EMAIL --password-stdin --data DIR\n"
            "       quorvix-backend user reset EMAIL --password-stdin --data DIR\n"
            "       quorvix-backend user remove EMAIL --data DIR\n"
@@ -170,7 +171,7 @@ std::string commandHelp()
            "  --port N            the port on 127.0.0.1; 0 lets the system choose one\n"
            "  --listen-fd N       the number of an open socket to serve on instead, already bound to its port\n"
            "  --config FILE       a JSON file with the service's settings\n"
-           "  --exit-with-parent  end when the process that started this one has ended\n"
+           "  --exit-with-parent  end when the process PID, which started this one, has ended\n"
            "  --password-stdin    read the account's new password from the first line of the standard input\n"
            "\n"
            "\"user\" works on the accounts: an added one needs no confirmation, and a reset one is signed out\n"

@@ -29,8 +29,8 @@ struct CommandArguments
     std::filesystem::path configFile; ///< empty: none
     std::uint16_t port = 0;           ///< 0: the system chooses
     int listenFd = -1;                ///< a socket to take over; -1: none
-    bool exitWithParent = false;
-    std::string address; ///< of the account to add, remove or reset
+    int parent = 0;                   ///< the process that started this one, to end with; 0: none
+    std::string address;              ///< of the account to add, remove or reset
 
     /// Reads the arguments behind the program's name: a command and its options, or "--help".
     /// @return `Say what to do: "serve" starts the service.`, `Say what to do with users: "add", "list", "remove" or

@@ -26,7 +26,7 @@ std::string startError(int code)
 
 } // namespace
 
-tl::expected<ShutdownWait, std::string> ShutdownWait::create(bool exitWithParent)
+tl::expected<ShutdownWait, std::string> ShutdownWait::create(int parent)
 {
     sigset_t set;
     sigemptyset(&set);
@@ -43,11 +43,10 @@ tl::expected<ShutdownWait, std::string> ShutdownWait::create(bool exitWithParent
     wait.signals_ = signalfd(-1, &set, SFD_CLOEXEC);
     if (wait.signals_ < 0)
         return tl::unexpected(startError(errno));
-    if (!exitWithParent)
+    if (parent == 0)
         return wait;
 
     // A signal on the parent's death would come when the thread ends that started us, not only with the whole process.
-    const pid_t parent = getppid();
     wait.parent_ = openProcessDescriptor(parent);
     if (wait.parent_ < 0 || getppid() != parent)
         return tl::unexpected(startError(wait.parent_ < 0 ? errno : ESRCH));

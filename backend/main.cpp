@@ -50,7 +50,7 @@ tl::expected<VX::ServerConfig, std::string> readConfig(const std::filesystem::pa
 
 int serve(const VX::CommandArguments& arguments)
 {
-    auto shutdown = VX::ShutdownWait::create(arguments.exitWithParent);
+    auto shutdown = VX::ShutdownWait::create(arguments.parent);
     if (!shutdown)
         return startError(shutdown.error());
     auto config = readConfig(arguments.configFile);

@@ -92,12 +92,13 @@ void LocalServices::start()
     std::call_once(started_,
                    [this]
                    {
-                       process_ = std::make_unique<SupervisedProcess>(SupervisedProcess::Command{
-                           program(),
-                           {"serve", "--listen-fd", "3", "--data", utf8string(dataFolder()), "--exit-with-parent"},
-                           socket_,
-                           serviceLog(),
-                           [this](const std::string& reason) { noteEnd_(reason); }});
+                       process_ = std::make_unique<SupervisedProcess>(
+                           SupervisedProcess::Command{program(),
+                                                      {"serve", "--listen-fd", "3", "--data", utf8string(dataFolder()),
+                                                       "--exit-with-parent", std::to_string(getpid())},
+                                                      socket_,
+                                                      serviceLog(),
+                                                      [this](const std::string& reason) { noteEnd_(reason); }});
                    });
 }
 

@@ -10,14 +10,14 @@ namespace
 
 TEST(CommandArguments, readsEveryOption)
 {
-    const auto arguments = CommandArguments::parse(
-        {"serve", "--port", "8080", "--data", "/d", "--config", "/c.json", "--listen-fd", "5", "--exit-with-parent"});
+    const auto arguments = CommandArguments::parse({"serve", "--port", "8080", "--data", "/d", "--config", "/c.json",
+                                                    "--listen-fd", "5", "--exit-with-parent", "42"});
     ASSERT_TRUE(arguments) << arguments.error();
     EXPECT_EQ(arguments->port, 8080);
     EXPECT_EQ(arguments->dataFolder, "/d");
     EXPECT_EQ(arguments->configFile, "/c.json");
     EXPECT_EQ(arguments->listenFd, 5);
-    EXPECT_TRUE(arguments->exitWithParent);
+    EXPECT_EQ(arguments->parent, 42);
     EXPECT_EQ(arguments->command, CommandArguments::Command::Serve);
 }
 
@@ -27,7 +27,7 @@ TEST(CommandArguments, needsNoMoreThanFolderAndPort)
     ASSERT_TRUE(arguments) << arguments.error();
     EXPECT_EQ(arguments->port, 0);
     EXPECT_EQ(arguments->listenFd, -1);
-    EXPECT_FALSE(arguments->exitWithParent);
+    EXPECT_EQ(arguments->parent, 0);
     EXPECT_TRUE(CommandArguments::parse({"serve", "--data", "/d", "--listen-fd", "3"}));
 }
 

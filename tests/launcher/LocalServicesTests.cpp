@@ -1,5 +1,6 @@
 #include "launcher/LocalServices.h"
 
+#include "tests/support/Processes.h"
 #include "tests/support/RawSocket.h"
 #include "tests/support/TempConfig.h"
 #include "tests/support/WaitUntil.h"
@@ -66,7 +67,9 @@ TEST_F(LocalServicesTest, ServeTheSocketAndTheDataOfTheUser)
     install_(R"(echo "$@" >&2; readlink /proc/self/fd/3 >&2; exec sleep 1000)");
     services_->start();
     const auto data = config_.folder().path() / "data/QuorvixTest/services";
-    EXPECT_TRUE(waitForLog_("serve --listen-fd 3 --data " + data.string() + " --exit-with-parent\nsocket:")) << log_();
+    EXPECT_TRUE(waitForLog_("serve --listen-fd 3 --data " + data.string() + " --exit-with-parent " +
+                            std::to_string(VX::Test::ownProcess()) + "\nsocket:"))
+        << log_();
 }
 
 TEST_F(LocalServicesTest, AreStartedOnce)

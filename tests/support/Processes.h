@@ -6,6 +6,9 @@
 namespace VX::Test
 {
 
+/// The number of this process.
+[[nodiscard]] int ownProcess();
+
 /// Kills a process, of ours or not.
 void killProcess(int id);
 

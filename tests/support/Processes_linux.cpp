@@ -47,6 +47,11 @@ std::vector<int> runningProcesses(const std::function<bool(int)>& isWanted)
 
 } // namespace
 
+int ownProcess()
+{
+    return ::getpid();
+}
+
 void killProcess(int id)
 {
     kill(id, SIGKILL);

@@ -44,8 +44,8 @@ private:
 int runBackend(const std::vector<std::string>& arguments, const std::filesystem::path& log,
                const std::filesystem::path& input = "/dev/null");
 
-/// Starts a shell that starts the program and waits for it. Its own number is the result, the program's number is
-/// written to `numberFile`.
+/// Starts a shell that starts the program, which is to end with it, and waits for it. Its own number is the result, the
+/// program's number is written to `numberFile`.
 int startShellOfBackend(const std::vector<std::string>& arguments, const std::filesystem::path& numberFile);
 
 } // namespace VX::Test

@@ -93,7 +93,8 @@ int runBackend(const std::vector<std::string>& arguments, const std::filesystem:
 
 int startShellOfBackend(const std::vector<std::string>& arguments, const std::filesystem::path& numberFile)
 {
-    std::vector<std::string> shell{"-c", "\"$@\" 2>/dev/null & echo $!; wait", "sh", backendProgram().string()};
+    std::vector<std::string> shell{"-c", "\"$@\" --exit-with-parent $$ 2>/dev/null & echo $!; wait", "sh",
+                                   backendProgram().string()};
     shell.insert(shell.end(), arguments.begin(), arguments.end());
     return spawn("/bin/sh", shell, numberFile);
 }

@@ -2,6 +2,7 @@
 #include "tests/backend/support/BackendTestSupport.h"
 #include "tests/support/EnvironmentVariable.h"
 #include "tests/support/PrivateRoot.h"
+#include "tests/support/Processes.h"
 #include "tests/support/TempDir.h"
 
 #include <fmt/format.h>
@@ -198,7 +199,7 @@ TEST_F(BackendSystemTest, endsWithItsParentIfToldTo)
 {
     const auto numberFile = folder.path() / "number";
     auto arguments = configArguments();
-    arguments.insert(arguments.begin(), {"serve", "--data", data.string(), "--port", "0", "--exit-with-parent"});
+    arguments.insert(arguments.begin(), {"serve", "--data", data.string(), "--port", "0"});
     const int shell = startShellOfBackend(arguments, numberFile);
     ASSERT_TRUE(waitUntil([&] { return readLines(numberFile).size() == 1 && exists(data / "service.sqlite"); }));
     const int backend = std::stoi(readLines(numberFile).front());
@@ -207,10 +208,16 @@ TEST_F(BackendSystemTest, endsWithItsParentIfToldTo)
     EXPECT_TRUE(waitUntil([&] { return !isRunning(backend); }));
 }
 
+TEST_F(BackendSystemTest, doesNotStartWhenItsParentHasEndedAlready)
+{
+    EXPECT_EQ(runBackend({"serve", "--port", "0", "--data", data.string(), "--exit-with-parent", "1"}, log), 1);
+    EXPECT_EQ(readFile(log), "The service cannot be started: No such process.\n");
+}
+
 TEST_F(BackendSystemTest, outlivesTheThreadThatStartedIt)
 {
     std::unique_ptr<BackendProcess> backend;
-    std::thread([&] { backend = start({"--exit-with-parent"}); }).join();
+    std::thread([&] { backend = start({"--exit-with-parent", std::to_string(VX::Test::ownProcess())}); }).join();
     EXPECT_EQ(client(backend).run("succeed x"), "converted x");
     EXPECT_EQ(backend->terminate(), 0);
 }
