@@ -61,9 +61,11 @@ float chordOf(double degrees)
 class Region
 {
 public:
-    Region(const Mesh& mesh, const MeshTopology& topology, double toleranceDegrees)
+    Region(const Mesh& mesh, const MeshTopology& topology, double toleranceDegrees,
+           const std::function<bool()>& isToStop)
         : mesh_(mesh)
         , topology_(topology)
+        , isToStop_(isToStop)
         , greatestChord_(chordOf(std::min(toleranceDegrees + kRoundingDegrees, 180.0)))
         , faces_(mesh.triangles.size())
     {
@@ -74,7 +76,7 @@ public:
         std::vector<Member> current{{seed, normalOf(mesh_, seed)}};
         std::vector<Member> next;
         faces_.set(seed);
-        while (!current.empty())
+        while (!current.empty() && !stopped_)
         {
             for (const Member& member : current)
                 addNeighbors_(member, next);
@@ -98,6 +100,8 @@ private:
         {
             for (std::uint32_t other = topology_.nextOnEdge(side); other != side; other = topology_.nextOnEdge(other))
             {
+                if (isTimeToStop_())
+                    return;
                 if (faces_.test(other / 3))
                     continue;
                 const float sign = startOf_(side) == startOf_(other) ? -1.0F : 1.0F;
@@ -112,12 +116,24 @@ private:
         }
     }
 
+    /// Many faces on one edge take steps as many as their square.
+    bool isTimeToStop_()
+    {
+        constexpr std::uint64_t stepsBetweenQuestions = 1 << 16;
+        if (!stopped_ && ++steps_ % stepsBetweenQuestions == 0 && isToStop_)
+            stopped_ = isToStop_();
+        return stopped_;
+    }
+
     [[nodiscard]] std::uint32_t startOf_(std::uint32_t side) const { return mesh_.triangles[side / 3][side % 3]; }
 
     const Mesh& mesh_;
     const MeshTopology& topology_;
+    const std::function<bool()>& isToStop_;
     float greatestChord_;
     FaceSet faces_;
+    std::uint64_t steps_ = 0;
+    bool stopped_ = false;
 };
 
 } // namespace
@@ -165,10 +181,11 @@ FaceSet invertFaces(const FaceSet& faces)
     return result;
 }
 
-FaceSet growRegion(const Mesh& mesh, const MeshTopology& topology, std::uint32_t seedFace, double angleToleranceDegrees)
+FaceSet growRegion(const Mesh& mesh, const MeshTopology& topology, std::uint32_t seedFace, double angleToleranceDegrees,
+                   const std::function<bool()>& isToStop)
 {
     assert(seedFace < mesh.triangles.size() && topology.faceCount() == mesh.triangles.size());
-    return Region(mesh, topology, angleToleranceDegrees).grow(seedFace);
+    return Region(mesh, topology, angleToleranceDegrees, isToStop).grow(seedFace);
 }
 
 } // namespace VX

@@ -7,10 +7,14 @@
 
 #include <VXMesh/FileError.h>
 #include <VXMesh/ObjectFile.h>
+#include <VXMesh/ObjectMesh.h>
 #include <VXMesh/StringConvert.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <limits>
 #include <new>
+#include <utility>
 
 namespace VX
 {
@@ -40,6 +44,20 @@ const FileFormat* findFormat(const std::filesystem::path& path)
     return found == fileFormats().end() ? nullptr : &*found;
 }
 
+/// Corners are numbered with 31 bits.
+bool hasTooManyTriangles(const std::shared_ptr<Object>& object)
+{
+    constexpr std::size_t most = std::numeric_limits<std::int32_t>::max() / 3;
+    bool found = false;
+    visitObjects(std::as_const(*object),
+                 [&](const Object& each)
+                 {
+                     const auto* mesh = dynamic_cast<const ObjectMesh*>(&each);
+                     found |= mesh && mesh->mesh() && mesh->mesh()->triangles.size() > most;
+                 });
+    return found;
+}
+
 std::string unknownFormatText(const std::filesystem::path& path, bool forSaving)
 {
     const std::string_view action = forSaving ? "write" : "open";
@@ -66,7 +84,10 @@ tl::expected<LoadedObjects, std::string> loadObjectFromFile(const std::filesyste
         return tl::unexpected(unknownFormatText(path, false));
     try
     {
-        return format->load(path, progress);
+        auto loaded = format->load(path, progress);
+        if (loaded && std::ranges::any_of(loaded->objects, hasTooManyTriangles))
+            return tl::unexpected(fileErrorText("open", path, "it has a mesh of more than 715,827,882 triangles."));
+        return loaded;
     }
     catch (const std::bad_alloc&)
     {

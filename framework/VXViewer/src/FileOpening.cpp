@@ -97,10 +97,11 @@ void FileOpening::finish_(const std::filesystem::path& path, std::uint64_t order
     {
         std::vector<std::shared_ptr<Object>> childrenBefore = viewer_.scene().children();
         const bool wasEmpty = childrenBefore.empty();
+        std::optional<SceneOrigin> originBefore;
         addInOrder_(std::move(result->objects), order);
         if (wasEmpty)
-            nameScene_(path);
-        addStep_(batch, std::move(childrenBefore));
+            originBefore = nameScene_(path);
+        addStep_(batch, std::move(childrenBefore), std::move(originBefore));
         viewer_.recentFiles().add(path);
         showContent_(wasEmpty);
         for (const std::string& warning : result->warnings)
@@ -110,13 +111,16 @@ void FileOpening::finish_(const std::filesystem::path& path, std::uint64_t order
         orderOfObject_.clear();
 }
 
-void FileOpening::nameScene_(const std::filesystem::path& path) const
+SceneOrigin FileOpening::nameScene_(const std::filesystem::path& path) const
 {
+    SceneOrigin before{viewer_.sceneName(), viewer_.sceneFile()};
     viewer_.setSceneName(utf8string(path.filename()));
     viewer_.setSceneFile(path);
+    return before;
 }
 
-void FileOpening::addStep_(Batch& batch, std::vector<std::shared_ptr<Object>> childrenBefore) const
+void FileOpening::addStep_(Batch& batch, std::vector<std::shared_ptr<Object>> childrenBefore,
+                           std::optional<SceneOrigin> originBefore) const
 {
     if (viewer_.scene().children() == childrenBefore)
         return;
@@ -133,7 +137,8 @@ void FileOpening::addStep_(Batch& batch, std::vector<std::shared_ptr<Object>> ch
     }
     else
     {
-        const auto added = std::make_shared<OpenFilesAction>(viewer_.sceneRoot(), std::move(childrenBefore));
+        const auto added =
+            std::make_shared<OpenFilesAction>(viewer_, std::move(childrenBefore), std::move(originBefore));
         batch.action = added;
         history.append(added);
     }

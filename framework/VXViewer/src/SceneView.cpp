@@ -21,7 +21,6 @@ SceneView::SceneView(std::shared_ptr<Object> root)
     , controller_([this](const Vector2d& pixel) { return pointUnderCursor_(pixel); })
 {
     controller_.setFitter([this](Camera& camera) { SceneRenderer::fit(camera, *root_, size_(), options_.viewport); });
-    themeBackground_ = {options_.backgroundTop, options_.backgroundBottom};
     takeThemeColors_();
     themeConnection_ = ColorTheme::onChanged([this] { takeThemeColors_(); });
 }
@@ -31,12 +30,23 @@ SceneView::~SceneView() = default;
 void SceneView::takeThemeColors_()
 {
     options_.selectedFaces = ColorTheme::selectedFaces();
-    const bool isThemes = std::pair(options_.backgroundTop, options_.backgroundBottom) == themeBackground_;
-    themeBackground_ = {ColorTheme::viewportTop(), ColorTheme::viewportBottom()};
-    if (!isThemes)
+    if (!followsThemeBackground_)
         return;
-    options_.backgroundTop = themeBackground_.first;
-    options_.backgroundBottom = themeBackground_.second;
+    options_.backgroundTop = ColorTheme::viewportTop();
+    options_.backgroundBottom = ColorTheme::viewportBottom();
+}
+
+void SceneView::setBackground(Color top, Color bottom)
+{
+    followsThemeBackground_ = false;
+    options_.backgroundTop = top;
+    options_.backgroundBottom = bottom;
+}
+
+void SceneView::followThemeBackground()
+{
+    followsThemeBackground_ = true;
+    takeThemeColors_();
 }
 
 void SceneView::startGraphics()

@@ -43,6 +43,21 @@ std::vector<std::shared_ptr<ObjectMesh>> meshesWithSelectedFaces(Object& root)
     return meshes;
 }
 
+std::vector<std::shared_ptr<ObjectMesh>> shownMeshesWithSelectedFaces(Object& root)
+{
+    std::vector<std::shared_ptr<ObjectMesh>> meshes = meshesWithSelectedFaces(root);
+    std::erase_if(meshes, [](const std::shared_ptr<ObjectMesh>& mesh) { return !isShown(*mesh); });
+    return meshes;
+}
+
+bool isShown(const Object& object)
+{
+    const Object* each = &object;
+    while (each && each->isVisible())
+        each = each->parent();
+    return !each;
+}
+
 void selectOnly(Object& root, const Object* object)
 {
     visitObjects(root, [&](Object& each) { each.setSelected(&each == object && &each != &root); });

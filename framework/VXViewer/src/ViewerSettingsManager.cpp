@@ -11,6 +11,7 @@
 #include <VXViewer/ViewerSettingsManager.h>
 #include <VXViewer/Window.h>
 
+#include <algorithm>
 #include <optional>
 
 namespace VX
@@ -35,13 +36,15 @@ int intOf(const Json::Value& object, const char* key, int defaultValue)
     return value.isInt() ? value.asInt() : defaultValue;
 }
 
-void loadWindow(const Json::Value& stored, Window& window)
+void loadWindow(const Json::Value& settings, Window& window)
 {
-    const Json::Value& place = stored[windowKey];
+    const Json::Value& place = settings[windowKey];
     if (!place.isObject() || !window.placement())
         return;
-    const PixelRect rect{intOf(place, "x", 0), intOf(place, "y", 0), intOf(place, "width", 0),
-                         intOf(place, "height", 0)};
+    // What a window system counts with.
+    constexpr int largest = 32767;
+    const auto stored = [&](const char* key) { return std::clamp(intOf(place, key, 0), -largest, largest); };
+    const PixelRect rect{stored("x"), stored("y"), stored("width"), stored("height")};
     constexpr int smallest = 200;
     if (rect.width >= smallest && rect.height >= smallest)
         window.setPlacement(rect);

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 namespace VX
@@ -192,6 +193,29 @@ TEST(FaceSelection, RegionFarFromTheOriginIsFlatAsWell)
     for (Vector3f& point : mesh.points)
         point = turn * point + Vector3f(300, -200, 500);
     EXPECT_EQ(grow(mesh, 20, 1).count(), 50U);
+}
+
+TEST(FaceSelection, RegionStopsWhenItIsAskedTo)
+{
+    // All faces share one edge.
+    constexpr std::uint32_t count = 1000;
+    Mesh fan;
+    fan.points = {Vector3f(0, 0, 0), Vector3f(0, 0, 1)};
+    for (std::uint32_t i = 0; i < count; ++i)
+    {
+        const float angle = static_cast<float>(i) * 0.006F;
+        fan.points.emplace_back(std::cos(angle), std::sin(angle), 0.0F);
+        fan.triangles.emplace_back(0, 1, i + 2);
+    }
+    int questions = 0;
+    const FaceSet found = growRegion(fan, MeshTopology(fan), 0, 1,
+                                     [&]
+                                     {
+                                         ++questions;
+                                         return true;
+                                     });
+    EXPECT_EQ(questions, 1);
+    EXPECT_LT(found.count(), count);
 }
 
 } // namespace VX

@@ -130,6 +130,16 @@ TEST_F(MenuSessionLogsTest, tellOfStepsInAScopeOnceAsOne)
     EXPECT_THAT(reported_(), ElementsAre("History Added: Group Objects"));
 }
 
+TEST_F(MenuSessionLogsTest, tellOnceOfAStepThatIsAloneInItsScope)
+{
+    start_();
+    {
+        const HistoryScope scope(history_(), "Object Color");
+        history_().append(step_("Object Color"));
+    }
+    EXPECT_THAT(reported_(), ElementsAre("History Added: Object Color"));
+}
+
 TEST_F(MenuSessionLogsTest, areSilentAboutOtherChangesOfTheHistory)
 {
     start_();

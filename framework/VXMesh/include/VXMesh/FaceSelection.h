@@ -5,6 +5,7 @@
 #include <VXMesh/Geometry.h>
 
 #include <cstdint>
+#include <functional>
 
 namespace VX
 {
@@ -34,8 +35,9 @@ class MeshTopology;
 /// @param topology  of `mesh`
 /// @param seedFace  less than M
 /// @param angleToleranceDegrees  between the normals of neighbouring faces, 0 to 180
+/// @param isToStop  asked now and then: true ends the search with what was found till then; may be empty
 /// @threads any
 [[nodiscard]] VXMESH_API FaceSet growRegion(const Mesh& mesh, const MeshTopology& topology, std::uint32_t seedFace,
-                                            double angleToleranceDegrees);
+                                            double angleToleranceDegrees, const std::function<bool()>& isToStop = {});
 
 } // namespace VX

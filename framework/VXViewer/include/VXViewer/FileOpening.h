@@ -19,6 +19,7 @@ namespace VX
 
 class OpenFilesAction;
 class Viewer;
+struct SceneOrigin;
 
 /// Opens files into the scene, wherever they come from: the dialog, dropped files, the command line. Files load in the
 /// background, several at once; what they hold comes into the scene on the UI thread, in the order in which the files
@@ -66,8 +67,10 @@ private:
 
     void openOne_(const std::filesystem::path& path, std::uint64_t order, const std::shared_ptr<Batch>& batch);
     void finish_(const std::filesystem::path& path, std::uint64_t order, Batch& batch, Result result);
-    void nameScene_(const std::filesystem::path& path) const;
-    void addStep_(Batch& batch, std::vector<std::shared_ptr<Object>> childrenBefore) const;
+    /// @return the origin that the scene had before
+    [[nodiscard]] SceneOrigin nameScene_(const std::filesystem::path& path) const;
+    void addStep_(Batch& batch, std::vector<std::shared_ptr<Object>> childrenBefore,
+                  std::optional<SceneOrigin> originBefore) const;
     void addInOrder_(std::vector<std::shared_ptr<Object>> objects, std::uint64_t order);
     void showContent_(bool first);
     void report_(NotificationType type, const std::string& text) const;

@@ -45,10 +45,16 @@ public:
 
     [[nodiscard]] const Camera& camera() const { return controller_.camera(); }
 
-    /// How the scene is drawn; `scale` follows `setArea`.
+    /// How the scene is drawn; `scale` follows `setArea`, the background is the theme's or that of `setBackground`.
     [[nodiscard]] SceneOptions& options() { return options_; }
 
     [[nodiscard]] const SceneOptions& options() const { return options_; }
+
+    /// Shows these colours behind the scene from now on, whatever the theme is.
+    void setBackground(Color top, Color bottom);
+
+    /// Shows the theme's background, as at first, and changes it with the theme.
+    void followThemeBackground();
 
     [[nodiscard]] CornerControllerObject& cornerController() { return *cornerController_; }
 
@@ -157,8 +163,7 @@ private:
     std::weak_ptr<const Object> shownPreview_;
     std::uint64_t shownPreviewRevision_ = 0;
     SceneOptions options_;
-    /// The background that the theme gave; another one is somebody's choice and outlives a change of the theme.
-    std::pair<Color, Color> themeBackground_;
+    bool followsThemeBackground_ = true;
     boost::signals2::scoped_connection themeConnection_;
     PixelRect area_;
     float scale_ = 1;

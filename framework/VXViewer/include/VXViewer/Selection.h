@@ -23,6 +23,14 @@ class ObjectMesh;
 /// @threads the UI thread
 [[nodiscard]] VXVIEWER_API std::vector<std::shared_ptr<ObjectMesh>> meshesWithSelectedFaces(Object& root);
 
+/// The same without those that are hidden.
+/// @threads the UI thread
+[[nodiscard]] VXVIEWER_API std::vector<std::shared_ptr<ObjectMesh>> shownMeshesWithSelectedFaces(Object& root);
+
+/// Whether the own switch of `object` and those of all above it are on.
+/// @threads the UI thread
+[[nodiscard]] VXVIEWER_API bool isShown(const Object& object);
+
 /// Selects `object` and nothing else below `root`; null selects nothing.
 /// @threads the UI thread
 VXVIEWER_API void selectOnly(Object& root, const Object* object);

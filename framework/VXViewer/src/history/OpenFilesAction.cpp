@@ -3,17 +3,22 @@
 #include "HeldGeometry.h"
 
 #include <VXMesh/Object.h>
+#include <VXViewer/Selection.h>
+#include <VXViewer/Viewer.h>
 
 #include <utility>
 
 namespace VX
 {
 
-OpenFilesAction::OpenFilesAction(std::shared_ptr<Object> root, std::vector<std::shared_ptr<Object>> childrenBefore)
+OpenFilesAction::OpenFilesAction(Viewer& viewer, std::vector<std::shared_ptr<Object>> childrenBefore,
+                                 std::optional<SceneOrigin> originBefore)
     : HistoryAction("Open Files")
-    , root_(std::move(root))
+    , viewer_(viewer)
+    , root_(viewer.sceneRoot())
     , before_(std::move(childrenBefore))
     , after_(root_->children())
+    , otherOrigin_(std::move(originBefore))
 {
 }
 
@@ -25,11 +30,15 @@ void OpenFilesAction::extend()
 void OpenFilesAction::undo()
 {
     root_->setChildren(before_);
+    exchangeOrigin_();
     HeldGeometry held;
     for (const std::shared_ptr<Object>& object : after_)
     {
-        if (!object->parent())
-            held.addTree(*object);
+        if (object->parent())
+            continue;
+        // Else a redo would add it to what is selected by then.
+        selectOnly(*object, nullptr);
+        held.addTree(*object);
     }
     HeldGeometry shown;
     shown.addTree(*root_);
@@ -40,7 +49,19 @@ void OpenFilesAction::undo()
 void OpenFilesAction::redo()
 {
     root_->setChildren(after_);
+    exchangeOrigin_();
     heapBytes_ = 0;
+}
+
+void OpenFilesAction::exchangeOrigin_()
+{
+    if (!otherOrigin_)
+        return;
+    // What the scene was saved to meanwhile is kept, so the present origin is taken instead of that of the first file.
+    SceneOrigin present{viewer_.sceneName(), viewer_.sceneFile()};
+    viewer_.setSceneName(std::move(otherOrigin_->name));
+    viewer_.setSceneFile(std::move(otherOrigin_->file));
+    otherOrigin_ = std::move(present);
 }
 
 } // namespace VX

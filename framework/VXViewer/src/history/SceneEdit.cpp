@@ -15,8 +15,14 @@ class SceneEditRecord
 public:
     void touch(const std::shared_ptr<Object>& object)
     {
-        if (known_.insert(object.get()).second)
-            touched_.push_back({object, ObjectState(*object)});
+        if (!known_.insert(object.get()).second)
+            return;
+        touched_.push_back({object, ObjectState(*object)});
+        Object* root = object.get();
+        while (root->parent())
+            root = root->parent();
+        if (knownRoots_.insert(root).second)
+            selections_.push_back({root->shared_from_this(), SceneSelection(*root)});
     }
 
     /// What differs now.
@@ -40,6 +46,22 @@ public:
         return changes;
     }
 
+    /// The scenes of which the selection differs now.
+    [[nodiscard]] std::vector<SelectionChange> selectionChanges() const
+    {
+        std::vector<SelectionChange> changes;
+        for (const auto& [root, before] : selections_)
+        {
+            // What was touched outside a scene may be in one by now, which counts for it then.
+            if (root->parent())
+                continue;
+            SceneSelection after(*root);
+            if (before != after)
+                changes.push_back({root, before, std::move(after)});
+        }
+        return changes;
+    }
+
 private:
     struct Touched
     {
@@ -47,8 +69,16 @@ private:
         ObjectState before;
     };
 
+    struct TouchedScene
+    {
+        std::shared_ptr<Object> root;
+        SceneSelection before;
+    };
+
     std::vector<Touched> touched_;
     std::unordered_set<const Object*> known_;
+    std::vector<TouchedScene> selections_;
+    std::unordered_set<const Object*> knownRoots_;
 };
 
 SceneEdit::SceneEdit(HistoryStore& store, std::string name)
@@ -71,9 +101,11 @@ void SceneEdit::touch(const std::shared_ptr<Object>& object)
 void SceneEdit::commit()
 {
     std::vector<ObjectChange> changes = record_->changes();
+    std::vector<SelectionChange> selections =
+        changes.empty() ? std::vector<SelectionChange>() : record_->selectionChanges();
     record_ = std::make_unique<SceneEditRecord>();
     if (!changes.empty())
-        store_.append(std::make_shared<SceneEditAction>(name_, std::move(changes)));
+        store_.append(std::make_shared<SceneEditAction>(name_, std::move(changes), std::move(selections)));
 }
 
 } // namespace VX

@@ -1,5 +1,7 @@
 #include "SceneEditAction.h"
 
+#include <VXViewer/Selection.h>
+
 #include <algorithm>
 #include <unordered_set>
 #include <utility>
@@ -24,9 +26,11 @@ const Object* topOf(const Object* object)
 
 } // namespace
 
-SceneEditAction::SceneEditAction(std::string name, std::vector<ObjectChange> changes)
+SceneEditAction::SceneEditAction(std::string name, std::vector<ObjectChange> changes,
+                                 std::vector<SelectionChange> selections)
     : HistoryAction(std::move(name))
     , changes_(std::move(changes))
+    , selections_(std::move(selections))
 {
     updateHeapBytes_(ChangeSide::Before);
 }
@@ -59,6 +63,23 @@ void SceneEditAction::apply_(ChangeSide side)
         for (const std::unique_ptr<FieldChange>& field : change.fields)
             field->apply(*change.object, side);
     }
+    applySelection_(side);
+}
+
+void SceneEditAction::applySelection_(ChangeSide side)
+{
+    // What leaves the scene is selected no longer: coming back it would be selected besides what is clicked meanwhile.
+    const ChangeSide other = side == ChangeSide::Before ? ChangeSide::After : ChangeSide::Before;
+    for (const ObjectChange& change : changes_)
+    {
+        for (const std::shared_ptr<Object>& child : childrenOf(change, other))
+        {
+            if (!child->parent())
+                selectOnly(*child, nullptr);
+        }
+    }
+    for (const SelectionChange& selection : selections_)
+        (side == ChangeSide::Before ? selection.before : selection.after).apply(*selection.root);
 }
 
 bool SceneEditAction::changesFile() const
@@ -101,6 +122,8 @@ void SceneEditAction::updateHeapBytes_(ChangeSide held)
 std::size_t SceneEditAction::ownBytes_() const
 {
     std::size_t bytes = sizeof(*this);
+    for (const SelectionChange& selection : selections_)
+        bytes += sizeof(selection) + selection.before.heapBytes() + selection.after.heapBytes();
     for (const ObjectChange& change : changes_)
     {
         bytes += sizeof(change);

@@ -70,10 +70,11 @@ void BackgroundItem::store_() const
 
 void BackgroundItem::apply_() const
 {
-    SceneOptions& options = viewer_().view().options();
-    const bool ofTheme = kind_ == Kind::Theme;
-    options.backgroundTop = ofTheme ? ColorTheme::viewportTop() : top_;
-    options.backgroundBottom = ofTheme ? ColorTheme::viewportBottom() : kind_ == Kind::OneColor ? top_ : bottom_;
+    SceneView& view = viewer_().view();
+    if (kind_ == Kind::Theme)
+        view.followThemeBackground();
+    else
+        view.setBackground(top_, kind_ == Kind::OneColor ? top_ : bottom_);
 }
 
 void BackgroundItem::drawContent_()

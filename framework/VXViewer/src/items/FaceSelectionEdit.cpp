@@ -10,7 +10,7 @@
 
 #include <GLFW/glfw3.h>
 
-#include <algorithm>
+#include <unordered_map>
 
 namespace VX
 {
@@ -48,17 +48,20 @@ void selectFaces(Viewer& viewer, const std::string& name, const std::vector<Visi
                  FaceSelectionMode mode)
 {
     SceneEdit edit(*viewer.getGlobalHistoryStore(), name);
+    std::unordered_map<const ObjectMesh*, const FaceSet*> foundOf;
+    for (const VisibleFaces& each : found)
+        foundOf.emplace(each.object, &each.faces);
     const auto change = [&](Object& object)
     {
         auto* mesh = dynamic_cast<ObjectMesh*>(&object);
         if (!mesh || !mesh->mesh())
             return;
-        const auto here = std::ranges::find(found, mesh, &VisibleFaces::object);
-        const bool isFound = here != found.end() && here->faces.size() == mesh->mesh()->triangles.size();
+        const auto here = foundOf.find(mesh);
+        const bool isFound = here != foundOf.end() && here->second->size() == mesh->mesh()->triangles.size();
         if (!isFound && (mode != FaceSelectionMode::Replace || !mesh->selectedFaces()))
             return;
         const std::shared_ptr<const FaceSet> faces =
-            isFound ? combineFaces(mesh->selectedFaces(), here->faces, mode) : nullptr;
+            isFound ? combineFaces(mesh->selectedFaces(), *here->second, mode) : nullptr;
         if (isSame(faces, mesh->selectedFaces()))
             return;
         edit.touch(object.shared_from_this());

@@ -1,11 +1,10 @@
 #include "ObjectColorItem.h"
 
 #include "ColorField.h"
+#include "LastingEdit.h"
 #include "SceneSummary.h"
 #include "menu/Translate.h"
 
-#include <VXViewer/HistoryStore.h>
-#include <VXViewer/SceneEdit.h>
 #include <VXViewer/Selection.h>
 #include <VXViewer/UI.h>
 #include <VXViewer/Viewer.h>
@@ -70,7 +69,7 @@ void ObjectColorItem::change_(const std::vector<std::shared_ptr<VisualObject>>& 
                               const std::function<Color(Color)>& newColor)
 {
     if (!edit_)
-        edit_ = std::make_unique<SceneEdit>(*viewer_().getGlobalHistoryStore(), translatable("Object Color"));
+        edit_ = std::make_unique<LastingEdit>(*viewer_().getGlobalHistoryStore(), translatable("Object Color"));
     for (const std::shared_ptr<VisualObject>& target : targets)
     {
         edit_->touch(target);

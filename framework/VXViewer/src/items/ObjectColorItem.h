@@ -12,7 +12,7 @@
 namespace VX
 {
 
-class SceneEdit;
+class LastingEdit;
 class SceneSummary;
 
 /// The window that changes the colour and the transparency of what is selected, with all below it. A drag of the mouse
@@ -36,7 +36,7 @@ private:
                  const std::function<Color(Color)>& newColor);
 
     std::shared_ptr<SceneSummary> scene_;
-    std::unique_ptr<SceneEdit> edit_; ///< while a drag goes on
+    std::unique_ptr<LastingEdit> edit_; ///< while a drag goes on
 };
 
 } // namespace VX

@@ -13,6 +13,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -25,30 +26,72 @@ namespace
 
 using Children = std::vector<std::shared_ptr<Object>>;
 
-void remove(SceneEdit& edit, const std::shared_ptr<Object>& object)
+/// Takes `objects` out of the scene, from each parent at once.
+void removeAll(SceneEdit& edit, const Children& objects)
 {
-    edit.touch(object->parent()->shared_from_this());
-    object->parent()->removeChild(*object);
+    std::unordered_set<const Object*> doomed;
+    std::unordered_set<Object*> parents;
+    for (const std::shared_ptr<Object>& object : objects)
+    {
+        doomed.insert(object.get());
+        parents.insert(object->parent());
+    }
+    for (Object* parent : parents)
+    {
+        edit.touch(parent->shared_from_this());
+        Children left = parent->children();
+        std::erase_if(left, [&](const auto& child) { return doomed.contains(child.get()); });
+        parent->setChildren(std::move(left));
+    }
 }
 
-/// "Box 2" for "Box", "Box 3" for "Box 2": the first number that `siblings` leave free. Nothing for nothing.
-std::string nameOfCopy(const std::string& name, const Children& siblings)
+/// Names for copies beside their originals.
+class CopyNames
 {
-    if (name.empty())
-        return name;
-    const std::size_t digits = name.size() - (name.find_last_not_of("0123456789") + 1);
-    const std::size_t blank = name.size() - digits;
-    const bool numbered = digits > 0 && digits < 9 && blank > 1 && name[blank - 1] == ' ';
-    const std::string stem = numbered ? name.substr(0, blank - 1) : name;
-    std::unordered_set<std::string> taken;
-    for (const auto& sibling : siblings)
-        taken.insert(sibling->name());
-    int number = numbered ? std::stoi(name.substr(blank)) + 1 : 2;
-    std::string result = fmt::format("{} {}", stem, number);
-    while (taken.contains(result))
-        result = fmt::format("{} {}", stem, ++number);
-    return result;
-}
+public:
+    explicit CopyNames(const Children& siblings)
+    {
+        for (const auto& sibling : siblings)
+            taken_.insert(sibling->name());
+    }
+
+    /// "Box 2" for "Box", "Box 3" for "Box 2": the first number that is free, which is taken then. Nothing for nothing.
+    [[nodiscard]] std::string take(const std::string& name)
+    {
+        if (name.empty())
+            return name;
+        const std::size_t digits = name.size() - (name.find_last_not_of("0123456789") + 1);
+        const std::size_t blank = name.size() - digits;
+        const bool numbered = digits > 0 && digits < 9 && blank > 1 && name[blank - 1] == ' ';
+        const std::string stem = numbered ? name.substr(0, blank - 1) : name;
+        const int first = numbered ? std::stoi(name.substr(blank)) + 1 : 2;
+        Run& run = runs_[stem];
+        const int begin = run.contains(first) ? run.begin : first;
+        int number = first;
+        std::string result;
+        do
+        {
+            if (run.contains(number))
+                number = run.end;
+            result = fmt::format("{} {}", stem, number++);
+        } while (!taken_.insert(result).second);
+        run = {begin, number};
+        return result;
+    }
+
+private:
+    /// Numbers that are known to be taken, so that many copies of one name do not count from its first one each.
+    struct Run
+    {
+        [[nodiscard]] bool contains(int number) const { return begin <= number && number < end; }
+
+        int begin = 0;
+        int end = 0;
+    };
+
+    std::unordered_set<std::string> taken_;
+    std::unordered_map<std::string, Run> runs_;
+};
 
 /// The nearest object that all of `objects` are below.
 Object& commonParent(const Children& objects)
@@ -82,58 +125,58 @@ Object& commonParent(const Children& objects)
 void deleteSelectedFaces(Viewer& viewer)
 {
     SceneEdit edit(*viewer.getGlobalHistoryStore(), translatable("Delete Selection"));
-    for (const std::shared_ptr<ObjectMesh>& object : meshesWithSelectedFaces(viewer.scene()))
+    Children emptied;
+    for (const std::shared_ptr<ObjectMesh>& object : shownMeshesWithSelectedFaces(viewer.scene()))
     {
         auto mesh = std::make_shared<Mesh>(deleteFaces(*object->mesh(), *object->selectedFaces()));
         if (mesh->triangles.empty() && object->children().empty())
         {
-            remove(edit, object);
+            emptied.push_back(object);
             continue;
         }
         edit.touch(object);
         object->setMesh(std::move(mesh));
         object->setSelectedFaces(nullptr);
     }
+    removeAll(edit, emptied);
 }
 
 void deleteSelectedObjects(Viewer& viewer)
 {
     SceneEdit edit(*viewer.getGlobalHistoryStore(), translatable("Delete Selection"));
-    std::unordered_set<const Object*> doomed;
-    std::unordered_set<Object*> parents;
-    for (const std::shared_ptr<Object>& object : topmostSelectedObjects(viewer.scene()))
-    {
-        doomed.insert(object.get());
-        parents.insert(object->parent());
-    }
-    for (Object* parent : parents)
-    {
-        edit.touch(parent->shared_from_this());
-        Children left = parent->children();
-        std::erase_if(left, [&](const auto& child) { return doomed.contains(child.get()); });
-        parent->setChildren(std::move(left));
-    }
+    removeAll(edit, topmostSelectedObjects(viewer.scene()));
 }
 
 void duplicateSelectedObjects(Viewer& viewer)
 {
     SceneEdit edit(*viewer.getGlobalHistoryStore(), translatable("Duplicate"));
-    const Children originals = topmostSelectedObjects(viewer.scene());
+    std::unordered_set<const Object*> originals;
+    std::unordered_set<Object*> parents;
+    for (const std::shared_ptr<Object>& object : topmostSelectedObjects(viewer.scene()))
+    {
+        originals.insert(object.get());
+        parents.insert(object->parent());
+    }
     for (const std::shared_ptr<Object>& object : selectedObjects(viewer.scene()))
     {
         edit.touch(object);
         object->setSelected(false);
     }
-    for (const std::shared_ptr<Object>& original : originals)
+    for (Object* parent : parents)
     {
-        Object& parent = *original->parent();
-        edit.touch(parent.shared_from_this());
-        const std::shared_ptr<Object> copy = copyTree(*original);
-        copy->setName(nameOfCopy(original->name(), parent.children()));
-        copy->setSelected(true);
-        Children children = parent.children();
-        children.insert(std::ranges::find(children, original) + 1, copy);
-        parent.setChildren(std::move(children));
+        edit.touch(parent->shared_from_this());
+        CopyNames names(parent->children());
+        Children children;
+        for (const std::shared_ptr<Object>& child : parent->children())
+        {
+            children.push_back(child);
+            if (!originals.contains(child.get()))
+                continue;
+            children.push_back(copyTree(*child));
+            children.back()->setName(names.take(child->name()));
+            children.back()->setSelected(true);
+        }
+        parent->setChildren(std::move(children));
     }
 }
 

@@ -43,9 +43,9 @@ RibbonItems makeObjectItems(Viewer& viewer, const std::shared_ptr<SceneSummary>&
 {
     const auto needsObjects = [scene] { return scene->needsSelectedObjects(); };
     return {
-        std::make_shared<ActionItem>("Delete Selection",
-                                     ItemActions{.press = [&viewer, scene] { deleteSelection(viewer, *scene); },
-                                                 .unavailableReason = [scene] { return scene->needsAnySelection(); }}),
+        std::make_shared<ActionItem>(
+            "Delete Selection", ItemActions{.press = [&viewer, scene] { deleteSelection(viewer, *scene); },
+                                            .unavailableReason = [scene] { return scene->needsAnyShownSelection(); }}),
         std::make_shared<ActionItem>("Duplicate", ItemActions{.press = [&viewer] { duplicateSelectedObjects(viewer); },
                                                               .unavailableReason = needsObjects}),
         std::make_shared<ActionItem>("Group", ItemActions{.press = [&viewer] { groupSelectedObjects(viewer); },

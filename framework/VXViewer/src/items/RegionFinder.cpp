@@ -4,7 +4,10 @@
 #include <VXMesh/MeshTopology.h>
 #include <VXViewer/CommandLoop.h>
 
+#include <spdlog/spdlog.h>
+
 #include <atomic>
+#include <new>
 #include <utility>
 
 namespace VX
@@ -39,20 +42,32 @@ void RegionFinder::find(std::shared_ptr<const Mesh> mesh, std::uint32_t face, do
     const auto work =
         [state = state_, number, mesh = std::move(mesh), face, angleToleranceDegrees, done = std::move(done)]
     {
-        if (state->last != number)
+        const auto isReplaced = [&] { return state->last != number; };
+        if (isReplaced())
             return;
-        if (!state->topology || state->mesh.lock() != mesh)
+        // Without enough memory no face is found.
+        FaceSet faces;
+        try
         {
-            state->topology = std::make_unique<MeshTopology>(*mesh);
-            state->mesh = mesh;
+            if (!state->topology || state->mesh.lock() != mesh)
+            {
+                state->topology = std::make_unique<MeshTopology>(*mesh);
+                state->mesh = mesh;
+            }
+            faces = growRegion(*mesh, *state->topology, face, angleToleranceDegrees, isReplaced);
         }
-        const auto answer =
-            [state, number, done, faces = growRegion(*mesh, *state->topology, face, angleToleranceDegrees)]
+        catch (const std::bad_alloc&)
+        {
+            state->topology.reset();
+            spdlog::error("There is not enough memory to find a region of faces.");
+        }
+        const auto answer = [state, number, done, faces = std::move(faces)]
         {
             if (state->last != number)
                 return;
             state->answered = number;
-            done(faces);
+            if (faces.size() > 0)
+                done(faces);
         };
         CommandLoop::appendCommand(answer);
     };

@@ -3,6 +3,7 @@
 #include "menu/Translate.h"
 
 #include <VXMesh/ObjectMesh.h>
+#include <VXViewer/Selection.h>
 #include <VXViewer/Viewer.h>
 
 namespace VX
@@ -48,7 +49,8 @@ void SceneSummary::update_()
                          ++facts_.flatMeshes;
                          facts_.selectedFlatMeshes += selected;
                      }
-                     facts_.facesSelected = facts_.facesSelected || mesh->selectedFaces();
+                     if (mesh->selectedFaces())
+                         (isShown(object) ? facts_.facesSelected : facts_.hiddenFacesSelected) = true;
                  });
 }
 
@@ -68,6 +70,11 @@ std::string SceneSummary::needsSelectedFaces()
 }
 
 std::string SceneSummary::needsAnySelection()
+{
+    return facts().hiddenFacesSelected ? std::string() : needsAnyShownSelection();
+}
+
+std::string SceneSummary::needsAnyShownSelection()
 {
     return facts().selected == 0 && !facts().facesSelected ? tr("Nothing is selected.") : std::string();
 }

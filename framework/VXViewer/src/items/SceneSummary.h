@@ -31,8 +31,9 @@ public:
         std::size_t selectedMeshes = 0;
         std::size_t flatMeshes = 0;
         std::size_t selectedFlatMeshes = 0;
-        std::size_t selectedVisual = 0; ///< what has a colour
-        bool facesSelected = false;
+        std::size_t selectedVisual = 0;   ///< what has a colour
+        bool facesSelected = false;       ///< of a mesh that shows
+        bool hiddenFacesSelected = false; ///< of a mesh that does not
     };
 
     [[nodiscard]] const Facts& facts();
@@ -42,6 +43,7 @@ public:
     [[nodiscard]] std::string needsSelectedObjects();
     [[nodiscard]] std::string needsSelectedFaces();
     [[nodiscard]] std::string needsAnySelection();
+    [[nodiscard]] std::string needsAnyShownSelection();
     [[nodiscard]] std::string needsMeshes();
 
 private:

@@ -1,10 +1,10 @@
 #include "SelectPrimitivesTool.h"
 
+#include "LastingEdit.h"
 #include "SceneSummary.h"
 #include "menu/Translate.h"
 
 #include <VXMesh/ObjectMesh.h>
-#include <VXViewer/SceneEdit.h>
 #include <VXViewer/SceneView.h>
 #include <VXViewer/UI.h>
 #include <VXViewer/Viewer.h>
@@ -62,7 +62,9 @@ void SelectPrimitivesTool::ended_()
     edit_.reset();
     seed_.reset();
     life_.reset();
-    press_.reset();
+    // The release will not come to the tool any more, and so not to the view.
+    if (std::exchange(press_, std::nullopt) && dragging_)
+        viewer_().view().cancelDrag();
 }
 
 bool SelectPrimitivesTool::handleInput_(const InputEvent& event)
@@ -183,7 +185,7 @@ void SelectPrimitivesTool::replace_(const FaceSet& region)
     if (!object || object->mesh() != seed_->mesh || object->selectedFaces() != seed_->shown)
         return;
     if (!edit_)
-        edit_ = std::make_unique<SceneEdit>(*viewer_().getGlobalHistoryStore(), translatable("Select Primitives"));
+        edit_ = std::make_unique<LastingEdit>(*viewer_().getGlobalHistoryStore(), translatable("Select Primitives"));
     edit_->touch(object);
     object->setSelectedFaces(combineFaces(seed_->before, region, seed_->mode));
     seed_->shown = object->selectedFaces();

@@ -15,7 +15,7 @@ namespace VX
 {
 
 class ObjectMesh;
-class SceneEdit;
+class LastingEdit;
 class SceneSummary;
 
 /// Selects the flat or smoothly curved region around the face that is clicked on. Its window has the angle that ends a
@@ -64,7 +64,7 @@ private:
     std::optional<MouseButtonEvent> press_;
     bool dragging_ = false;
     std::optional<Seed> seed_;
-    std::unique_ptr<SceneEdit> edit_; ///< while the angle changes
+    std::unique_ptr<LastingEdit> edit_; ///< while the angle changes
 
     /// Picks that come when the tool has ended, or is gone, find it changed.
     std::shared_ptr<int> life_;

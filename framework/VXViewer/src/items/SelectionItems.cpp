@@ -21,11 +21,13 @@ namespace
 
 using FaceFunction = std::function<FaceSet(const Mesh&, const FaceSet&)>;
 
-/// Gives each mesh with selected faces those that `change` makes of them.
-void changeFaces(Viewer& viewer, const char* name, const FaceFunction& change)
+using Meshes = std::vector<std::shared_ptr<ObjectMesh>>;
+
+/// Gives each of `meshes`, which have selected faces, those that `change` makes of them.
+void changeFaces(Viewer& viewer, const char* name, const Meshes& meshes, const FaceFunction& change)
 {
     SceneEdit edit(*viewer.getGlobalHistoryStore(), name);
-    for (const std::shared_ptr<ObjectMesh>& object : meshesWithSelectedFaces(viewer.scene()))
+    for (const std::shared_ptr<ObjectMesh>& object : meshes)
     {
         edit.touch(object);
         auto faces = std::make_shared<FaceSet>(change(*object->mesh(), *object->selectedFaces()));
@@ -33,6 +35,12 @@ void changeFaces(Viewer& viewer, const char* name, const FaceFunction& change)
         if (*faces != *object->selectedFaces())
             object->setSelectedFaces(std::move(faces));
     }
+}
+
+/// The same for all that show.
+void changeShownFaces(Viewer& viewer, const char* name, const FaceFunction& change)
+{
+    changeFaces(viewer, name, shownMeshesWithSelectedFaces(viewer.scene()), change);
 }
 
 /// Selects each object below the root or not, as `choose` says.
@@ -54,7 +62,7 @@ void selectAll(Viewer& viewer, SceneSummary& scene)
 {
     const char* name = translatable("Select All");
     if (scene.facts().facesSelected)
-        changeFaces(viewer, name, [](const Mesh&, const FaceSet& faces) { return FaceSet(faces.size(), true); });
+        changeShownFaces(viewer, name, [](const Mesh&, const FaceSet& faces) { return FaceSet(faces.size(), true); });
     else
         chooseObjects(viewer, name,
                       [&](const Object& object) { return object.isSelected() || object.parent() == &viewer.scene(); });
@@ -75,7 +83,7 @@ void invertSelection(Viewer& viewer, SceneSummary& scene)
     const char* name = translatable("Invert Selection");
     if (scene.facts().facesSelected)
     {
-        changeFaces(viewer, name, [](const Mesh&, const FaceSet& faces) { return invertFaces(faces); });
+        changeShownFaces(viewer, name, [](const Mesh&, const FaceSet& faces) { return invertFaces(faces); });
         return;
     }
     // Groups follow from what is in them: what was covered by a selected group is not selected afterwards.
@@ -99,7 +107,7 @@ void invertSelection(Viewer& viewer, SceneSummary& scene)
 void clearSelections(Viewer& viewer)
 {
     const HistoryScope scope(*viewer.getGlobalHistoryStore(), translatable("Clear Selections"));
-    changeFaces(viewer, translatable("Clear Selections"),
+    changeFaces(viewer, translatable("Clear Selections"), meshesWithSelectedFaces(viewer.scene()),
                 [](const Mesh&, const FaceSet& faces) { return FaceSet(faces.size()); });
     chooseObjects(viewer, translatable("Clear Selections"), [](const Object&) { return false; });
 }
@@ -121,11 +129,12 @@ RibbonItems makeSelectionItems(Viewer& viewer, const std::shared_ptr<SceneSummar
                                                  .unavailableReason = [scene] { return scene->needsAnySelection(); }}),
         std::make_shared<ActionItem>(
             "Expand Selected Faces",
-            ItemActions{.press = [&viewer] { changeFaces(viewer, translatable("Expand Selected Faces"), expandFaces); },
+            ItemActions{.press = [&viewer]
+                        { changeShownFaces(viewer, translatable("Expand Selected Faces"), expandFaces); },
                         .unavailableReason = needsFaces}),
         std::make_shared<ActionItem>(
             "Shrink selection",
-            ItemActions{.press = [&viewer] { changeFaces(viewer, translatable("Shrink Selection"), shrinkFaces); },
+            ItemActions{.press = [&viewer] { changeShownFaces(viewer, translatable("Shrink Selection"), shrinkFaces); },
                         .unavailableReason = needsFaces}),
     };
 }

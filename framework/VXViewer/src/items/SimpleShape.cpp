@@ -201,7 +201,9 @@ bool drawLengthField(const std::string& label, float& value, float least, float 
 {
     constexpr float partsOfSize = 200;
     constexpr int mostDecimals = 6;
-    const int decimals = std::clamp(3 - static_cast<int>(std::floor(std::log10(size))), 0, mostDecimals);
+    // The size of a scene may be nothing, or more than a float holds.
+    const float sound = std::clamp(size, 1e-30F, 1e30F);
+    const int decimals = std::clamp(3 - static_cast<int>(std::floor(std::log10(sound))), 0, mostDecimals);
     ImGui::SetNextItemWidth(UI::px(fieldWidth));
     return UI::drag(label, value, size / partsOfSize, least, most, {"mm", decimals});
 }

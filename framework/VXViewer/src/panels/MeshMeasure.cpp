@@ -20,10 +20,13 @@ struct Sums
     std::uint64_t edges = 0; ///< 0 when the edges cancel out
 };
 
-/// A number that looks random, of an edge from one point to another; that of the opposite edge is its negative.
+/// A number that looks random, of an edge from one point to another; that of the opposite edge is its negative, that of
+/// an edge of no length 0.
 /// (The finaliser of SplitMix64: Steele, Lea and Flood, 2014.)
 std::uint64_t edgeNumber(std::uint32_t from, std::uint32_t to)
 {
+    if (from == to)
+        return 0;
     const bool forward = from < to;
     std::uint64_t x = forward ? std::uint64_t{from} << 32U | to : std::uint64_t{to} << 32U | from;
     x += 0x9E3779B97F4A7C15U;

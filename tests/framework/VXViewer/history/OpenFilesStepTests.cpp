@@ -136,4 +136,45 @@ TEST_F(OpenFilesStepTests, AFileThatCannotBeOpenedIsNoStep)
     EXPECT_TRUE(store_.actions().empty());
 }
 
+TEST_F(OpenFilesStepTests, UndoTakesTheNameAndTheFileOfTheSceneAwayAndRedoGivesThemBack)
+{
+    open_({"a.box"});
+    store_.undo();
+    EXPECT_EQ(viewer_.sceneName(), "");
+    EXPECT_EQ(viewer_.sceneFile(), "");
+    store_.redo();
+    EXPECT_EQ(viewer_.sceneName(), "a.box");
+    EXPECT_EQ(viewer_.sceneFile(), "a.box");
+}
+
+TEST_F(OpenFilesStepTests, UndoOfAFurtherFileLeavesTheFileThatTheSceneWasSavedTo)
+{
+    open_({"a.box"});
+    open_({"b.box"});
+    viewer_.setSceneFile("saved.vxu");
+    store_.undo();
+    EXPECT_EQ(viewer_.sceneFile(), "saved.vxu");
+}
+
+TEST_F(OpenFilesStepTests, RedoGivesTheFileBackThatTheSceneWasSavedTo)
+{
+    open_({"a.box"});
+    viewer_.setSceneFile("saved.vxu");
+    store_.undo();
+    EXPECT_EQ(viewer_.sceneFile(), "");
+    store_.redo();
+    EXPECT_EQ(viewer_.sceneFile(), "saved.vxu");
+}
+
+TEST_F(OpenFilesStepTests, RedoSelectsNothing)
+{
+    open_({"a.box"});
+    open_({"b.box"});
+    viewer_.scene().children().back()->setSelected(true);
+    store_.undo();
+    viewer_.scene().children().front()->setSelected(true);
+    store_.redo();
+    EXPECT_FALSE(viewer_.scene().children().back()->isSelected());
+}
+
 } // namespace VX

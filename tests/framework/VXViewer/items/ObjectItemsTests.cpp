@@ -189,4 +189,35 @@ TEST_F(ObjectItemsTests, IsNoStepWhereNothingChanges)
     EXPECT_EQ(history_().position(), 0U);
 }
 
+TEST_F(ObjectItemsTests, DeletesTheSelectedObjectsWhereTheSelectedFacesAreHidden)
+{
+    a_->setSelected(true);
+    selectFaces_(*b_, {0, 1});
+    b_->setVisible(false);
+    expectStep_("Delete Selection");
+    EXPECT_THAT(namesBelow_(viewer_.scene()), ElementsAre("B", "C"));
+    EXPECT_EQ(b_->mesh()->triangles.size(), 12U);
+}
+
+TEST_F(ObjectItemsTests, LeavesTheSelectedFacesBelowAHiddenObject)
+{
+    a_->addChild(b_);
+    a_->setVisible(false);
+    selectFaces_(*b_, {0, 1});
+    selectFaces_(*c_, {0});
+    expectStep_("Delete Selection");
+    EXPECT_EQ(b_->mesh()->triangles.size(), 12U);
+    EXPECT_EQ(c_->mesh()->triangles.size(), 11U);
+}
+
+TEST_F(ObjectItemsTests, NumbersCopiesOfObjectsWithTheSameNameOneAfterAnother)
+{
+    b_->setName("A");
+    a_->setSelected(true);
+    b_->setSelected(true);
+    c_->setName("A 3");
+    expectStep_("Duplicate");
+    EXPECT_THAT(namesBelow_(viewer_.scene()), ElementsAre("A", "A 2", "A", "A 4", "A 3"));
+}
+
 } // namespace VX

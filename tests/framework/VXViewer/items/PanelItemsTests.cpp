@@ -119,6 +119,35 @@ TEST_F(PanelItemsTests, ADragOfTheTransparencyIsOneStepForAllThatIsSelected)
         EXPECT_EQ(box->color(), VisualObject::defaultColor());
 }
 
+TEST_F(PanelItemsTests, NothingIsUndoneWhileAColorIsDragged)
+{
+    const Color before{1, 2, 3, 4};
+    a_->setColor(before);
+    a_->setSelected(true);
+    open_("Object Color");
+    driver_.press("Reset", "Object Color");
+    driver_.hover("Transparency", "Object Color");
+    const auto slider = driver_.find("Transparency", "Object Color");
+    ASSERT_TRUE(slider);
+    const Vector2f middle(slider->min.x() + 60, (slider->min.y() + slider->max.y()) / 2);
+    drag_(middle, true);
+    EXPECT_FALSE(menu_->pressItem("Undo"));
+    release_(middle);
+    EXPECT_EQ(history_().position(), 2U);
+    history_().undo();
+    EXPECT_EQ(a_->color(), VisualObject::defaultColor());
+    history_().undo();
+    EXPECT_EQ(a_->color(), before);
+}
+
+TEST_F(PanelItemsTests, ADraggedColorIsAStepOfItsName)
+{
+    a_->setSelected(true);
+    open_("Object Color");
+    driver_.press("Transparency", "Object Color");
+    EXPECT_EQ(history_().lastActionName(), "Object Color");
+}
+
 TEST_F(PanelItemsTests, TheColorGoesBackToThatOfANewObject)
 {
     a_->setColor({1, 2, 3, 4});
@@ -151,6 +180,31 @@ TEST_F(PanelItemsTests, AChosenBackgroundStaysAndIsKept)
     registerViewerItems(viewer_);
     EXPECT_EQ(options.backgroundTop, (Color{0x10, 0x20, 0x30}));
     EXPECT_EQ(history_().position(), 0U);
+}
+
+TEST_F(PanelItemsTests, AChosenBackgroundStaysThoughItIsAsTheThemes)
+{
+    const Color top = ColorTheme::viewportTop();
+    const Color bottom = ColorTheme::viewportBottom();
+    open_("Background");
+    driver_.press("From top to bottom", "Background");
+    driver_.settle();
+    ColorTheme::setupDefaultLight();
+    EXPECT_EQ(viewer_.view().options().backgroundTop, top);
+    EXPECT_EQ(viewer_.view().options().backgroundBottom, bottom);
+}
+
+TEST_F(PanelItemsTests, TheBackgroundFollowsTheThemeAgainWhereThatIsChosen)
+{
+    open_("Background");
+    for (const char* kind : {"One color", "As the color theme"})
+    {
+        driver_.press(kind, "Background");
+        driver_.settle();
+    }
+    ColorTheme::setupDefaultLight();
+    EXPECT_EQ(viewer_.view().options().backgroundTop, ColorTheme::viewportTop());
+    EXPECT_EQ(viewer_.view().options().backgroundBottom, ColorTheme::viewportBottom());
 }
 
 TEST_F(PanelItemsTests, TheBackgroundGoesFromOneColorToAnother)

@@ -32,7 +32,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Unavailable{"Select all", "The scene is empty."},
                     Unavailable{"Invert Selection", "The scene is empty."}, Unavailable{"Fit", "The scene is empty."},
                     Unavailable{"Flat Shading", "There is no mesh in the scene."},
-                    Unavailable{"Smooth Shading", "There is no mesh in the scene."}));
+                    Unavailable{"Smooth Shading", "There is no mesh in the scene."},
+                    Unavailable{"Select Rectangle", "There is no mesh in the scene."}));
 
 /// Items of a scene in which nothing is selected.
 class NothingSelectedTests : public VX::Test::ItemsFixture, public testing::WithParamInterface<Unavailable>

@@ -37,6 +37,10 @@ TEST_P(AxisViewTests, TurnsTheCameraThere)
 {
     Camera expected;
     expected.setStandardView(GetParam().second);
+    Camera away = viewer_.view().camera();
+    away.setStandardView(GetParam().second == StandardView::Left ? StandardView::Top : StandardView::Left);
+    viewer_.view().controller().setCamera(away);
+    ASSERT_FALSE(away.rotation().isApprox(expected.rotation(), 0.1));
     press_(GetParam().first);
     EXPECT_TRUE(viewer_.view().camera().rotation().isApprox(expected.rotation(), 1e-6));
 }
@@ -134,7 +138,7 @@ TEST_F(ViewItemsTests, ListsTheShortcuts)
 {
     press_("Shortcuts");
     EXPECT_TRUE(item_("Shortcuts").isActive());
-    EXPECT_TRUE(driver_.shows("Search for commands") || UiTree::instance().hasWindow("Shortcuts"));
+    EXPECT_TRUE(UiTree::instance().hasWindow("Shortcuts"));
 }
 
 } // namespace VX

@@ -38,7 +38,7 @@ float luminance(ImU32 color)
 /// The contrast ratio of the same guidelines: 1 to 21.
 float contrast(ImU32 a, ImU32 b)
 {
-    const auto [darker, lighter] = std::minmax(luminance(a), luminance(b));
+    const auto [darker, lighter] = std::minmax({luminance(a), luminance(b)});
     return (lighter + 0.05F) / (darker + 0.05F);
 }
 

@@ -35,6 +35,13 @@ TEST(MeshMeasure, KnowsNoVolumeOfAnOpenSurface)
     EXPECT_FALSE(measure.volume);
 }
 
+TEST(MeshMeasure, MindsNoTriangleWithACornerTwice)
+{
+    Mesh mesh = *VX::Test::makeBox("Box")->mesh();
+    mesh.triangles.emplace_back(0, 0, 1);
+    EXPECT_NEAR(measureMesh(mesh, Transform::Identity()).volume.value_or(0), 1, 1e-9);
+}
+
 TEST(MeshMeasure, KnowsNoVolumeOfASurfaceWithATurnedFace)
 {
     Mesh mesh = *VX::Test::makeBox("Box")->mesh();

@@ -88,6 +88,17 @@ TEST_F(SceneContextMenuTests, OffersTheItemsForObjectsThatAreThere)
     EXPECT_FALSE(driver_.shows("Rename", menuName));
 }
 
+TEST_F(SceneContextMenuTests, OffersNothingThatADeploymentHides)
+{
+    RibbonConfig config;
+    config.hiddenItems = {"Hide"};
+    menu_->applyConfig(config);
+    driver_.settle();
+    openInList_();
+    EXPECT_FALSE(driver_.shows("Hide", menuName));
+    EXPECT_TRUE(driver_.shows("Isolate", menuName));
+}
+
 TEST_F(SceneContextMenuTests, PressesTheItemAndCloses)
 {
     openInList_();

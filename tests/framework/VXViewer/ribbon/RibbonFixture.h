@@ -16,6 +16,7 @@
 #include <GLFW/glfw3.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -43,13 +44,19 @@ public:
 
     void deactivate() override { active = false; }
 
-    void drawPanel() override { ++panels; }
+    void drawPanel() override
+    {
+        ++panels;
+        if (panelDrawn)
+            panelDrawn();
+    }
 
     int presses = 0;
     int panels = 0;
     bool tool = false;
     bool active = false;
     std::string reason;
+    std::function<void()> panelDrawn;
 };
 
 /// A ribbon that tells what it was asked to do.

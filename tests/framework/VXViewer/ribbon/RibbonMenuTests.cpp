@@ -150,6 +150,15 @@ TEST_F(RibbonMenuTests, EndsTheToolBegunLastWithEscape)
     EXPECT_FALSE(item_("Unplaced").active);
 }
 
+TEST_F(RibbonMenuTests, DrawsNoPanelOfAnItemThatThePanelBeforeEnded)
+{
+    item_("Measure").active = item_("Unplaced").active = true;
+    item_("Measure").panelDrawn = [&] { item_("Unplaced").deactivate(); };
+    viewer_.incrementForceRedrawFrames();
+    driver_.settle();
+    EXPECT_EQ(item_("Unplaced").panels, 0);
+}
+
 TEST_F(RibbonMenuTests, EndsItsToolsBeforeItIsShutDown)
 {
     driver_.press("Measure", "Ribbon");
@@ -187,6 +196,15 @@ TEST_F(RibbonMenuTests, TellsOfTheCommandSearch)
     driver_.key(GLFW_KEY_ENTER);
     EXPECT_EQ(activated, 1);
     EXPECT_THAT(menu_->pressed, ElementsAre("Other Thing"));
+}
+
+TEST_F(RibbonMenuTests, TheCommandSearchLeavesOutAnItemThatIsGone)
+{
+    RibbonSchemaHolder::schema().items.erase("Other Thing");
+    driver_.key(GLFW_KEY_P, GLFW_MOD_CONTROL | GLFW_MOD_SHIFT);
+    driver_.type("other");
+    driver_.key(GLFW_KEY_ENTER);
+    EXPECT_THAT(menu_->pressed, ElementsAre());
 }
 
 } // namespace VX

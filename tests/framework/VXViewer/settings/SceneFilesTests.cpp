@@ -147,4 +147,17 @@ TEST_F(SceneFilesTests, FilesDroppedOverAPanelAreOpened)
     EXPECT_EQ(viewer_.sceneFile(), path);
 }
 
+TEST_F(SceneFilesTests, SaveAsksForAFileWhereOpeningTheSceneFileWasUndone)
+{
+    const auto path = sceneFile_("scene.vxu");
+    open_(path);
+    viewer_.getGlobalHistoryStore()->undo();
+    viewer_.scene().addChild(VX::Test::makeBox("New"));
+    files_().save();
+    driver_.settle();
+    EXPECT_TRUE(UiTree::instance().hasWindow("File Dialog"));
+    ASSERT_TRUE(driver_.waitFor([&] { return !files_().isSaving(); }));
+    EXPECT_THAT(namesIn_(path), ElementsAre("Box"));
+}
+
 } // namespace VX

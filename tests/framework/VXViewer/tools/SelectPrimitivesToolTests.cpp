@@ -121,6 +121,28 @@ TEST_F(SelectPrimitivesToolTests, TheAngleLeavesASelectionAloneThatWasUndone)
     EXPECT_EQ(history_().position(), 0U);
 }
 
+TEST_F(SelectPrimitivesToolTests, NothingIsUndoneWhileTheAngleIsDragged)
+{
+    const auto prism = add_(
+        std::make_shared<ObjectMesh>(std::make_shared<const Mesh>(makePrism({.radius = 1, .height = 1, .sides = 12}))));
+    start_("Select Primitives");
+    driver_.click(windowAt_({0, -0.95, 0}));
+    waitForSteps_(1);
+    driver_.hover("Angle tolerance", "Select Primitives");
+    const auto slider = driver_.find("Angle tolerance", "Select Primitives");
+    ASSERT_TRUE(slider);
+    const Vector2f middle(slider->min.x() + 60, (slider->min.y() + slider->max.y()) / 2);
+    session_.window().inject(MouseButtonEvent{0, true, 0, middle, 1});
+    EXPECT_TRUE(driver_.waitFor([&] { return selectedFaces_(*prism).size() == 24; }));
+    EXPECT_FALSE(menu_->pressItem("Undo"));
+    session_.window().inject(MouseButtonEvent{0, false, 0, middle, 1});
+    waitForSteps_(2);
+    history_().undo();
+    EXPECT_THAT(selectedFaces_(*prism), SizeIs(2));
+    history_().undo();
+    EXPECT_THAT(selectedFaces_(*prism), IsEmpty());
+}
+
 TEST_F(SelectPrimitivesToolTests, ADragTurnsTheView)
 {
     const auto box = add_(makeBox("Box"));
@@ -151,6 +173,21 @@ TEST_F(SelectPrimitivesToolTests, EscapeEndsTheToolAndAClickSelectsObjectsAgain)
     driver_.click(windowAt_(top_));
     EXPECT_TRUE(driver_.waitFor([&] { return box->isSelected(); }));
     EXPECT_THAT(selectedFaces_(*box), IsEmpty());
+}
+
+TEST_F(SelectPrimitivesToolTests, EscapeGivesADragOfTheViewUp)
+{
+    add_(makeBox("Box"));
+    start_("Select Primitives");
+    const Vector2f end = windowAt_(top_) + Vector2f(90, 40);
+    session_.window().inject(MouseButtonEvent{0, true, 0, windowAt_(top_), 1});
+    driver_.moveTo(end);
+    driver_.key(GLFW_KEY_ESCAPE);
+    session_.window().inject(MouseButtonEvent{0, false, 0, end, 1});
+    driver_.settle();
+    const Camera before = viewer_.view().camera();
+    driver_.moveTo(end + Vector2f(60, 60));
+    EXPECT_TRUE(viewer_.view().camera() == before);
 }
 
 TEST_F(SelectPrimitivesToolTests, AnotherToolForTheSceneTakesItsPlace)
