@@ -21,7 +21,7 @@ struct RibbonConfig
     std::optional<bool> drawSceneList;   ///< the panel at the left
 
     std::optional<std::vector<std::string>> hiddenTabs;
-    std::optional<std::vector<std::string>> hiddenItems; ///< in the whole ribbon, its search and its toolbar
+    std::optional<std::vector<std::string>> hiddenItems; ///< in the ribbon, its search, toolbar and context menu
     std::optional<std::vector<std::string>> tabOrder;    ///< tabs that are not named follow in their own order
     std::optional<std::vector<RibbonTab>> tabs; ///< each with new groups for the tab of its name, or a tab more
     std::optional<std::vector<std::string>> quickAccess;

@@ -76,6 +76,9 @@ public:
     /// Reshapes the ribbon, in addition to what was applied before.
     void applyConfig(const RibbonConfig& config);
 
+    /// True for an item that a deployment hides from all that offers items.
+    [[nodiscard]] bool isItemHidden(std::string_view name) const;
+
     /// The items that are tools and active, the one begun first in front.
     [[nodiscard]] std::vector<std::shared_ptr<RibbonMenuItem>> activeItems() const;
 

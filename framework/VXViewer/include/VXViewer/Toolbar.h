@@ -51,12 +51,13 @@ public:
     /// Shows the window that changes the choice.
     void openCustomize();
 
-    /// Draws the strip into the top of `area`, and the window where it is open.
+    /// Draws the strip into the top of `area` where it has room, and the window where it is open.
     void draw(const PixelRect& area, const RibbonLayout& layout, RibbonButtons& buttons);
 
 private:
     struct State;
 
+    void drawStrip_(const PixelRect& area, const RibbonLayout& layout, RibbonButtons& buttons);
     void load_() const;
     void save_();
     [[nodiscard]] int version_() const;

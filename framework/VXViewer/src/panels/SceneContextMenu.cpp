@@ -52,14 +52,15 @@ void SceneContextMenu::open(const Vector2f& position)
     viewer_.incrementForceRedrawFrames(3);
 }
 
-std::vector<SceneContextMenu::Entry> SceneContextMenu::entries_()
+std::vector<SceneContextMenu::Entry> SceneContextMenu::entries_() const
 {
+    const auto menu = std::dynamic_pointer_cast<RibbonMenu>(viewer_.getMenuPlugin());
     std::vector<Entry> entries;
     bool beginsSection = false;
     for (const char* name : itemNames)
     {
         const RibbonItemInfo* info = *name != '\0' ? RibbonSchemaHolder::find(name) : nullptr;
-        if (info && info->item)
+        if (info && info->item && !(menu && menu->isItemHidden(name)))
             entries.push_back({info, std::exchange(beginsSection, false)});
         else if (*name == '\0')
             beginsSection = !entries.empty();

@@ -11,8 +11,8 @@ namespace VX
 class Viewer;
 struct RibbonItemInfo;
 
-/// The pop-up with what can be done with the selected objects. It offers the ribbon items that are there, and presses
-/// them through the menu.
+/// The pop-up with what can be done with the selected objects. It offers the ribbon items that are there and that no
+/// deployment hides, and presses them through the menu.
 /// @threads the UI thread
 class SceneContextMenu
 {
@@ -36,7 +36,7 @@ private:
         bool beginsSection = false;
     };
 
-    [[nodiscard]] static std::vector<Entry> entries_();
+    [[nodiscard]] std::vector<Entry> entries_() const;
     [[nodiscard]] std::string drawEntries_(const std::vector<Entry>& entries) const;
     [[nodiscard]] std::string shortcutOf_(const RibbonItemInfo& info) const;
 

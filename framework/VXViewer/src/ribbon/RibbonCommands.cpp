@@ -29,7 +29,10 @@ public:
             add(each, path + " > " + button.caption);
         if (!button.item || !names_.insert(button.name).second)
             return;
-        const RibbonItemInfo& info = *RibbonSchemaHolder::find(button.name);
+        // The layout may be older than the schema until the next frame.
+        const RibbonItemInfo* info = RibbonSchemaHolder::find(button.name);
+        if (!info)
+            return;
         RibbonSearchCommand command{button.name,
                                     button.caption,
                                     button.tooltip,
@@ -37,10 +40,10 @@ public:
                                     path,
                                     shortcuts_ ? shortcuts_->keyOf(button.name) : std::string(),
                                     button.item->unavailableReason(),
-                                    info.keywords};
-        for (const std::string& keyword : info.keywords)
+                                    info->keywords};
+        for (const std::string& keyword : info->keywords)
             command.keywords.push_back(Locale::translate(keyword));
-        command.keywords.push_back(info.caption.empty() ? button.name : info.caption);
+        command.keywords.push_back(info->caption.empty() ? button.name : info->caption);
         commands.push_back(std::move(command));
     }
 

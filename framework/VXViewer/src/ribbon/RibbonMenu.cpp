@@ -294,6 +294,11 @@ void RibbonMenu::applyConfig(const RibbonConfig& config)
         viewer->incrementForceRedrawFrames(2);
 }
 
+bool RibbonMenu::isItemHidden(std::string_view name) const
+{
+    return ribbon_->session && ribbon_->session->layout.isHidden(name);
+}
+
 std::vector<std::shared_ptr<RibbonMenuItem>> RibbonMenu::activeItems() const
 {
     return ribbon_->session ? ribbon_->session->activeItems.items() : std::vector<std::shared_ptr<RibbonMenuItem>>();

@@ -190,7 +190,11 @@ void RibbonMenu::drawItemPanels_()
             active.push_back(info.item);
     }
     for (const std::shared_ptr<RibbonMenuItem>& item : active)
-        item->drawPanel();
+    {
+        // The panel of another one may have ended it.
+        if (item->isActive())
+            item->drawPanel();
+    }
 }
 
 void RibbonMenu::drawToolbar_()

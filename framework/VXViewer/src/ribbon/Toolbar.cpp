@@ -139,6 +139,12 @@ void Toolbar::openCustomize()
 
 void Toolbar::draw(const PixelRect& area, const RibbonLayout& layout, RibbonButtons& buttons)
 {
+    drawStrip_(area, layout, buttons);
+    state_->window.draw(*this, area, layout);
+}
+
+void Toolbar::drawStrip_(const PixelRect& area, const RibbonLayout& layout, RibbonButtons& buttons)
+{
     std::vector<RibbonButton> shown;
     for (const std::string& name : items())
     {
@@ -178,7 +184,6 @@ void Toolbar::draw(const PixelRect& area, const RibbonLayout& layout, RibbonButt
     ImGui::PopStyleVar(2);
     UI::tooltip(more.caption);
     UI::endWindow();
-    state_->window.draw(*this, area, layout);
 }
 
 } // namespace VX

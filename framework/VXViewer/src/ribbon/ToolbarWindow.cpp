@@ -1,6 +1,7 @@
 #include "ToolbarWindow.h"
 
 #include "menu/Translate.h"
+#include "ui/UiDrawing.h"
 
 #include <VXMesh/StringConvert.h>
 #include <VXViewer/RibbonSchemaHolder.h>
@@ -32,19 +33,40 @@ void drawLook(const RibbonButton& button, float room)
     UI::text(UI::elided(button.caption, room - UI::px(28)));
 }
 
+/// An item that the toolbar shows.
+struct ShownItem
+{
+    std::size_t place; ///< among the chosen names, some of which may be hidden or unknown
+    RibbonButton button;
+};
+
+std::vector<ShownItem> shownItems(const std::vector<std::string>& names, const RibbonLayout& layout)
+{
+    std::vector<ShownItem> shown;
+    for (std::size_t place = 0; place < names.size(); ++place)
+    {
+        if (layout.isHidden(names[place]))
+            continue;
+        if (auto button = makeRibbonButton(RibbonSchemaHolder::schema(), names[place]))
+            shown.push_back({place, std::move(*button)});
+    }
+    return shown;
+}
+
 } // namespace
 
 void ToolbarWindow::draw(Toolbar& toolbar, const PixelRect& area, const RibbonLayout& layout)
 {
     if (!open_)
         return;
-    const ImVec2 size(std::min(UI::px(width), static_cast<float>(area.width)),
-                      std::min(UI::px(height), static_cast<float>(area.height)));
+    const ImVec2 space = ImGui::GetMainViewport()->Size;
+    const ImVec2 size(std::min(UI::px(width), space.x), std::min(UI::px(height), space.y));
     ImGui::SetNextWindowPos({static_cast<float>(area.x) + static_cast<float>(area.width) / 2,
                              static_cast<float>(area.y) + static_cast<float>(area.height) / 2},
                             ImGuiCond_Appearing, {0.5F, 0.5F});
     ImGui::SetNextWindowSize(size);
     UI::beginWindow("Customize Toolbar", ImGuiWindowFlags_NoDecoration | ImGuiWindowFlags_NoSavedSettings);
+    UI::keepInside();
     {
         const UI::ScopedFont headline(UI::Font::Headline);
         UI::text(tr("Toolbar"));
@@ -64,51 +86,50 @@ void ToolbarWindow::draw(Toolbar& toolbar, const PixelRect& area, const RibbonLa
     if (UI::button(tr("Reset")))
         toolbar.resetItems();
     UI::tooltip(tr("Back to the items that the program came with"));
+    if (UI::escapePressed())
+        open_ = false;
     UI::endWindow();
 }
 
 void ToolbarWindow::drawChosen_(Toolbar& toolbar, const RibbonLayout& layout)
 {
     std::vector<std::string> names = toolbar.items();
+    const std::vector<ShownItem> shown = shownItems(names, layout);
     bool changed = false;
-    for (std::size_t i = 0; i < names.size(); ++i)
+    // Once one has changed, the rows below have moved.
+    for (std::size_t row = 0; row < shown.size() && !changed; ++row)
     {
-        const auto button = makeRibbonButton(RibbonSchemaHolder::schema(), names[i]);
-        if (!button || layout.isHidden(names[i]))
-            continue;
-        ImGui::PushID(static_cast<int>(i));
+        const auto& [place, button] = shown[row];
+        ImGui::PushID(static_cast<int>(place));
         const float left = ImGui::GetCursorPosX();
         const float top = ImGui::GetCursorPosY();
         const float right = left + ImGui::GetContentRegionAvail().x - 3 * UI::px(rowHeight);
-        drawLook(*button, right - left);
+        drawLook(button, right - left);
         ImGui::SetCursorPos({right, top});
-        const auto at = names.begin() + static_cast<std::ptrdiff_t>(i);
         {
-            const UI::ScopedDisabled first(i == 0);
-            if (UI::iconButton("chevron-up", trf("Move {} up", button->caption)))
+            const UI::ScopedDisabled first(row == 0);
+            if (UI::iconButton("chevron-up", trf("Move {} up", button.caption)))
             {
-                std::iter_swap(at, at - 1);
+                std::swap(names[place], names[shown[row - 1].place]);
                 changed = true;
             }
         }
         ImGui::SetCursorPos({right + UI::px(rowHeight), top});
         {
-            const UI::ScopedDisabled last(i + 1 == names.size());
-            if (UI::iconButton("chevron-down", trf("Move {} down", button->caption)))
+            const UI::ScopedDisabled last(row + 1 == shown.size());
+            if (UI::iconButton("chevron-down", trf("Move {} down", button.caption)))
             {
-                std::iter_swap(at, at + 1);
+                std::swap(names[place], names[shown[row + 1].place]);
                 changed = true;
             }
         }
         ImGui::SetCursorPos({right + 2 * UI::px(rowHeight), top});
-        const bool removed = UI::iconButton("trash", trf("Remove {}", button->caption));
+        if (UI::iconButton("trash", trf("Remove {}", button.caption)))
+        {
+            names.erase(names.begin() + static_cast<std::ptrdiff_t>(place));
+            changed = true;
+        }
         ImGui::PopID();
-        if (removed)
-            names.erase(at);
-        changed = changed || removed;
-        // The rows below have moved.
-        if (changed)
-            break;
     }
     if (changed)
         toolbar.setItems(std::move(names));

@@ -20,7 +20,7 @@ public:
 
     [[nodiscard]] bool isOpen() const { return open_; }
 
-    /// Draws the window, if it is open, into the middle of `area`.
+    /// Draws the window, if it is open: at first in the middle of `area`, and always inside the program's window.
     void draw(Toolbar& toolbar, const PixelRect& area, const RibbonLayout& layout);
 
 private:
