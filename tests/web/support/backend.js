@@ -12,7 +12,8 @@ class Backend {
         fs.writeFileSync(configFile, JSON.stringify(config));
         const backend = new Backend();
         backend.data = path.join(folder, 'data');
-        const args = ['serve', '--port', '0', '--data', backend.data, '--config', configFile, '--exit-with-parent'];
+        const args = ['serve', '--port', '0', '--data', backend.data, '--config', configFile, '--exit-with-parent',
+            String(process.pid)];
         backend.process = new RunningProgram(context, path.join(process.env.QX_BUILD, 'bin/quorvix-backend'), args);
         backend.url = (await backend.process.line(/Serving on (http:\S+)/))[1];
         return backend;
