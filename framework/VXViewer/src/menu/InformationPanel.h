@@ -53,8 +53,6 @@ private:
     std::vector<std::shared_ptr<Object>> selected_;
     SceneFacts facts_;
     std::uint64_t selectedFaces_ = 0;
-    std::string title_;
-    std::string type_;                  ///< of a single object
     std::shared_ptr<Measure> measured_; ///< of a single mesh
     BackgroundTasks worker_{1};
 };

@@ -1,5 +1,6 @@
 #include "ActiveItemList.h"
 
+#include "menu/PanelWindow.h"
 #include "menu/Translate.h"
 
 #include <VXViewer/RibbonMenuItem.h>
@@ -17,10 +18,6 @@ constexpr float edge = 8;
 constexpr float padding = 4;
 constexpr float rowHeight = 28;
 constexpr float icon = 16;
-
-constexpr ImGuiWindowFlags listFlags = ImGuiWindowFlags_NoDecoration | ImGuiWindowFlags_NoMove |
-                                       ImGuiWindowFlags_NoSavedSettings | ImGuiWindowFlags_NoFocusOnAppearing |
-                                       ImGuiWindowFlags_NoBringToFrontOnFocus | ImGuiWindowFlags_NoNav;
 
 } // namespace
 
@@ -65,7 +62,7 @@ void ActiveItemList::draw(const PixelRect& area, const RibbonSchema& schema, Rib
                              static_cast<float>(area.y + area.height) - UI::px(edge) - height});
     ImGui::SetNextWindowSize({width, height});
     ImGui::PushStyleVar(ImGuiStyleVar_WindowPadding, ImVec2(UI::px(padding), UI::px(padding)));
-    UI::beginWindow("Active Tools", listFlags);
+    UI::beginWindow("Active Tools", barFlags);
     ImGui::PopStyleVar();
     float y = UI::px(padding);
     for (const RibbonButton& each : shown)

@@ -2,6 +2,7 @@
 #include "RibbonJson.h"
 #include "RibbonLayout.h"
 #include "ToolbarWindow.h"
+#include "menu/PanelWindow.h"
 #include "menu/Translate.h"
 
 #include <VXMesh/Config.h>
@@ -25,10 +26,6 @@ constexpr float button = 28;
 
 /// The room that the view cube takes at the right.
 constexpr float cubeRoom = 120;
-
-constexpr ImGuiWindowFlags stripFlags = ImGuiWindowFlags_NoDecoration | ImGuiWindowFlags_NoMove |
-                                        ImGuiWindowFlags_NoSavedSettings | ImGuiWindowFlags_NoFocusOnAppearing |
-                                        ImGuiWindowFlags_NoBringToFrontOnFocus | ImGuiWindowFlags_NoNav;
 
 Json::Value toJson(const std::vector<std::string>& names)
 {
@@ -169,7 +166,7 @@ void Toolbar::drawStrip_(const PixelRect& area, const RibbonLayout& layout, Ribb
     ImGui::PushStyleVar(ImGuiStyleVar_WindowPadding, ImVec2(UI::px(padding), UI::px(padding)));
     ImGui::PushStyleVar(ImGuiStyleVar_ItemSpacing, ImVec2(0, 0));
     ImGui::PushStyleVar(ImGuiStyleVar_WindowMinSize, ImVec2(1, 1));
-    UI::beginWindow("Toolbar", stripFlags);
+    UI::beginWindow("Toolbar", barFlags);
     ImGui::PopStyleVar();
     for (const RibbonButton& each : shown)
     {
