@@ -43,6 +43,7 @@ struct Batch
 {
     std::int64_t sessionId;
     std::vector<ActionRecord> actions;
+    bool first; ///< of its session: the platform follows it
 };
 
 bool forbidsTelemetry(const std::vector<std::string>& arguments)
@@ -121,7 +122,8 @@ public:
         state_.platformSent = false;
     }
 
-    /// The actions to send, which are the caller's from then on.
+    /// The actions to send, which are the caller's from then on. Whether they are the first of their session is settled
+    /// here: a sign-out may end the session before they are sent.
     std::optional<Batch> takeDueBatch(bool force)
     {
         const MutexLock lock(mutex_);
@@ -131,14 +133,7 @@ public:
         if (!force && std::chrono::duration_cast<Ticks>(now - state_.lastFlushTime) <= flushInterval)
             return {};
         state_.lastFlushTime = now;
-        return Batch{state_.sessionId, std::exchange(state_.actions, {})};
-    }
-
-    /// True for one caller a session.
-    bool claimPlatform()
-    {
-        const MutexLock lock(mutex_);
-        return !std::exchange(state_.platformSent, true);
+        return Batch{state_.sessionId, std::exchange(state_.actions, {}), !std::exchange(state_.platformSent, true)};
     }
 
     /// Posts `body`; every request of telemetry goes this way.
@@ -285,12 +280,11 @@ void SessionLogs::logAction(std::string name, bool force)
 
 void SessionLogs::flushIfNeeded(bool force)
 {
-    SessionLogsImpl& impl = SessionLogsImpl::instance();
-    const auto batch = impl.takeDueBatch(force);
+    const auto batch = SessionLogsImpl::instance().takeDueBatch(force);
     if (!batch)
         return;
     sendActions(*batch);
-    if (impl.claimPlatform())
+    if (batch->first)
         sendPlatform(batch->sessionId);
 }
 
