@@ -1,3 +1,5 @@
+#include "LocaleCatalogs.h"
+
 #include <VXMesh/StringConvert.h>
 #include <VXMesh/SystemPath.h>
 #include <VXMesh/ThreadAnnotations.h>
@@ -80,10 +82,15 @@ public:
 
     void setLanguage(std::shared_ptr<const Language> language)
     {
+        // From English to English nothing changes.
+        if (language || translates_)
+            ++revision_;
         translates_ = language != nullptr;
         const MutexLock lock(mutex_);
         language_ = std::move(language);
     }
+
+    [[nodiscard]] std::uint64_t revision() const { return revision_; }
 
     [[nodiscard]] bool translates() const { return translates_; }
 
@@ -105,6 +112,7 @@ public:
 
 private:
     std::atomic<bool> translates_ = false;
+    std::atomic<std::uint64_t> revision_ = 0;
     mutable Mutex mutex_;
     std::shared_ptr<const Language> language_ VX_GUARDED_BY(mutex_);
     std::vector<std::string> domains_ VX_GUARDED_BY(mutex_) = {"VXViewer"};
@@ -122,16 +130,22 @@ std::filesystem::path catalogFolder()
     return executable ? executable->parent_path().parent_path() / "locale" : std::filesystem::path();
 }
 
-bool hasCatalog(const std::string& name)
+std::vector<std::filesystem::path> catalogsOf(const std::string& name)
 {
     const std::filesystem::path folder = catalogFolder() / name / "LC_MESSAGES";
-    const std::vector<std::string> domains = LocaleState::instance().domains();
-    return std::any_of(domains.begin(), domains.end(),
-                       [&](const std::string& domain)
-                       {
-                           std::error_code error;
-                           return std::filesystem::is_regular_file(folder / (domain + ".mo"), error);
-                       });
+    std::vector<std::filesystem::path> catalogs;
+    for (const std::string& domain : LocaleState::instance().domains())
+    {
+        std::error_code error;
+        if (std::filesystem::path file = folder / (domain + ".mo"); std::filesystem::is_regular_file(file, error))
+            catalogs.push_back(std::move(file));
+    }
+    return catalogs;
+}
+
+bool hasCatalog(const std::string& name)
+{
+    return !catalogsOf(name).empty();
 }
 
 std::shared_ptr<const Language> loadLanguage(const std::string& name)
@@ -146,7 +160,22 @@ std::shared_ptr<const Language> loadLanguage(const std::string& name)
 
 } // namespace
 
+std::vector<std::filesystem::path> catalogsInUse()
+{
+    return LocaleState::instance().translates() ? catalogsOf(Locale::getName()) : std::vector<std::filesystem::path>();
+}
+
+std::uint64_t catalogsRevision()
+{
+    return LocaleState::instance().revision();
+}
+
 std::string Locale::translate(const std::string& text, int domain)
+{
+    return translateIn(nullptr, text, domain);
+}
+
+std::string Locale::translateIn(const char* context, const std::string& text, int domain)
 {
     const LocaleState& state = LocaleState::instance();
     // The empty text is the key of a catalogue's own header.
@@ -155,7 +184,7 @@ std::string Locale::translate(const std::string& text, int domain)
     if (!language)
         return text;
     const char* translated =
-        findIn(*language, domain, [&](int catalog) { return language->texts.get(catalog, nullptr, text.c_str()); });
+        findIn(*language, domain, [&](int catalog) { return language->texts.get(catalog, context, text.c_str()); });
     return translated ? translated : text;
 }
 
@@ -214,7 +243,7 @@ std::string Locale::getDisplayName(const std::string& name)
                                                                                 {"ko", "한국어"},
                                                                                 {"pt", "Português"},
                                                                                 {"ru", "Русский"},
-                                                                                {"zh", "中文"}}};
+                                                                                {"zh_CN", "简体中文"}}};
     const auto* const found =
         std::find_if(known.begin(), known.end(), [&](const auto& entry) { return entry.first == name; });
     return found != known.end() ? found->second : name;

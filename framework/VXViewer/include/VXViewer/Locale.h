@@ -26,6 +26,10 @@ public:
     /// @threads any
     [[nodiscard]] static std::string translate(const std::string& text, int domain = 0);
 
+    /// The same of a text that means several things in English: `context` (gettext's msgctxt) says which.
+    /// @threads any
+    [[nodiscard]] static std::string translateIn(const char* context, const std::string& text, int domain = 0);
+
     /// The same of a text about `count` things, in the form that the language has for that number. In English it is
     /// `singular` for 1 and `plural` for any other number; the number itself is put in by the caller.
     /// @threads any

@@ -1,3 +1,4 @@
+#include "LineBreaks.h"
 #include "UiDrawing.h"
 #include "UiState.h"
 
@@ -42,6 +43,22 @@ UiItem itemWithRect(UiKind kind, std::string_view label, ImVec2 min, ImVec2 max)
     item.visibleMin = item.min.cwiseMax(toVector(clip.Min));
     item.visibleMax = item.max.cwiseMin(toVector(clip.Max));
     return item;
+}
+
+/// Draws `text` as Dear ImGui does, which ends lines at spaces; those of Chinese and Japanese are ended before.
+void drawText(const std::string& text)
+{
+    const float wrapPosition = ImGui::GetCurrentWindow()->DC.TextWrapPos;
+    if (wrapPosition < 0 || !hasWideSigns(text))
+    {
+        ImGui::TextUnformatted(text.c_str());
+        return;
+    }
+    const ImFont* const font = ImGui::GetFont();
+    const float scale = ImGui::GetFontSize() / font->FontSize;
+    const float width = ImGui::CalcWrapWidthForPos(ImGui::GetCursorScreenPos(), wrapPosition);
+    const auto advance = [&](char32_t sign) { return scale * font->GetCharAdvance(static_cast<ImWchar>(sign)); };
+    ImGui::TextUnformatted(withLineEnds(text, width, advance).c_str());
 }
 
 void addItem(UiKind kind, std::string_view label, ImVec2 max, std::string value)
@@ -233,14 +250,14 @@ void closeModal(const char* name)
 
 void text(const std::string& text)
 {
-    ImGui::TextUnformatted(text.c_str());
+    drawText(text);
     record(UiKind::Text, text);
 }
 
 void secondaryText(const std::string& text)
 {
     ImGui::PushStyleColor(ImGuiCol_Text, color(Color::SecondaryText));
-    ImGui::TextUnformatted(text.c_str());
+    drawText(text);
     ImGui::PopStyleColor();
     record(UiKind::Text, text);
 }
@@ -248,7 +265,7 @@ void secondaryText(const std::string& text)
 void wrappedText(const std::string& text)
 {
     ImGui::PushTextWrapPos(0);
-    ImGui::TextUnformatted(text.c_str());
+    drawText(text);
     ImGui::PopTextWrapPos();
     record(UiKind::Text, text);
 }

@@ -1,9 +1,9 @@
 #include "UiFonts.h"
 
+#include "CatalogTexts.h"
 #include "FontFile.h"
 
 #include <VXMesh/StringConvert.h>
-#include <VXViewer/Locale.h>
 
 #include <imgui.h>
 #include <imgui_internal.h>
@@ -33,9 +33,6 @@ struct SignRange
 /// at every start.
 constexpr std::array usualSigns{SignRange{0x0020, 0x007E}, SignRange{0x00A0, 0x00FF}, SignRange{0x2010, 0x2026},
                                 SignRange{0x20AC, 0x20AC}, SignRange{0x2122, 0x2122}, SignRange{0x2212, 0x2212}};
-
-/// Languages whose letters are few enough to be there from the first frame on.
-constexpr std::array languageSigns{std::pair{std::string_view("ru"), SignRange{0x0400, 0x045F}}};
 
 /// Names in files can ask for any sign: this many fit into a texture at every scale.
 constexpr std::size_t mostExtraSigns = 4000;
@@ -89,6 +86,22 @@ std::filesystem::path usableFile(const RibbonFontManager::Paths& paths, Slot slo
     return std::filesystem::is_regular_file(installed, error) ? installed : std::filesystem::path();
 }
 
+/// Calls `use` with each sign of `text` that is not ASCII.
+template <typename Use>
+void visitSigns(std::string_view text, const Use& use)
+{
+    const auto isPlain = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+    const char* at = std::find_if_not(text.data(), text.data() + text.size(), isPlain);
+    const char* const end = text.data() + text.size();
+    while (at < end)
+    {
+        unsigned codepoint = 0;
+        at += std::max(1, ImTextCharFromUtf8(&codepoint, at, end));
+        if (codepoint >= 0x80)
+            use(static_cast<ImWchar>(codepoint));
+    }
+}
+
 ImFont* addFont(const std::filesystem::path& path, float size, const ImWchar* ranges, bool merge)
 {
     ImFontConfig config;
@@ -119,20 +132,19 @@ const RibbonFontManager::Paths& UiFonts::installedPaths()
 void UiFonts::load(float scale, const RibbonFontManager::Paths& paths)
 {
     outdated_ = false;
+    takeCatalogs_();
     ImGui::GetIO().Fonts->Clear();
     ImFontGlyphRangesBuilder all;
     ImFontGlyphRangesBuilder extra;
     for (const SignRange& range : usualSigns)
         add(all, range);
-    for (const auto& [language, range] : languageSigns)
+    for (const std::set<ImWchar>* signs : {&catalogSigns_, &extraSigns_})
     {
-        if (language == Locale::getName())
-            add(all, range);
-    }
-    for (const ImWchar sign : extraSigns_)
-    {
-        all.AddChar(sign);
-        extra.AddChar(sign);
+        for (const ImWchar sign : *signs)
+        {
+            all.AddChar(sign);
+            extra.AddChar(sign);
+        }
     }
     ranges_.clear();
     extraRanges_.clear();
@@ -142,7 +154,8 @@ void UiFonts::load(float scale, const RibbonFontManager::Paths& paths)
     std::array<std::filesystem::path, std::tuple_size_v<RibbonFontManager::Paths>> files;
     for (const Slot slot : {Slot::Regular, Slot::SemiBold, Slot::Monospace})
         files.at(static_cast<std::size_t>(slot)) = usableFile(paths, slot);
-    const std::filesystem::path fallback = extraSigns_.empty() ? std::filesystem::path() : usableFile(paths, Slot::CJK);
+    const bool needsFallback = !catalogSigns_.empty() || !extraSigns_.empty();
+    const std::filesystem::path fallback = needsFallback ? usableFile(paths, Slot::CJK) : std::filesystem::path();
     bool missing = false;
     for (std::size_t i = 0; i < faces.size(); ++i)
     {
@@ -168,19 +181,31 @@ bool UiFonts::isLoaded_(ImWchar sign) const
     return isUsual(sign) || (fonts_.front() && fonts_.front()->FindGlyphNoFallback(sign));
 }
 
+void UiFonts::takeCatalogs_()
+{
+    if (catalogs_ == catalogsRevision())
+        return;
+    catalogs_ = catalogsRevision();
+    catalogSigns_.clear();
+    for (const std::filesystem::path& catalog : catalogsInUse())
+    {
+        visitSigns(translationsIn(catalog),
+                   [this](ImWchar sign)
+                   {
+                       if (!isUsual(sign))
+                           catalogSigns_.insert(sign);
+                   });
+    }
+}
+
 void UiFonts::need(std::string_view text)
 {
-    const auto isPlain = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
-    const char* at = std::find_if_not(text.data(), text.data() + text.size(), isPlain);
-    const char* const end = text.data() + text.size();
-    while (at < end)
-    {
-        unsigned codepoint = 0;
-        at += std::max(1, ImTextCharFromUtf8(&codepoint, at, end));
-        const auto sign = static_cast<ImWchar>(codepoint);
-        if (codepoint >= 0x80 && !isLoaded_(sign) && extraSigns_.size() < mostExtraSigns)
-            outdated_ = extraSigns_.insert(sign).second || outdated_;
-    }
+    visitSigns(text,
+               [this](ImWchar sign)
+               {
+                   if (!isLoaded_(sign) && extraSigns_.size() < mostExtraSigns)
+                       outdated_ = extraSigns_.insert(sign).second || outdated_;
+               });
 }
 
 } // namespace VX

@@ -1,17 +1,20 @@
 #pragma once
 
+#include "LocaleCatalogs.h"
+
 #include <VXViewer/RibbonFontManager.h>
 
 #include <array>
+#include <cstdint>
 #include <set>
 #include <string_view>
 
 namespace VX
 {
 
-/// The fonts of the interface in the current Dear ImGui context. The signs that most texts are made of are always
-/// there; others come in when a text needs them, those of Chinese, Japanese and Korean from a file that is not even
-/// opened before.
+/// The fonts of the interface in the current Dear ImGui context. The signs that most texts are made of and those of the
+/// language's translations are always there; others come in when a text needs them, those of Chinese, Japanese and
+/// Korean from a file that is not even opened before.
 /// @threads the UI thread
 class UiFonts
 {
@@ -29,17 +32,20 @@ public:
     /// Asks for the signs of `text` that are not loaded.
     void need(std::string_view text);
 
-    /// True when `load` is due: signs or files have changed.
-    [[nodiscard]] bool isOutdated() const { return outdated_; }
+    /// True when `load` is due: signs, files or the language have changed.
+    [[nodiscard]] bool isOutdated() const { return outdated_ || catalogs_ != catalogsRevision(); }
 
     void setOutdated() { outdated_ = true; }
 
 private:
     [[nodiscard]] bool isLoaded_(ImWchar sign) const;
+    void takeCatalogs_();
 
     std::array<ImFont*, 5> fonts_{};
-    std::set<ImWchar> extraSigns_; ///< asked for, whether a font has them or not
-    ImVector<ImWchar> ranges_;     ///< the atlas reads them until it is built
+    std::set<ImWchar> catalogSigns_; ///< of the language's translations
+    std::uint64_t catalogs_ = 0;     ///< the revision that they are of
+    std::set<ImWchar> extraSigns_;   ///< asked for, whether a font has them or not
+    ImVector<ImWchar> ranges_;       ///< the atlas reads them until it is built
     ImVector<ImWchar> extraRanges_;
     bool outdated_ = false;
 };

@@ -1,3 +1,4 @@
+#include "../menu/Translate.h"
 #include "UiDrawing.h"
 
 #include <VXViewer/UI.h>
@@ -38,7 +39,38 @@ public:
     ScopedInputFrame& operator=(const ScopedInputFrame&) = delete;
 };
 
-std::size_t countCharacters(const std::string& text)
+/// Keeps what is typed meanwhile from the clipboard.
+class ScopedNoCopying
+{
+public:
+    explicit ScopedNoCopying(bool active)
+        : copy_(ImGui::GetIO().SetClipboardTextFn)
+    {
+        if (active)
+            ImGui::GetIO().SetClipboardTextFn = nullptr;
+    }
+
+    ~ScopedNoCopying() { ImGui::GetIO().SetClipboardTextFn = copy_; }
+
+    ScopedNoCopying(const ScopedNoCopying&) = delete;
+    ScopedNoCopying& operator=(const ScopedNoCopying&) = delete;
+
+private:
+    decltype(ImGuiIO::SetClipboardTextFn) copy_;
+};
+
+/// Overwrites the memory of `vector` before it is freed.
+template <typename T>
+void wipe(ImVector<T>& vector)
+{
+    // Volatile: the compiler would leave out what nobody reads again.
+    auto* const bytes = reinterpret_cast<volatile char*>(vector.Data);
+    for (std::size_t i = 0; i < static_cast<std::size_t>(vector.Capacity) * sizeof(T); ++i)
+        bytes[i] = 0;
+    vector.clear();
+}
+
+std::size_t countCharacters(std::string_view text)
 {
     return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c)
                                                   { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
@@ -59,9 +91,10 @@ void cutTo(std::string& text, std::size_t limit)
 int refuseOverLimit(ImGuiInputTextCallbackData* data)
 {
     const auto limit = *static_cast<const std::size_t*>(data->UserData);
-    std::string text(data->Buf, static_cast<std::size_t>(data->BufTextLen));
-    if (countCharacters(text) <= limit)
+    // A copy that is not needed would be one more of a secret.
+    if (countCharacters({data->Buf, static_cast<std::size_t>(data->BufTextLen)}) <= limit)
         return 0;
+    std::string text(data->Buf, static_cast<std::size_t>(data->BufTextLen));
     cutTo(text, limit);
     const int cursor = std::min(data->CursorPos, static_cast<int>(text.size()));
     data->DeleteChars(0, data->BufTextLen);
@@ -138,10 +171,11 @@ bool inputText(const std::string& label, std::string& text, const InputTextOptio
     const float width = ImGui::CalcItemWidth();
     ImGuiInputTextFlags flags = options.flags;
     std::size_t limit = options.limit;
-    if (options.password)
+    if (options.password && !options.revealed)
         flags |= ImGuiInputTextFlags_Password;
     if (limit > 0)
         flags |= ImGuiInputTextFlags_CallbackEdit;
+    const ScopedNoCopying noCopying(options.password);
     const bool changed =
         ImGui::InputTextWithHint(label.c_str(), options.hint.c_str(), &text, flags, refuseOverLimit, &limit);
     if (ImGui::IsItemActive())
@@ -150,14 +184,35 @@ bool inputText(const std::string& label, std::string& text, const InputTextOptio
         ImGui::GetWindowDrawList()->AddRect(min, {min.x + width, ImGui::GetItemRectMax().y}, color(Color::Accent),
                                             ImGui::GetStyle().FrameRounding, 0, px(1));
     }
-    recordField(UiKind::TextInput, label, width, (flags & ImGuiInputTextFlags_Password) != 0 ? std::string() : text);
+    const bool isSecret = options.password || (flags & ImGuiInputTextFlags_Password) != 0;
+    recordField(UiKind::TextInput, label, width, isSecret ? std::string() : text);
     return changed;
+}
+
+void wipeTypedText()
+{
+    ImGuiContext* const context = ImGui::GetCurrentContext();
+    if (!context)
+        return;
+    ImGuiInputTextState& typed = context->InputTextState;
+    if (typed.ID != 0 && context->ActiveId == typed.ID)
+        ImGui::ClearActiveID();
+    typed.ID = 0;
+    typed.CurLenW = typed.CurLenA = 0;
+    typed.TextAIsValid = false;
+    typed.CursorClamp();
+    wipe(typed.TextW);
+    wipe(typed.TextA);
+    wipe(typed.InitialTextA);
+    context->InputTextDeactivatedState.ID = 0;
+    wipe(context->InputTextDeactivatedState.TextA);
+    std::ranges::fill(typed.Stb.undostate.undo_char, ImWchar(0));
 }
 
 bool combo(const std::string& label, int& current, const std::vector<std::string>& choices)
 {
     const bool known = current >= 0 && current < static_cast<int>(choices.size());
-    const std::string shown = known ? choices[static_cast<std::size_t>(current)] : std::string();
+    const std::string shown = known ? choices[static_cast<std::size_t>(current)] : tr("Not selected");
     const float width = ImGui::CalcItemWidth();
     bool open = false;
     {

@@ -3,6 +3,7 @@
 #include "tests/support/TempDir.h"
 #include "tests/support/ui/UiDriver.h"
 
+#include <VXViewer/Locale.h>
 #include <VXViewer/RibbonFontManager.h>
 #include <VXViewer/UI.h>
 #include <VXViewer/Viewer.h>
@@ -94,6 +95,22 @@ TEST_F(FontTests, LoadChineseSignsOnlyWhenATextHasThem)
     driver_.settle();
     for (const UI::Font font : {UI::Font::Regular, UI::Font::SemiBold, UI::Font::Headline, UI::Font::Small})
         EXPECT_TRUE(hasSign(font, chineseSign));
+}
+
+TEST_F(FontTests, HaveTheSignsOfTheLanguageInUse)
+{
+    constexpr ImWchar japaneseSign = 0x3092; // を
+    ASSERT_TRUE(Locale::set("zh_CN"));
+    session_.viewer().incrementForceRedrawFrames();
+    driver_.settle();
+    EXPECT_FALSE(hasSign(UI::Font::Regular, japaneseSign));
+    for (const UI::Font font : {UI::Font::Regular, UI::Font::SemiBold, UI::Font::Headline, UI::Font::Small})
+        EXPECT_TRUE(hasSign(font, chineseSign));
+    ASSERT_TRUE(Locale::set("ja"));
+    session_.viewer().incrementForceRedrawFrames();
+    driver_.settle();
+    EXPECT_TRUE(hasSign(UI::Font::Regular, japaneseSign));
+    Locale::set("en");
 }
 
 TEST_F(FontTests, AskForASignThatNoFontHasOnlyOnce)
