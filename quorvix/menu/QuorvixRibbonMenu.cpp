@@ -1,5 +1,13 @@
+#include <quorvix/auth/AccountItem.h>
+#include <quorvix/auth/AuthWindow.h>
+#include <quorvix/menu/CheckForUpdatesSetting.h>
 #include <quorvix/menu/MenuSessionLogs.h>
+#include <quorvix/menu/PlatformNotice.h>
+#include <quorvix/menu/QuickSetupWindow.h>
 #include <quorvix/menu/QuorvixRibbonMenu.h>
+#include <quorvix/menu/TelemetryDisclaimer.h>
+#include <quorvix/menu/VersionWindow.h>
+#include <quorvix/setup/Deployment.h>
 #include <quorvix/telemetry/SessionLogs.h>
 
 #include <VXMesh/Progress.h>
@@ -11,6 +19,7 @@
 #include <VXViewer/Toolbar.h>
 #include <VXViewer/UI.h>
 #include <VXViewer/Viewer.h>
+#include <VXViewer/ViewerSettingsPlugin.h>
 
 #define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
@@ -49,6 +58,12 @@ Toolbar::Migrations toolbarMigrations()
 } // namespace
 
 QuorvixRibbonMenu::QuorvixRibbonMenu()
+    : auth_(std::make_unique<AuthWindow>(deployment().signIn == Deployment::SignIn::Browser))
+    , account_(std::make_unique<AccountItem>(*auth_))
+    , updatesSetting_(std::make_shared<CheckForUpdatesSetting>())
+    , version_(std::make_unique<VersionWindow>())
+    , quickSetup_(std::make_unique<QuickSetupWindow>())
+    , disclaimer_(std::make_unique<TelemetryDisclaimer>())
 {
     toolbar().setItemsListMigrations(toolbarMigrations());
 }
@@ -64,7 +79,10 @@ void QuorvixRibbonMenu::init(Viewer* viewer)
 {
     const Timer timer("VX::QuorvixRibbonMenu::init");
     RibbonMenu::init(viewer);
+    welcome_.init(this, [this](const std::shared_ptr<RibbonMenuItem>& item, const std::string& unavailableReason)
+                  { itemPressed_(item, unavailableReason); });
     sessionLogs_ = std::make_unique<MenuSessionLogs>(*this, *viewer);
+    ViewerSettingsPlugin::instance()->addComboSettings(ViewerSettingsPlugin::TabType::Application, updatesSetting_);
 }
 
 void QuorvixRibbonMenu::shutdown()
@@ -72,6 +90,10 @@ void QuorvixRibbonMenu::shutdown()
     SessionLogs::logAction("Close Application", true);
     SessionLogs::flushIfNeeded(true);
     RibbonMenu::shutdown();
+    account_.reset();
+    auth_.reset();
+    welcome_.shutdown();
+    ViewerSettingsPlugin::instance()->removeSettings(updatesSetting_);
     sessionLogs_.reset();
 }
 
@@ -79,6 +101,97 @@ void QuorvixRibbonMenu::draw()
 {
     RibbonMenu::draw();
     SessionLogs::flushIfNeeded(false);
+}
+
+void QuorvixRibbonMenu::drawAdditionalWindows()
+{
+    openStartupModals_();
+    if (auth_)
+        auth_->drawIfNeeded();
+    if (!isCovered())
+    {
+        drawActiveItems_();
+        if (config_.drawWelcomeWindow)
+            drawWelcomeWindow_();
+        drawItemPanels_();
+        drawToolbar_();
+        drawNotifications_();
+        drawSearchAndOverlay_();
+    }
+    draw_helpers();
+    if (isRibbonShown())
+        drawVersionWindow_();
+    quickSetup_->draw();
+    disclaimer_->draw();
+}
+
+bool QuorvixRibbonMenu::isCovered() const
+{
+    return auth_ && auth_->isCovering();
+}
+
+bool QuorvixRibbonMenu::isUserLetIn_() const
+{
+    return !auth_ || auth_->isAuthed();
+}
+
+bool QuorvixRibbonMenu::isAuthInProcess() const
+{
+    return auth_ && auth_->isInProcess();
+}
+
+void QuorvixRibbonMenu::signOut()
+{
+    if (auth_)
+        auth_->signOut();
+}
+
+bool QuorvixRibbonMenu::isStartupModalShown() const
+{
+    return quickSetup_->isShown() || disclaimer_->isShown();
+}
+
+bool QuorvixRibbonMenu::mayAskAtStart_() const
+{
+    return viewer_() && viewer_()->glfwWindow();
+}
+
+void QuorvixRibbonMenu::openStartupModals_()
+{
+    if (!mayAskAtStart_())
+        return;
+    quickSetup_->openIfDue(*viewer_());
+    // Its way to the settings leads behind the sign-in, and nothing is reported before that.
+    if (!quickSetup_->isShown() && !isCovered())
+        disclaimer_->openIfDue();
+}
+
+bool QuorvixRibbonMenu::mayShowWelcome_() const
+{
+    return isUserLetIn_() && !isStartupModalShown();
+}
+
+void QuorvixRibbonMenu::drawWelcomeWindow_()
+{
+    if (mayShowWelcome_())
+        welcome_.draw();
+}
+
+void QuorvixRibbonMenu::drawEmptySceneHint_()
+{
+    const bool hasCards = config_.drawWelcomeWindow && mayShowWelcome_() && welcome_.isDue();
+    if (!hasCards && !isStartupModalShown())
+        RibbonMenu::drawEmptySceneHint_();
+}
+
+void QuorvixRibbonMenu::drawVersionWindow_()
+{
+    version_->draw(isUserLetIn_());
+}
+
+void QuorvixRibbonMenu::onFirstSignInFrame()
+{
+    showPlatformNotice(*this);
 }
 
 void QuorvixRibbonMenu::showModalMessage(const std::string& message, NotificationType type)
@@ -161,6 +274,16 @@ void QuorvixRibbonMenu::drawHeaderQuickAccess_()
         ImGui::SetCursorPos({UI::px(quickAccessWithLogo), 0});
     }
     RibbonMenu::drawHeaderQuickAccess_();
+}
+
+float QuorvixRibbonMenu::headerAccountWidth_()
+{
+    return account_ ? account_->width() : 0;
+}
+
+void QuorvixRibbonMenu::drawHeaderAccount_()
+{
+    account_->draw();
 }
 
 void QuorvixRibbonMenu::drawCustomSelectionInformation_(const std::vector<std::shared_ptr<Object>>& selected)

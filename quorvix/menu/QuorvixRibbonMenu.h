@@ -2,6 +2,7 @@
 
 #include <quorvix/Export.h>
 #include <quorvix/menu/QuorvixMenuUIConfig.h>
+#include <quorvix/menu/WelcomeWindow.h>
 
 #include <VXViewer/RibbonMenu.h>
 
@@ -13,10 +14,17 @@
 namespace VX
 {
 
+class AccountItem;
+class AuthWindow;
+class CheckForUpdatesSetting;
 class MenuSessionLogs;
+class QuickSetupWindow;
+class TelemetryDisclaimer;
+class VersionWindow;
 
 /// The application's menu: the ribbon with the product's logo, the shortcuts that a deployment can switch, the renamed
-/// items of saved toolbars, and reports to `SessionLogs` of what the user does.
+/// items of saved toolbars, the sign-in that stands before all of it, the windows of the start, and reports to
+/// `SessionLogs` of what the user does.
 /// @threads the UI thread
 class QUORVIX_API QuorvixRibbonMenu : public RibbonMenu
 {
@@ -33,6 +41,16 @@ public:
     void shutdown() override;
 
     void draw() override;
+
+    /// The framework's windows in their order, with the application's: the sign-in first, those of the start last.
+    /// While the user has to sign in, what belongs to the scene is not drawn.
+    void drawAdditionalWindows() override;
+
+    /// While the user has to sign in.
+    [[nodiscard]] bool isCovered() const override;
+
+    /// While the sign-in is under way.
+    [[nodiscard]] bool isStartingUp() const override { return isAuthInProcess(); }
 
     /// Reported as "Error Modal" or "Warning Modal" but for the text of a cancelled operation.
     void showModalMessage(const std::string& message, NotificationType type) override;
@@ -52,8 +70,14 @@ public:
     /// The application knows accounts.
     [[nodiscard]] bool isAuthEnabled() const { return true; }
 
-    /// False: this menu has no sign-in window.
-    [[nodiscard]] bool isAuthInProcess() const { return false; }
+    /// A sign-in, or another request of the sign-in window, is under way; false after `shutdown`.
+    [[nodiscard]] bool isAuthInProcess() const;
+
+    /// Ends the sign-in; nothing happens after `shutdown`.
+    void signOut();
+
+    /// One of the modal windows of the start is open.
+    [[nodiscard]] bool isStartupModalShown() const;
 
 protected:
     void setupShortcuts_() override;
@@ -62,12 +86,42 @@ protected:
     bool itemPressed_(const std::shared_ptr<RibbonMenuItem>& item, const std::string& unavailableReason) override;
 
     void drawHeaderQuickAccess_() override;
+
+    /// Who is signed in.
+    [[nodiscard]] float headerAccountWidth_() override;
+    void drawHeaderAccount_() override;
+
+    void drawEmptySceneHint_() override;
+    void drawWelcomeWindow_() override;
+    void drawVersionWindow_() override;
+
+    /// Tells who runs the program for another kind of processor.
+    void onFirstSignInFrame() override;
+
     void drawCustomSelectionInformation_(const std::vector<std::shared_ptr<Object>>& selected) override;
 
+    /// Whether the modal windows of the start may open: there is a user to answer them. False in an off-screen window.
+    [[nodiscard]] virtual bool mayAskAtStart_() const;
+
+    /// Null after `shutdown`.
+    [[nodiscard]] AuthWindow* authWindow_() const { return auth_.get(); }
+
 private:
+    /// Nobody has to sign in first.
+    [[nodiscard]] bool isUserLetIn_() const;
+    [[nodiscard]] bool mayShowWelcome_() const;
+    void openStartupModals_();
+
+    WelcomeWindow welcome_;
     QuorvixMenuUIConfig config_;
+    std::unique_ptr<AuthWindow> auth_;     ///< from the constructor to `shutdown`
+    std::unique_ptr<AccountItem> account_; ///< the same
     std::function<void(const std::vector<std::shared_ptr<Object>>&)> drawSelectionInformation_;
     std::unique_ptr<MenuSessionLogs> sessionLogs_; ///< from `init` to `shutdown`
+    std::shared_ptr<CheckForUpdatesSetting> updatesSetting_;
+    std::unique_ptr<VersionWindow> version_;
+    std::unique_ptr<QuickSetupWindow> quickSetup_;
+    std::unique_ptr<TelemetryDisclaimer> disclaimer_;
 };
 
 } // namespace VX

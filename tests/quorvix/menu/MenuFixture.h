@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/quorvix/auth/AuthWindowAccess.h"
 #include "tests/quorvix/support/AccountsFixture.h"
 #include "tests/support/ui/UiDriver.h"
 #include "tests/support/ui/ViewerSession.h"
@@ -36,11 +37,17 @@ public:
 class OpenMenu : public QuorvixRibbonMenu
 {
 public:
+    using QuorvixRibbonMenu::authWindow_;
     using QuorvixRibbonMenu::itemPressed_;
+
+    bool asksAtStart = false;
+
+protected:
+    [[nodiscard]] bool mayAskAtStart_() const override { return asksAtStart; }
 };
 
-/// The application's menu in an off-screen window, with a ribbon of the test's own items and a session of telemetry
-/// open.
+/// The application's menu in an off-screen window, with a ribbon of the test's own items, a user signed in and a
+/// session of telemetry open.
 class MenuFixture : public AccountsFixture
 {
 protected:
@@ -64,9 +71,23 @@ protected:
     /// Starts the interface with the menu.
     void start_(PixelSize size = ViewerSession::usualSize, float scale = 1)
     {
+        signIn_();
+        startSignedOut_(size, scale);
+    }
+
+    /// The same while nobody is signed in.
+    void startSignedOut_(PixelSize size = ViewerSession::usualSize, float scale = 1)
+    {
         session_.emplace(menu_, size, scale);
         driver_.emplace(*session_);
         driver_->settle();
+    }
+
+    /// Somebody is signed in from now on, of whom nothing is told to others.
+    void signIn_() const
+    {
+        constexpr int signedIn = 7;
+        AuthWindowAccess(*menu_->authWindow_()).setState(signedIn);
     }
 
     /// Ends the interface.
@@ -76,6 +97,13 @@ protected:
         session_.reset();
         // The settings were the session's.
         Config::instance().reset("Quorvix");
+    }
+
+    /// Draws until nothing changes any more, after a change that no event tells of.
+    void redraw_()
+    {
+        viewer_().incrementForceRedrawFrames(2);
+        driver_->settle();
     }
 
     /// An item of this name in the schema.

@@ -55,10 +55,9 @@ TEST_F(QuorvixRibbonMenuTest, hasAllSwitchesOnAtFirst)
     EXPECT_EQ(menu_->quorvixMenuConfig(), (QuorvixMenuUIConfig{true, true, true, true, true}));
 }
 
-TEST_F(QuorvixRibbonMenuTest, knowsAccountsAndNoSignInUnderWay)
+TEST_F(QuorvixRibbonMenuTest, knowsAccounts)
 {
     EXPECT_TRUE(menu_->isAuthEnabled());
-    EXPECT_FALSE(menu_->isAuthInProcess());
 }
 
 TEST_F(QuorvixRibbonMenuTest, renamesTheItemsOfAToolbarOfVersionOne)
