@@ -1,5 +1,7 @@
 #include "CommandArguments.h"
 
+#include "telemetry/LogTime.h"
+
 #include <VXMesh/StringConvert.h>
 
 #include <fmt/format.h>
@@ -30,6 +32,23 @@ tl::expected<int, std::string> parseNumber(const std::string& option, const std:
     return number;
 }
 
+Result setLevel(const std::string& option, const std::string& value, std::string& level)
+{
+    if (std::ranges::find(logLevels, value) == logLevels.end())
+        return tl::unexpected(fmt::format("\"{}\" needs a level: {}.", option, fmt::join(logLevels, ", ")));
+    level = value;
+    return {};
+}
+
+Result setTime(const std::string& option, const std::string& value, std::string& time)
+{
+    auto full = fullLogTime(value);
+    if (!full)
+        return tl::unexpected(fmt::format("\"{}\" needs a time in UTC: 2025-01-31 or 2025-01-31T09:15:02.", option));
+    time = std::move(*full);
+    return {};
+}
+
 /// Puts the value of one option in.
 Result setOption(CommandArguments& result, const std::string& option, const std::string& value)
 {
@@ -37,6 +56,16 @@ Result setOption(CommandArguments& result, const std::string& option, const std:
         result.dataFolder = pathFromUtf8(value);
     else if (option == "--config")
         result.configFile = pathFromUtf8(value);
+    else if (option == "--user")
+        result.lines.account = value;
+    else if (option == "--level")
+        return setLevel(option, value, result.lines.level);
+    else if (option == "--since")
+        return setTime(option, value, result.lines.since);
+    else if (option == "--until")
+        return setTime(option, value, result.lines.until);
+    else if (option == "--text")
+        result.lines.text = value;
     else
     {
         const bool isPort = option == "--port";
@@ -48,6 +77,8 @@ Result setOption(CommandArguments& result, const std::string& option, const std:
             result.port = static_cast<std::uint16_t>(*number);
         else if (option == "--listen-fd")
             result.listenFd = *number;
+        else if (option == "--limit")
+            result.lines.limit = *number;
         else
             result.parent = *number;
     }
@@ -72,6 +103,14 @@ std::map<std::string, bool> optionsOf(Command command)
         options.insert({{"--config", true}, {"--port", true}, {"--listen-fd", true}, {"--exit-with-parent", true}});
     if (takesPassword(command))
         options.emplace("--password-stdin", false);
+    if (command == Command::Logs)
+        options.insert({{"--user", true},
+                        {"--level", true},
+                        {"--since", true},
+                        {"--until", true},
+                        {"--text", true},
+                        {"--limit", true},
+                        {"--json", false}});
     return options;
 }
 
@@ -88,6 +127,8 @@ tl::expected<Command, std::string> readCommand(std::span<const std::string>& arg
         return Command::Serve;
     if (first == "stats")
         return Command::Stats;
+    if (first == "logs")
+        return Command::Logs;
     if (first != "user")
         return tl::unexpected(fmt::format("\"{}\" is not known.", first));
     static const std::map<std::string, Command> ofUsers{{"add", Command::UserAdd},
@@ -145,6 +186,7 @@ tl::expected<CommandArguments, std::string> CommandArguments::parse(const std::v
     const auto seen = readOptions(rest, result);
     if (!seen)
         return tl::unexpected(seen.error());
+    result.asJson = seen->contains("--json");
     if (takesAddress(result.command) && result.address.empty())
         return tl::unexpected(std::string("The e-mail address is missing."));
     if (result.dataFolder.empty())
@@ -166,6 +208,8 @@ std::string commandHelp()
            "       quorvix-backend user remove EMAIL --data DIR\n"
            "       quorvix-backend user list --data DIR\n"
            "       quorvix-backend stats --data DIR\n"
+           "       quorvix-backend logs --data DIR [--user EMAIL] [--level LEVEL] [--since TIME] [--until TIME]\n"
+           "                            [--text TEXT] [--limit N] [--json]\n"
            "\n"
            "  --data DIR          the folder for everything that the service keeps; created where it is missing\n"
            "  --port N            the port on 127.0.0.1; 0 lets the system choose one\n"
@@ -173,9 +217,17 @@ std::string commandHelp()
            "  --config FILE       a JSON file with the service's settings\n"
            "  --exit-with-parent  end when the process PID, which started this one, has ended\n"
            "  --password-stdin    read the account's new password from the first line of the standard input\n"
+           "  --user EMAIL        only lines of this user\n"
+           "  --level LEVEL       only lines of this level and above: trace, debug, info, warning, error, critical\n"
+           "  --since TIME        only lines from this time on, in UTC: 2025-01-31 or 2025-01-31T09:15:02\n"
+           "  --until TIME        only lines before this time\n"
+           "  --text TEXT         only lines with this in their message, in any letter case\n"
+           "  --limit N           at most so many of the newest lines; 1000 unless it is given\n"
+           "  --json              print each line as a JSON object\n"
            "\n"
            "\"user\" works on the accounts: an added one needs no confirmation, and a reset one is signed out\n"
-           "everywhere. \"stats\" prints how often each action was done, by day and version.\n";
+           "everywhere. \"stats\" prints how often each action was done, by day and version.\n"
+           "\"logs\" prints the log lines that applications have sent, in the order of their times.\n";
 }
 
 } // namespace VX

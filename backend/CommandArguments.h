@@ -1,5 +1,7 @@
 #pragma once
 
+#include "telemetry/LineFilter.h"
+
 #include <tl/expected.hpp>
 
 #include <cstdint>
@@ -21,7 +23,8 @@ struct CommandArguments
         UserList,
         UserRemove,
         UserReset,
-        Stats
+        Stats,
+        Logs
     };
 
     Command command = Command::Serve;
@@ -31,12 +34,15 @@ struct CommandArguments
     int listenFd = -1;                ///< a socket to take over; -1: none
     int parent = 0;                   ///< the process that started this one, to end with; 0: none
     std::string address;              ///< of the account to add, remove or reset
+    LineFilter lines;                 ///< which log lines to print
+    bool asJson = false;              ///< how
 
     /// Reads the arguments behind the program's name: a command and its options, or "--help".
     /// @return `Say what to do: "serve" starts the service.`, `Say what to do with users: "add", "list", "remove" or
     ///         "reset".`, `"ARGUMENT" is not known.`, `"OPTION" needs a value.`, `"OPTION" needs a whole number from A
-    ///         to B.`, `"OPTION" is missing.`, `"--port" or "--listen-fd" is missing.` or `The e-mail address is
-    ///         missing.`
+    ///         to B.`, `"OPTION" needs a level: LEVELS.`, `"OPTION" needs a time in UTC: 2025-01-31 or
+    ///         2025-01-31T09:15:02.`, `"OPTION" is missing.`, `"--port" or "--listen-fd" is missing.` or `The e-mail
+    ///         address is missing.`
     [[nodiscard]] static tl::expected<CommandArguments, std::string> parse(const std::vector<std::string>& arguments);
 };
 

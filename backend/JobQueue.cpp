@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <utility>
 
 namespace VX
@@ -13,9 +14,7 @@ namespace VX
 namespace
 {
 
-constexpr int schemaVersion = 1;
-
-constexpr const char* tables = R"(
+constexpr std::array<const char*, 1> schema{R"(
     CREATE TABLE jobs (
         id TEXT PRIMARY KEY NOT NULL,
         state INTEGER NOT NULL,
@@ -28,7 +27,7 @@ constexpr const char* tables = R"(
     ) WITHOUT ROWID;
     CREATE INDEX openJobs ON jobs(state, changed) WHERE state IN (1, 2);
     PRAGMA user_version = 1;
-)";
+)"};
 
 constexpr const char* diedText = "The conversion was interrupted twice. Try again; if that does not help, the file may "
                                  "be damaged.";
@@ -73,7 +72,7 @@ JobQueue::JobQueue(SqliteDatabase database, JobQueueSettings settings)
 tl::expected<void, std::string> JobQueue::createTables_()
 {
     const MutexLock lock(mutex_);
-    return createTables(database_, schemaVersion, tables);
+    return createTables(database_, schema);
 }
 
 void JobQueue::setListener(std::function<void()> listener)

@@ -147,6 +147,8 @@ std::map<std::string, Reader> makeReaders()
                                  &ServerConfig::lease)},
         {"linkLifetimeSeconds", seconds(1, 7 * day, &ServerConfig::linkLifetime)},
         {"keepSeconds", seconds(1, 365 * day, &ServerConfig::keep)},
+        {"keepLogsDays",
+         number(1, 3650, [](std::uint64_t n, ServerConfig& c) { c.keepLogs = std::chrono::hours(24) * n; })},
         {"statusHoldMilliseconds",
          number(0, 60'000, [](std::uint64_t n, ServerConfig& c) { c.statusHold = std::chrono::milliseconds(n); })},
     };

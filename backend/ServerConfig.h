@@ -31,6 +31,7 @@ struct ServerConfig
     std::chrono::seconds lease{10};                      ///< of a claimed job; see JobQueueSettings
     std::chrono::seconds linkLifetime{3600};             ///< of a presigned link
     std::chrono::seconds keep{24 * 3600};                ///< of jobs, uploads and results
+    std::chrono::hours keepLogs{24 * 30};                ///< of applications' log lines
     std::chrono::milliseconds statusHold{5000};          ///< how long a status answer waits for a change
     std::vector<std::string> blockedDomains;             ///< in lower case; of addresses that cannot have an account
     std::string identityEndpoint;   ///< URL of an identity provider that has the accounts; empty: this service has them

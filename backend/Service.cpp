@@ -32,8 +32,6 @@ namespace VX
 namespace
 {
 
-constexpr std::chrono::hours logLifetime{24 * 30};
-
 ConverterApi::Settings converterSettings(const ServerConfig& config, const std::shared_future<std::string>& publicUrl,
                                          AccountServices& accounts)
 {
@@ -120,7 +118,7 @@ Service::Impl::Impl(ServerConfig config, const DataFolder& folder, const Signing
     , logs_(std::move(stores.logs))
     , converter_(*queue_, blobs_, links_, converterSettings(config_, publicUrl_.get_future().share(), *accounts_))
     , storage_(blobs_, links_)
-    , telemetry_(*logs_, [this](const std::string& token) { return accounts_->isSignedIn(token); })
+    , telemetry_(*logs_, [this](const std::string& token) { return accounts_->userOf(token); })
     , workers_(*queue_, blobs_, conversionSettings(config_, folder_))
 {
     addRoutes_();
@@ -155,7 +153,8 @@ void Service::Impl::addRoutes_()
 void Service::Impl::forgetExpired_()
 {
     accounts_->forgetExpired();
-    if (const auto forgotten = logs_->forgetLinesOlderThan(std::chrono::system_clock::now() - logLifetime); !forgotten)
+    if (const auto forgotten = logs_->forgetLinesOlderThan(std::chrono::system_clock::now() - config_.keepLogs);
+        !forgotten)
         spdlog::warn("Old log lines cannot be removed: {}", forgotten.error());
 }
 

@@ -3,6 +3,7 @@
 #include "Service.h"
 #include "ShutdownWait.h"
 #include "accounts/UserCommand.h"
+#include "telemetry/LogsCommand.h"
 #include "telemetry/StatsCommand.h"
 
 #include <fmt/format.h>
@@ -106,6 +107,8 @@ int main(int argc, char** argv)
         return serve(*arguments);
     case Command::Stats:
         return printed(VX::runStatsCommand(arguments->dataFolder));
+    case Command::Logs:
+        return printed(VX::runLogsCommand(arguments->dataFolder, arguments->lines, arguments->asJson));
     default:
         return printed(VX::runUserCommand(*arguments, readLine));
     }

@@ -66,15 +66,15 @@ void AccountServices::addRoutes(Router& router)
     pages_.addRoutes(router);
 }
 
-bool AccountServices::isSignedIn(const std::string& accessToken)
+std::optional<std::string> AccountServices::userOf(const std::string& accessToken)
 {
     // Another provider's tokens can be told from no tokens only.
     if (isElsewhere_)
-        return !accessToken.empty();
-    const auto known = store_->isAccessToken(accessToken);
-    if (!known)
-        spdlog::error("An access token cannot be looked up: {}", known.error());
-    return known.value_or(false);
+        return accessToken.empty() ? std::nullopt : std::optional<std::string>(std::in_place);
+    auto owner = store_->ownerOf(accessToken);
+    if (!owner)
+        spdlog::error("An access token cannot be looked up: {}", owner.error());
+    return std::move(owner).value_or(std::nullopt);
 }
 
 void AccountServices::forgetExpired()

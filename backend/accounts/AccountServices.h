@@ -15,6 +15,7 @@
 #include <tl/expected.hpp>
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace VX
@@ -31,9 +32,14 @@ public:
 
     void addRoutes(Router& router);
 
-    /// Whether this is an access token of somebody who signed in; where another provider has the accounts, any is.
+    /// The address of the user who signed in and got this access token. Where another provider has the accounts it is
+    /// empty, for any token.
+    /// @return nothing where nobody has got it
     /// @threads any
-    [[nodiscard]] bool isSignedIn(const std::string& accessToken);
+    [[nodiscard]] std::optional<std::string> userOf(const std::string& accessToken);
+
+    /// Whether there is such a user. @threads any
+    [[nodiscard]] bool isSignedIn(const std::string& accessToken) { return userOf(accessToken).has_value(); }
 
     /// Removes codes, tokens and mail whose time is over. @threads any
     void forgetExpired();

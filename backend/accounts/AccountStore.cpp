@@ -337,12 +337,16 @@ tl::expected<TokenCheck, std::string> AccountStore::refresh(const std::string& r
     return TokenCheck::Valid;
 }
 
-tl::expected<bool, std::string> AccountStore::isAccessToken(const std::string& token)
+tl::expected<std::optional<std::string>, std::string> AccountStore::ownerOf(const std::string& accessToken)
 {
     const MutexLock lock(mutex_);
-    auto statement =
-        database_.prepare("SELECT 1 FROM tokens WHERE hash = ?1 AND kind = ?2 AND revoked = 0 AND expiry > ?3");
-    return statement.bind(secrets_.hash("token", token), number(TokenKind::Access), storedTime(now_())).step();
+    auto statement = database_.prepare("SELECT address FROM tokens JOIN accounts ON accounts.id = tokens.account "
+                                       "WHERE hash = ?1 AND kind = ?2 AND revoked = 0 AND expiry > ?3");
+    const auto row =
+        statement.bind(secrets_.hash("token", accessToken), number(TokenKind::Access), storedTime(now_())).step();
+    if (!row)
+        return tl::unexpected(row.error());
+    return *row ? std::optional(statement.text(0)) : std::nullopt;
 }
 
 AccountStore::Result AccountStore::forgetExpired()

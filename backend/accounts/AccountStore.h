@@ -110,7 +110,8 @@ public:
     [[nodiscard]] tl::expected<TokenCheck, std::string> refresh(const std::string& refreshToken,
                                                                 const std::string& accessToken);
 
-    [[nodiscard]] tl::expected<bool, std::string> isAccessToken(const std::string& token);
+    /// The address of the account that an access token belongs to. @return nothing where it is not valid
+    [[nodiscard]] tl::expected<std::optional<std::string>, std::string> ownerOf(const std::string& accessToken);
 
     /// Removes what ran out; a refresh token is told apart from an unknown one for another lifetime.
     [[nodiscard]] tl::expected<void, std::string> forgetExpired();

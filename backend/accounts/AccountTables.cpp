@@ -2,17 +2,17 @@
 
 #include "backend/SqliteSchema.h"
 
+#include <array>
+
 namespace VX
 {
 
 namespace
 {
 
-constexpr int schemaVersion = 1;
-
 // "name" is the address without letter case. Codes are kept by the hash of a name, because there are some for addresses
 // without an account too. "kind" is that of a `TokenKind`, "purpose" that of a `CodePurpose`.
-constexpr const char* tables = R"(
+constexpr std::array<const char*, 1> schema{R"(
     CREATE TABLE accounts (
         id TEXT PRIMARY KEY NOT NULL,
         name TEXT NOT NULL UNIQUE,
@@ -45,7 +45,7 @@ constexpr const char* tables = R"(
         last INTEGER NOT NULL
     ) WITHOUT ROWID;
     PRAGMA user_version = 1;
-)";
+)"};
 
 } // namespace
 
@@ -60,7 +60,7 @@ tl::expected<SqliteDatabase, std::string> openAccountTables(const std::filesyste
     auto database = SqliteDatabase::open(file, durability);
     if (!database)
         return database;
-    if (auto created = createTables(*database, schemaVersion, tables); !created)
+    if (auto created = createTables(*database, schema); !created)
         return tl::unexpected(std::move(created.error()));
     return database;
 }

@@ -2,8 +2,13 @@
 
 #include "backend/SqliteSchema.h"
 
+#include <fmt/format.h>
+
 #include <sodium.h>
 
+#include <algorithm>
+#include <array>
+#include <string_view>
 #include <utility>
 
 namespace VX
@@ -12,9 +17,7 @@ namespace VX
 namespace
 {
 
-constexpr int schemaVersion = 1;
-
-constexpr const char* tables = R"(
+constexpr const char* firstTables = R"(
     CREATE TABLE sessions (
         id INTEGER PRIMARY KEY,
         email TEXT NOT NULL,
@@ -43,6 +46,44 @@ constexpr const char* tables = R"(
     PRAGMA user_version = 1;
 )";
 
+/// Lines have a user, and none is there twice.
+constexpr const char* secondTables = R"(
+    ALTER TABLE lines ADD COLUMN account TEXT NOT NULL DEFAULT '';
+    ALTER TABLE lines ADD COLUMN identity TEXT;
+    CREATE UNIQUE INDEX linesByIdentity ON lines(identity);
+    CREATE INDEX linesByTime ON lines(time);
+    PRAGMA user_version = 2;
+)";
+
+constexpr std::array schema{firstTables, secondTables};
+
+/// The levels from `least` on, each between commas; empty where all are meant.
+std::string levelsFrom(std::string_view least)
+{
+    if (least.empty())
+        return {};
+    return fmt::format(",{},", fmt::join(std::ranges::find(logLevels, least), logLevels.end(), ","));
+}
+
+/// What tells a line from every other. The times of lines are so fine that equal ones are the same.
+std::string identityOf(const LoggedLine& line)
+{
+    crypto_generichash_state state;
+    crypto_generichash_init(&state, nullptr, 0, crypto_generichash_BYTES);
+    for (const std::string* part : {&line.account, &line.time, &line.level, &line.service, &line.version,
+                                    &line.platform, &line.environment, &line.message})
+    {
+        // The length keeps apart what makes the same text together.
+        const std::string text = fmt::format("{}:{}", part->size(), *part);
+        crypto_generichash_update(&state, reinterpret_cast<const unsigned char*>(text.data()), text.size());
+    }
+    std::array<unsigned char, crypto_generichash_BYTES> digest{};
+    crypto_generichash_final(&state, digest.data(), digest.size());
+    std::array<char, 2 * crypto_generichash_BYTES + 1> text{};
+    sodium_bin2hex(text.data(), text.size(), digest.data(), digest.size());
+    return text.data();
+}
+
 std::int64_t milliseconds(std::chrono::system_clock::time_point time)
 {
     return std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch()).count();
@@ -68,7 +109,7 @@ tl::expected<std::unique_ptr<LogStore>, std::string> LogStore::open(const std::f
     auto database = SqliteDatabase::open(file);
     if (!database)
         return tl::unexpected(std::move(database.error()));
-    if (auto created = createTables(*database, schemaVersion, tables); !created)
+    if (auto created = createTables(*database, schema); !created)
         return tl::unexpected(std::move(created.error()));
     return std::unique_ptr<LogStore>(new LogStore(std::move(*database)));
 }
@@ -132,13 +173,47 @@ tl::expected<void, std::string> LogStore::addLines(const std::vector<LoggedLine>
     for (const LoggedLine& line : lines)
         if (auto done = database_
                             .prepare("INSERT INTO lines(received, time, level, service, version, platform, "
-                                     "environment, message) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)")
+                                     "environment, message, account, identity) "
+                                     "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10) "
+                                     "ON CONFLICT(identity) DO NOTHING")
                             .bind(now, line.time, line.level, line.service, line.version, line.platform,
-                                  line.environment, line.message)
+                                  line.environment, line.message, line.account, identityOf(line))
                             .run();
             !done)
             return done;
     return transaction->commit();
+}
+
+tl::expected<std::vector<LoggedLine>, std::string> LogStore::findLines(const LineFilter& filter)
+{
+    const MutexLock lock(mutex_);
+    std::vector<LoggedLine> lines;
+    auto statement = database_.prepare("SELECT account, time, level, service, version, platform, environment, message "
+                                       "FROM lines WHERE (?1 = '' OR lower(account) = lower(?1)) "
+                                       "AND (?2 = '' OR instr(?2, ',' || level || ',') > 0) "
+                                       "AND time >= ?3 AND (?4 = '' OR time < ?4) "
+                                       "AND (?5 = '' OR instr(lower(message), lower(?5)) > 0) "
+                                       "ORDER BY time DESC, id DESC LIMIT ?6");
+    const std::string wantedLevels = levelsFrom(filter.level);
+    statement.bind(filter.account, wantedLevels, filter.since, filter.until, filter.text, std::int64_t{filter.limit});
+    for (;;)
+    {
+        const auto row = statement.step();
+        if (!row)
+            return tl::unexpected(row.error());
+        if (!*row)
+            break;
+        lines.push_back({.account = statement.text(0),
+                         .time = statement.text(1),
+                         .level = statement.text(2),
+                         .service = statement.text(3),
+                         .version = statement.text(4),
+                         .platform = statement.text(5),
+                         .environment = statement.text(6),
+                         .message = statement.text(7)});
+    }
+    std::ranges::reverse(lines);
+    return lines;
 }
 
 tl::expected<std::vector<ActionCount>, std::string> LogStore::actionCounts()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "LineFilter.h"
 #include "backend/SqliteDatabase.h"
 
 #include <VXMesh/ThreadAnnotations.h>
@@ -26,7 +27,8 @@ struct LoggedAction
 /// A line of an application's log.
 struct LoggedLine
 {
-    std::string time; ///< as it was sent, in ISO 8601
+    std::string account; ///< the address of the user who sent it; empty where another provider has the accounts
+    std::string time;    ///< a `fullLogTime`
     std::string level;
     std::string service;
     std::string version;
@@ -64,7 +66,11 @@ public:
     [[nodiscard]] tl::expected<bool, std::string> setPlatform(std::int64_t session, const std::string& platform,
                                                               const std::string& version);
 
+    /// All or none. A line that equals a stored one in everything is that line, sent once more, and changes nothing.
     [[nodiscard]] tl::expected<void, std::string> addLines(const std::vector<LoggedLine>& lines);
+
+    /// In the order of their times.
+    [[nodiscard]] tl::expected<std::vector<LoggedLine>, std::string> findLines(const LineFilter& filter);
 
     /// Ordered by day, name and version.
     [[nodiscard]] tl::expected<std::vector<ActionCount>, std::string> actionCounts();

@@ -1,5 +1,7 @@
 #include "StatsTable.h"
 
+#include "PrintableText.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -14,20 +16,14 @@ namespace
 
 using Row = std::array<std::string, 4>;
 
-/// Names come from outside: what would move the cursor of a terminal is shown as "?".
-std::string printable(std::string text)
-{
-    std::ranges::replace_if(text, [](unsigned char c) { return c < ' ' || c == 0x7F; }, '?');
-    return text;
-}
-
 } // namespace
 
 std::string statsTable(const std::vector<ActionCount>& counts)
 {
     std::vector<Row> rows{{"Day", "Action", "Version", "Count"}};
     for (const ActionCount& count : counts)
-        rows.push_back({count.day, printable(count.name), printable(count.version), fmt::to_string(count.count)});
+        rows.push_back(
+            {count.day, printableText(count.name), printableText(count.version), fmt::to_string(count.count)});
     std::array<std::size_t, 4> widths{};
     for (const Row& row : rows)
         for (std::size_t i = 0; i < row.size(); ++i)

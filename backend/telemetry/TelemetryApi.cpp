@@ -34,9 +34,9 @@ std::string bearerToken(const HttpRequest& request)
     return header->second.substr(scheme.size());
 }
 
-HttpResponse doneAnswer()
+HttpResponse doneAnswer(int status = 200)
 {
-    return jsonAnswer(Json::Value(Json::objectValue));
+    return jsonAnswer(Json::Value(Json::objectValue), status);
 }
 
 HttpResponse sessionAnswer(const tl::expected<bool, std::string>& stored)
@@ -48,9 +48,9 @@ HttpResponse sessionAnswer(const tl::expected<bool, std::string>& stored)
 
 } // namespace
 
-TelemetryApi::TelemetryApi(LogStore& store, std::function<bool(const std::string&)> isSignedIn)
+TelemetryApi::TelemetryApi(LogStore& store, UserOf userOf)
     : store_(store)
-    , isSignedIn_(std::move(isSignedIn))
+    , userOf_(std::move(userOf))
 {
 }
 
@@ -88,14 +88,17 @@ HttpResponse TelemetryApi::stats_(const HttpRequest& request) const
 
 HttpResponse TelemetryApi::logs_(const HttpRequest& request) const
 {
-    if (!isSignedIn_(bearerToken(request)))
+    const auto user = userOf_(bearerToken(request));
+    if (!user)
         return errorAnswer(401, "Sign in to send log lines.");
-    const auto lines = parseLogLines(request.body);
+    auto lines = parseLogLines(request.body);
     if (!lines)
         return errorAnswer(400, lines.error());
+    for (LoggedLine& line : *lines)
+        line.account = *user;
     if (const auto stored = store_.addLines(*lines); !stored)
         return failureAnswer(stored.error());
-    return doneAnswer();
+    return doneAnswer(201);
 }
 
 } // namespace VX

@@ -1,5 +1,7 @@
 #include "TelemetryRequests.h"
 
+#include "LogTime.h"
+
 #include <VXMesh/Json.h>
 
 #include <fmt/format.h>
@@ -18,6 +20,7 @@ using Result = tl::expected<void, std::string>;
 /// Of names of actions, addresses, platforms and versions, in bytes.
 constexpr std::size_t longestText = 500;
 constexpr std::size_t longestMessage = 64U << 10U;
+constexpr unsigned mostLines = 50'000;
 
 tl::expected<Json::Value, std::string> parseObject(const std::string& body)
 {
@@ -27,15 +30,30 @@ tl::expected<Json::Value, std::string> parseObject(const std::string& body)
     return document;
 }
 
-Result readText(const Json::Value& document, const std::string& name, std::string& text,
-                std::size_t longest = longestText)
+Result readText(const Json::Value& document, const std::string& name, std::string& text)
 {
     const Json::Value& value = document[name];
     if (!value.isString())
         return tl::unexpected(fmt::format("\"{}\" must be a string.", name));
     text = value.asString();
-    if (text.size() > longest)
+    if (text.size() > longestText)
         return tl::unexpected(fmt::format("\"{}\" is too long.", name));
+    return {};
+}
+
+/// A message that is too long is cut, between two characters: a client would send it again and again.
+Result readMessage(const Json::Value& item, std::string& text)
+{
+    const Json::Value& value = item["message"];
+    if (!value.isString())
+        return tl::unexpected(std::string("\"message\" must be a string."));
+    text = value.asString();
+    if (text.size() <= longestMessage)
+        return {};
+    std::size_t end = longestMessage;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
+        --end;
+    text.resize(end);
     return {};
 }
 
@@ -99,7 +117,11 @@ Result readLine(const Json::Value& item, LoggedLine& line)
     for (const auto& [name, field] : members)
         if (auto read = readText(item, name, *field); !read)
             return read;
-    return readText(item, "message", line.message, longestMessage);
+    auto time = fullLogTime(line.time);
+    if (!time)
+        return tl::unexpected(std::string("\"timestamp\" must be a time in UTC: \"2025-01-31T09:15:02.1234567Z\"."));
+    line.time = std::move(*time);
+    return readMessage(item, line.message);
 }
 
 } // namespace
@@ -124,6 +146,8 @@ tl::expected<std::vector<LoggedLine>, std::string> parseLogLines(const std::stri
     const Json::Value& items = (*document)["items"];
     if (!items.isArray())
         return tl::unexpected(std::string("\"items\" must be a list."));
+    if (items.size() > mostLines)
+        return tl::unexpected(fmt::format("\"items\" must hold at most {} lines.", mostLines));
     std::vector<LoggedLine> lines;
     for (const Json::Value& item : items)
         if (auto read = readLine(item, lines.emplace_back()); !read)

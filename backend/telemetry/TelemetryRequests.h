@@ -33,8 +33,8 @@ struct StatsRequest
     [[nodiscard]] static tl::expected<StatsRequest, std::string> parse(const std::string& body);
 };
 
-/// Reads the body of POST /v1/logs: {"items":[…]}.
-/// @return one sentence about what is missing or of the wrong type
+/// Reads the body of POST /v1/logs: {"items":[…]}, of 50,000 lines at most. Of a message the first 64 KiB count.
+/// @return the lines, without an account; or one sentence about what is missing, of the wrong type or too long
 [[nodiscard]] tl::expected<std::vector<LoggedLine>, std::string> parseLogLines(const std::string& body);
 
 } // namespace VX

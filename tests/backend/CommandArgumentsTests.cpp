@@ -37,7 +37,8 @@ TEST(CommandArguments, helps)
     ASSERT_TRUE(arguments);
     EXPECT_EQ(arguments->command, CommandArguments::Command::Help);
     for (const char* option : {"--data", "--port", "--listen-fd", "--config", "--exit-with-parent", "--password-stdin",
-                               "user add", "user list", "user remove", "user reset", "stats"})
+                               "user add", "user list", "user remove", "user reset", "stats", "logs", "--user",
+                               "--level", "--since", "--until", "--text", "--limit", "--json"})
         EXPECT_NE(commandHelp().find(option), std::string::npos) << option;
 }
 
@@ -68,6 +69,30 @@ TEST(CommandArguments, readsStats)
     EXPECT_EQ(arguments->command, CommandArguments::Command::Stats);
 }
 
+TEST(CommandArguments, readsWhichLogLinesAreWanted)
+{
+    const auto arguments = CommandArguments::parse({"logs", "--data", "/d", "--user", "a@b.c", "--level", "warning",
+                                                    "--since", "2025-01-31", "--until", "2025-01-31T09:15:02", "--text",
+                                                    "t", "--limit", "7", "--json"});
+    ASSERT_TRUE(arguments) << arguments.error();
+    EXPECT_EQ(arguments->command, CommandArguments::Command::Logs);
+    EXPECT_EQ(arguments->lines.account, "a@b.c");
+    EXPECT_EQ(arguments->lines.level, "warning");
+    EXPECT_EQ(arguments->lines.since, "2025-01-31T00:00:00.0000000Z");
+    EXPECT_EQ(arguments->lines.until, "2025-01-31T09:15:02.0000000Z");
+    EXPECT_EQ(arguments->lines.text, "t");
+    EXPECT_EQ(arguments->lines.limit, 7);
+    EXPECT_TRUE(arguments->asJson);
+}
+
+TEST(CommandArguments, wantsAThousandLogLinesAsText)
+{
+    const auto arguments = CommandArguments::parse({"logs", "--data", "/d"});
+    ASSERT_TRUE(arguments) << arguments.error();
+    EXPECT_EQ(arguments->lines.limit, 1000);
+    EXPECT_FALSE(arguments->asJson);
+}
+
 TEST(CommandArguments, saysWhatIsWrong)
 {
     const std::pair<std::vector<std::string>, const char*> cases[] = {
@@ -75,6 +100,12 @@ TEST(CommandArguments, saysWhatIsWrong)
         {{"start"}, "\"start\" is not known."},
         {{"serve", "--datas", "/d"}, "\"--datas\" is not known."},
         {{"serve", "--data"}, "\"--data\" needs a value."},
+        {{"stats", "--data", "/d", "--json"}, "\"--json\" is not known."},
+        {{"logs", "--level", "warn"}, "\"--level\" needs a level: trace, debug, info, warning, error, critical."},
+        {{"logs", "--since", "now"}, "\"--since\" needs a time in UTC: 2025-01-31 or 2025-01-31T09:15:02."},
+        {{"logs", "--until", ""}, "\"--until\" needs a time in UTC: 2025-01-31 or 2025-01-31T09:15:02."},
+        {{"logs", "--limit", "-1"}, "\"--limit\" needs a whole number from 0 to 2147483647."},
+        {{"logs"}, "\"--data\" is missing."},
         {{"serve", "--port", "1"}, "\"--data\" is missing."},
         {{"serve", "--data", "/d"}, "\"--port\" or \"--listen-fd\" is missing."},
         {{"serve", "--port", "65536"}, "\"--port\" needs a whole number from 0 to 65535."},

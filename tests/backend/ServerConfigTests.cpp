@@ -17,7 +17,8 @@ TEST(ServerConfig, readsEverySetting)
     const auto config = parseServerConfig(R"({
         "publicUrl": "https://service.example/quorvix/", "requireToken": true, "converter": "/opt/convert",
         "workers": 3, "timeLimitSeconds": 60, "memoryLimitMiB": 100, "inputLimitMiB": 5, "uploadLimitMiB": 2,
-        "leaseSeconds": 7, "linkLifetimeSeconds": 8, "keepSeconds": 9, "statusHoldMilliseconds": 10,
+        "leaseSeconds": 7, "linkLifetimeSeconds": 8, "keepSeconds": 9, "keepLogsDays": 11,
+        "statusHoldMilliseconds": 10,
         "blockedDomains": ["Example.com", "b.c"], "trustForwardedFor": true,
         "identityEndpoint": "https://identity.example/", "identityClientId": "client"})");
     ASSERT_TRUE(config) << config.error();
@@ -32,6 +33,7 @@ TEST(ServerConfig, readsEverySetting)
     EXPECT_EQ(config->lease, 7s);
     EXPECT_EQ(config->linkLifetime, 8s);
     EXPECT_EQ(config->keep, 9s);
+    EXPECT_EQ(config->keepLogs, 264h);
     EXPECT_EQ(config->statusHold, 10ms);
     EXPECT_EQ(config->blockedDomains, (std::vector<std::string>{"example.com", "b.c"}));
     EXPECT_TRUE(config->trustForwardedFor);
@@ -45,6 +47,7 @@ TEST(ServerConfig, keepsTheDefaultOfWhatIsLeftOut)
     ASSERT_TRUE(config) << config.error();
     EXPECT_EQ(config->workers, 2U);
     EXPECT_EQ(config->keep, 24h);
+    EXPECT_EQ(config->keepLogs, 720h);
     EXPECT_FALSE(config->requireToken);
     EXPECT_EQ(config->limits.memory, defaultServerConfig().limits.memory);
 }
@@ -55,6 +58,7 @@ TEST(ServerConfig, refusesWhatItDoesNotUnderstand)
         {"[]", "It must be a JSON object."},
         {R"({"worker": 2})", "\"worker\" is not a known setting."},
         {R"({"workers": 0})", "\"workers\" must be a whole number from 1 to 256."},
+        {R"({"keepLogsDays": 0})", "\"keepLogsDays\" must be a whole number from 1 to 3650."},
         {R"({"workers": -1})", "\"workers\" must be a whole number from 1 to 256."},
         {R"({"workers": 1.5})", "\"workers\" must be a whole number from 1 to 256."},
         {R"({"workers": "2"})", "\"workers\" must be a whole number from 1 to 256."},

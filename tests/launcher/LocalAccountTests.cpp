@@ -6,22 +6,27 @@
 #include <VXMesh/Json.h>
 #include <VXMesh/UserFolders.h>
 
+#include <boost/process/child.hpp>
+#include <boost/process/io.hpp>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <backend/SigningSecret.h>
 #include <backend/accounts/AccountStore.h>
 #include <backend/accounts/PasswordHash.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <array>
+#include <iterator>
+#include <string>
+#include <vector>
 
 namespace VX
 {
 
 namespace
 {
+
+namespace bp = boost::process;
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -133,19 +138,16 @@ TEST_F(LocalAccountTest, isNotThereWithoutTheServices)
 
 TEST_F(LocalAccountTest, isOneForProcessesThatStartAtOnce)
 {
-    std::array<int, 4> processes{};
-    for (int& process : processes)
-    {
-        process = ::fork();
-        if (process == 0)
-            ::_exit(provide_() == file_ ? 0 : 1);
-    }
-    for (const int process : processes)
-    {
-        int status = -1;
-        ::waitpid(process, &status, 0);
-        EXPECT_EQ(status, 0);
-    }
+    std::array<bp::ipstream, 4> outputs;
+    std::vector<bp::child> processes;
+    processes.reserve(outputs.size());
+    for (bp::ipstream& output : outputs)
+        processes.emplace_back(QX_LOCAL_ACCOUNT_PROBE, QX_BIN_DIR "/quorvix-backend", data_.string(),
+                               bp::std_out > output);
+    for (bp::ipstream& output : outputs)
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(output), {}), file_.string());
+    for (bp::child& process : processes)
+        process.wait();
     EXPECT_TRUE(isGood_(file_));
 }
 

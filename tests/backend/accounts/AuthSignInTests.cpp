@@ -171,6 +171,14 @@ TEST_F(AuthSignInTest, answersARefreshTokenWithoutAnotherOne)
     EXPECT_TRUE(services->isSignedIn(result["AccessToken"].asString()));
 }
 
+TEST_F(AuthSignInTest, knowsWhoseAnAccessTokenIs)
+{
+    makeAccount();
+    const auto answer = signIn();
+    EXPECT_EQ(services->userOf(answer.json()["AuthenticationResult"]["AccessToken"].asString()), address);
+    EXPECT_EQ(services->userOf("nonsense"), std::nullopt);
+}
+
 TEST_F(AuthSignInTest, takesARefreshTokenOverAndOver)
 {
     makeAccount();

@@ -124,8 +124,8 @@ TEST_F(IdentityPassThroughTest, keepsNothingOfTheAccountsItself)
 {
     (void)call("SignUp", userBody(address, password));
     EXPECT_EQ(mailCount(outbox), 0U);
-    EXPECT_TRUE(services->isSignedIn("any token"));
-    EXPECT_FALSE(services->isSignedIn(""));
+    EXPECT_EQ(services->userOf("any token"), "");
+    EXPECT_EQ(services->userOf(""), std::nullopt);
 }
 
 } // namespace

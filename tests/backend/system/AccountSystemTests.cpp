@@ -314,7 +314,7 @@ TEST_F(AccountSystemTest, losesNothingThatItAnsweredWhenItIsKilled)
         for (const std::string& address : client.reset)
             EXPECT_TRUE(isPasswordOf(stored->find(address).value()->passwordHash, "an0ther-word")) << address;
         for (const std::string& token : client.accessTokens)
-            EXPECT_TRUE(stored->isAccessToken(token).value());
+            EXPECT_TRUE(stored->ownerOf(token).value());
         operations +=
             client.signedUp.size() + client.confirmed.size() + client.reset.size() + client.accessTokens.size();
     }

@@ -1,17 +1,7 @@
-#include "tests/backend/support/BackendTestSupport.h"
+#include "TelemetryApiFixture.h"
 #include "tests/support/LogCapture.h"
-#include "tests/support/TempDir.h"
 
-#include <gtest/gtest.h>
-
-#include <backend/Router.h>
-#include <backend/SqliteDatabase.h>
-#include <backend/telemetry/LogStore.h>
 #include <backend/telemetry/StatsTable.h>
-#include <backend/telemetry/TelemetryApi.h>
-#include <net/HttpServer.h>
-
-#include <memory>
 
 namespace VX::Test
 {
@@ -19,15 +9,11 @@ namespace VX::Test
 namespace
 {
 
-using namespace std::chrono_literals;
-
 constexpr std::int64_t day = 1738314902123; // 2025-01-31T09:15:02.123Z
 
-class TelemetryApiTest : public ::testing::Test
+class TelemetryApiTest : public TelemetryApiFixture
 {
 public:
-    TelemetryApiTest() { api.addRoutes(router); }
-
     [[nodiscard]] ClientAnswer post(const Json::Value& body) const { return client.post("/stats/log", body); }
 
     [[nodiscard]] std::int64_t createSession() const
@@ -64,49 +50,6 @@ public:
         body["version"] = version;
         return body;
     }
-
-    [[nodiscard]] static Json::Value lines(const std::vector<std::string>& messages)
-    {
-        Json::Value body;
-        body["items"] = Json::Value(Json::arrayValue);
-        for (const std::string& message : messages)
-        {
-            Json::Value line;
-            line["timestamp"] = "2025-01-31T09:15:02.1234567Z";
-            line["logLevel"] = "info";
-            line["serviceName"] = "Quorvix";
-            line["serviceVersion"] = "1.0.0.0";
-            line["platform"] = "Linux";
-            line["environment"] = "production";
-            line["message"] = message;
-            body["items"].append(line);
-        }
-        return body;
-    }
-
-    [[nodiscard]] ClientAnswer sendLines(const Json::Value& body, const std::string& token = "good") const
-    {
-        return client.send("POST", "/v1/logs", body.toStyledString(),
-                           "Content-Type: application/json\r\nAuthorization: Bearer " + token + "\r\n");
-    }
-
-    /// One column of all rows that `query` finds.
-    [[nodiscard]] std::vector<std::string> stored(std::string_view query) const
-    {
-        std::vector<std::string> texts;
-        auto database = SqliteDatabase::open(folder.path() / "telemetry.sqlite").value();
-        auto statement = database.prepare(query);
-        while (statement.step().value())
-            texts.push_back(statement.text(0));
-        return texts;
-    }
-
-    TempDir folder;
-    std::unique_ptr<LogStore> store = LogStore::open(folder.path() / "telemetry.sqlite").value();
-    TelemetryApi api{*store, [](const std::string& token) { return token == "good"; }};
-    Router router;
-    std::unique_ptr<HttpServer> server = HttpServer::start({}, router).value();
-    const Client client{server->port()};
 };
 
 TEST_F(TelemetryApiTest, answersANewSessionWithItsNumber)
@@ -188,40 +131,6 @@ TEST_F(TelemetryApiTest, saysWhatIsWrongWithARequest)
     EXPECT_EQ(post(actions(createSession(), {std::string(501, 'x')})).errorMessage(), "\"name\" is too long.");
 }
 
-TEST_F(TelemetryApiTest, storesLogLines)
-{
-    EXPECT_EQ(sendLines(lines({"first", "second"})).status, 200);
-    EXPECT_EQ(stored("SELECT message FROM lines ORDER BY id"), (std::vector<std::string>{"first", "second"}));
-    EXPECT_EQ(stored("SELECT time || level || service || version || platform || environment FROM lines LIMIT 1"),
-              (std::vector<std::string>{"2025-01-31T09:15:02.1234567ZinfoQuorvix1.0.0.0Linuxproduction"}));
-}
-
-TEST_F(TelemetryApiTest, takesLogLinesOfSignedInUsersOnly)
-{
-    EXPECT_EQ(sendLines(lines({"line"}), "bad").status, 401);
-    EXPECT_EQ(client.post("/v1/logs", lines({"line"})).status, 401);
-    EXPECT_TRUE(stored("SELECT message FROM lines").empty());
-}
-
-TEST_F(TelemetryApiTest, saysWhatIsWrongWithLogLines)
-{
-    EXPECT_EQ(sendLines(Json::Value(Json::objectValue)).errorMessage(), "\"items\" must be a list.");
-    Json::Value body = lines({"line"});
-    body["items"][0].removeMember("logLevel");
-    EXPECT_EQ(sendLines(body).errorMessage(), "\"logLevel\" must be a string.");
-    body["items"][0] = 1;
-    EXPECT_EQ(sendLines(body).errorMessage(), "\"items\" must hold objects.");
-}
-
-TEST_F(TelemetryApiTest, forgetsOldLogLines)
-{
-    ASSERT_EQ(sendLines(lines({"line"})).status, 200);
-    ASSERT_TRUE(store->forgetLinesOlderThan(std::chrono::system_clock::now() - 1h));
-    EXPECT_EQ(stored("SELECT message FROM lines").size(), 1U);
-    ASSERT_TRUE(store->forgetLinesOlderThan(std::chrono::system_clock::now() + 1h));
-    EXPECT_TRUE(stored("SELECT message FROM lines").empty());
-}
-
 TEST_F(TelemetryApiTest, countsActionsByDayNameAndVersion)
 {
     const auto first = createSession();
@@ -239,9 +148,7 @@ TEST_F(TelemetryApiTest, logsNothingOfWhatItIsSent)
     const LogCapture log;
     const auto session = createSession();
     ASSERT_EQ(post(actions(session, {"Some Action"})).status, 200);
-    ASSERT_EQ(sendLines(lines({"some line"})).status, 200);
-    for (const std::string& text : {std::string("ann@"), std::string("Some Action"), std::string("some line"),
-                                    std::string("good"), std::to_string(session)})
+    for (const std::string& text : {std::string("ann@"), std::string("Some Action"), std::to_string(session)})
         EXPECT_FALSE(log.contains(text)) << text;
 }
 

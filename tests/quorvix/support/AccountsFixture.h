@@ -33,6 +33,8 @@ protected:
         services.account = "https://account.example.com";
         services.webApp = "https://web.example.com";
         services.telemetry = "https://telemetry.example.com";
+        services.version = "https://version.example.com";
+        services.website = "https://www.example.com";
         resetDeployment();
         ASSERT_TRUE(setDeployment(services));
         SystemFacts facts;
