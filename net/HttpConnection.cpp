@@ -9,13 +9,15 @@
 #include <boost/beast/http/parser.hpp>
 #include <boost/beast/http/read.hpp>
 
+#include <net/HttpAnswer.h>
 #include <net/HttpBodyCollector.h>
+#include <net/HttpBodyStream.h>
+#include <net/HttpClientWatch.h>
 #include <net/HttpConnection.h>
 #include <net/HttpResponseHead.h>
 #include <net/HttpTarget.h>
 
 #include <algorithm>
-#include <array>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -31,7 +33,6 @@ namespace beast = boost::beast;
 namespace http = boost::beast::http;
 using asio::ip::tcp;
 using boost::system::error_code;
-using Clock = std::chrono::steady_clock;
 using Parser = http::request_parser<http::buffer_body>;
 using namespace std::chrono_literals;
 
@@ -59,6 +60,8 @@ public:
     static asio::awaitable<void> serve(std::shared_ptr<Connection> self);
 
     void takeReply(HttpResponse response) override;
+    void takeMore() override;
+    void watchClient() override;
 
 private:
     asio::awaitable<bool> exchange_();
@@ -66,7 +69,7 @@ private:
     asio::awaitable<int> readPlain_(std::uint64_t length, HttpBodyCollector& body);
     asio::awaitable<int> readChunks_(Parser& parser, HttpBodyCollector& body);
     asio::awaitable<HttpResponse> ask_(HttpRequest request);
-    asio::awaitable<bool> send_(HttpResponse response, bool headOnly, bool keepAlive);
+    asio::awaitable<bool> send_(HttpResponse response, HttpAnswer::Form form);
     asio::awaitable<bool> refuse_(int status);
     asio::awaitable<void> hangUp_();
 
@@ -75,9 +78,12 @@ private:
     int readHead_(const Parser& parser, HttpRequest& request);
     tl::expected<HttpBodySink, HttpResponse> acceptBody_(const HttpRequest& request);
 
-    void expectWithin_(std::chrono::milliseconds time);
-    void watch_();
-    void checkDeadline_();
+    /// Runs `action` on the strand, unless this object has gone by then.
+    template <typename Action>
+    void post_(Action action);
+    void lookForClient_();
+    void reportGone_();
+    void endExchange_();
 
     tcp::socket socket_;
     const HttpServer::Settings& settings_;
@@ -86,11 +92,12 @@ private:
     beast::flat_buffer buffer_;
     std::vector<char> piece_;
     std::optional<HttpResponse> answer_;
-    asio::steady_timer answered_;
-    asio::steady_timer deadline_;
-    Clock::time_point due_;
-    bool isWatched_ = false;
-    bool isTimedOut_ = false;
+    asio::steady_timer woken_;
+    SocketDeadline deadline_;
+    HttpAnswer writer_;
+    std::shared_ptr<HttpClientWatch> client_;
+    std::shared_ptr<HttpBodyStream> stream_;
+    bool isLooking_ = false;
 };
 
 Connection::Connection(tcp::socket socket, const HttpServer::Settings& settings, HttpHandler& handler,
@@ -100,8 +107,9 @@ Connection::Connection(tcp::socket socket, const HttpServer::Settings& settings,
     , handler_(handler)
     , gate_(std::move(gate))
     , buffer_(settings.headLimit + 2 * pieceSize)
-    , answered_(socket_.get_executor())
-    , deadline_(socket_.get_executor())
+    , woken_(socket_.get_executor())
+    , deadline_(socket_)
+    , writer_(socket_, deadline_, woken_, settings.idleTimeout)
 {
     ++gate_->connections;
 }
@@ -113,11 +121,12 @@ Connection::~Connection()
 
 asio::awaitable<void> Connection::serve(std::shared_ptr<Connection> self)
 {
+    self->deadline_.setSelf(std::shared_ptr<SocketDeadline>(self, &self->deadline_));
     try
     {
         while (co_await self->exchange_())
-        {
-        }
+            self->endExchange_();
+        self->endExchange_();
         co_await self->hangUp_();
     }
     catch (const std::exception&)
@@ -128,17 +137,35 @@ asio::awaitable<void> Connection::serve(std::shared_ptr<Connection> self)
     }
 }
 
-void Connection::takeReply(HttpResponse response)
+template <typename Action>
+void Connection::post_(Action action)
 {
     asio::post(socket_.get_executor(),
-               [weak = weak_from_this(), response = std::move(response)]() mutable
+               [weak = weak_from_this(), action = std::move(action)]() mutable
                {
-                   const auto self = weak.lock();
-                   if (!self)
-                       return;
-                   self->answer_ = std::move(response);
-                   self->answered_.cancel();
+                   if (const auto self = weak.lock())
+                       action(*self);
                });
+}
+
+void Connection::takeReply(HttpResponse response)
+{
+    post_(
+        [response = std::move(response)](Connection& self) mutable
+        {
+            self.answer_ = std::move(response);
+            self.woken_.cancel();
+        });
+}
+
+void Connection::takeMore()
+{
+    post_([](Connection& self) { self.woken_.cancel(); });
+}
+
+void Connection::watchClient()
+{
+    post_([](Connection& self) { self.lookForClient_(); });
 }
 
 asio::awaitable<bool> Connection::exchange_()
@@ -146,7 +173,7 @@ asio::awaitable<bool> Connection::exchange_()
     Parser parser;
     parser.header_limit(settings_.headLimit);
     parser.body_limit(boost::none); // the sink decides
-    expectWithin_(settings_.idleTimeout);
+    deadline_.expectWithin(settings_.idleTimeout);
     const auto [error, size] = co_await http::async_read_header(socket_, buffer_, parser, asTuple);
     if (error)
         co_return co_await refuse_(headFailure_(error, parser.got_some()));
@@ -154,25 +181,28 @@ asio::awaitable<bool> Connection::exchange_()
     HttpRequest request;
     if (const int status = readHead_(parser, request); status != goOn)
         co_return co_await refuse_(status);
-    const bool headOnly = request.method == "HEAD";
-    const bool keepAlive = parser.keep_alive();
+    const HttpAnswer::Form form{.headOnly = request.method == "HEAD",
+                                .keepAlive = parser.keep_alive(),
+                                .mayChunk = parser.get().version() == 11};
 
     const auto sink = acceptBody_(request);
     if (!sink)
     {
         const bool hasBody = parser.chunked() || parser.content_length().value_or(0) > 0;
-        co_return co_await send_(sink.error(), headOnly, keepAlive && !hasBody);
+        co_return co_await send_(
+            sink.error(),
+            {.headOnly = form.headOnly, .keepAlive = form.keepAlive && !hasBody, .mayChunk = form.mayChunk});
     }
     if (const int status = co_await readBody_(parser, *sink, request); status != goOn)
         co_return co_await refuse_(status);
 
     auto response = co_await ask_(std::move(request));
-    co_return co_await send_(std::move(response), headOnly, keepAlive);
+    co_return co_await send_(std::move(response), form);
 }
 
 int Connection::headFailure_(error_code error, bool gotSome) const
 {
-    if (isTimedOut_)
+    if (deadline_.isOver())
         return gotSome ? 408 : hangUp;
     if (error == http::error::header_limit || error == http::error::buffer_overflow)
         return 431;
@@ -247,7 +277,7 @@ asio::awaitable<int> Connection::readBody_(Parser& parser, const HttpBodySink& s
     if (hasBody && buffer_.size() == 0 && request.headers.contains("Expect"))
     {
         static constexpr std::string_view interim = "HTTP/1.1 100 Continue\r\n\r\n";
-        expectWithin_(settings_.idleTimeout);
+        deadline_.expectWithin(settings_.idleTimeout);
         const auto [error, size] = co_await asio::async_write(socket_, asio::buffer(interim), asTuple);
         if (error)
             co_return hangUp;
@@ -269,7 +299,7 @@ asio::awaitable<int> Connection::readPlain_(std::uint64_t length, HttpBodyCollec
         piece_.resize(static_cast<std::size_t>(std::min<std::uint64_t>(left, pieceSize)));
     while (left > 0 && status == goOn)
     {
-        expectWithin_(settings_.idleTimeout);
+        deadline_.expectWithin(settings_.idleTimeout);
         const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(left, piece_.size()));
         const auto [error, size] = co_await socket_.async_read_some(asio::buffer(piece_.data(), wanted), asTuple);
         if (error)
@@ -289,7 +319,7 @@ asio::awaitable<int> Connection::readChunks_(Parser& parser, HttpBodyCollector& 
         auto& window = parser.get().body();
         window.data = piece_.data();
         window.size = piece_.size();
-        expectWithin_(settings_.idleTimeout);
+        deadline_.expectWithin(settings_.idleTimeout);
         const auto [error, size] = co_await http::async_read_some(socket_, buffer_, parser, asTuple);
         if (const int status = body.append({piece_.data(), piece_.size() - window.size}); status != goOn)
             co_return status;
@@ -301,7 +331,7 @@ asio::awaitable<int> Connection::readChunks_(Parser& parser, HttpBodyCollector& 
 
 int Connection::bodyFailure_(error_code error) const
 {
-    if (isTimedOut_)
+    if (deadline_.isOver())
         return 408;
     const bool isMalformed = error.category() == make_error_code(http::error::bad_method).category();
     return isMalformed && error != http::error::partial_message ? 400 : hangUp;
@@ -310,6 +340,9 @@ int Connection::bodyFailure_(error_code error) const
 asio::awaitable<HttpResponse> Connection::ask_(HttpRequest request)
 {
     answer_.reset();
+    client_ = std::make_shared<HttpClientWatch>([gate = gate_, weak = weak_from_this()]
+                                                { gate->pass(weak, [](auto& taker) { taker.watchClient(); }); });
+    request.client = client_;
     auto reply = std::make_shared<HttpReply>(gate_, weak_from_this());
     try
     {
@@ -322,48 +355,68 @@ asio::awaitable<HttpResponse> Connection::ask_(HttpRequest request)
     reply.reset();
     while (!answer_)
     {
-        answered_.expires_at(Clock::time_point::max());
-        co_await answered_.async_wait(asTuple);
+        woken_.expires_at(std::chrono::steady_clock::time_point::max());
+        co_await woken_.async_wait(asTuple);
     }
     co_return std::move(*answer_);
 }
 
-asio::awaitable<bool> Connection::send_(HttpResponse response, bool headOnly, bool keepAlive)
+asio::awaitable<bool> Connection::send_(HttpResponse response, HttpAnswer::Form form)
 {
     if (response.status == 0)
-        co_return co_await refuse_(hangUp);
-    BodyFileReader file;
-    bool isFile = !response.file.empty();
-    if (response.status < 200 || response.status > 999 || (isFile && file.open(response.file)))
+        co_return writer_.hangUp();
+    stream_ = response.stream;
+    if (stream_)
     {
-        response = {.status = 500};
-        isFile = false;
+        stream_->attach([gate = gate_, weak = weak_from_this()]
+                        { gate->pass(weak, [](auto& taker) { taker.takeMore(); }); });
+        lookForClient_();
     }
-    const std::uint64_t length = isFile ? file.size() : response.body.size();
-    const auto connection = response.headers.find("Connection");
-    keepAlive = keepAlive && (connection == response.headers.end() || !beast::iequals(connection->second, "close"));
+    const bool goesOn = co_await writer_.send(std::move(response), form);
+    if (stream_ && !socket_.is_open())
+        reportGone_();
+    co_return goesOn;
+}
 
-    std::string head = httpResponseHead(response, length, keepAlive);
-    std::uint64_t left = headOnly || !httpStatusHasBody(response.status) ? 0 : length;
-    if (isFile && left > 0 && piece_.size() < pieceSize)
-        piece_.resize(pieceSize);
-    do
+/// Waits, beside whatever else is done, until the socket has something to read: its end, or the next request already,
+/// behind which the end cannot be seen.
+void Connection::lookForClient_()
+{
+    if (isLooking_ || !client_ || !socket_.is_open())
+        return;
+    isLooking_ = true;
+    socket_.async_wait(tcp::socket::wait_read,
+                       [weak = weak_from_this(), client = client_](error_code error)
+                       {
+                           const auto self = weak.lock();
+                           if (!self || self->client_ != client)
+                               return;
+                           self->isLooking_ = false;
+                           if (error == asio::error::operation_aborted)
+                               self->lookForClient_(); // the deadline of another operation
+                           else if (error_code ignored; error || self->socket_.available(ignored) == 0)
+                               self->reportGone_();
+                       });
+}
+
+void Connection::reportGone_()
+{
+    if (stream_)
+        stream_->close();
+    woken_.cancel();
+    if (client_)
+        client_->reportGone();
+}
+
+void Connection::endExchange_()
+{
+    client_.reset();
+    stream_.reset();
+    if (std::exchange(isLooking_, false))
     {
-        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(left, pieceSize));
-        const char* data = isFile ? piece_.data() : response.body.data() + (length - left);
-        const std::size_t ready = isFile && wanted > 0 ? file.read({piece_.data(), wanted}) : wanted;
-        if (wanted > 0 && ready == 0)
-            co_return co_await refuse_(hangUp); // the file became shorter than announced
-
-        const std::array<asio::const_buffer, 2> buffers{asio::buffer(head), asio::buffer(data, ready)};
-        expectWithin_(settings_.idleTimeout);
-        const auto [error, size] = co_await asio::async_write(socket_, buffers, asTuple);
-        if (error)
-            co_return co_await refuse_(hangUp);
-        head.clear();
-        left -= ready;
-    } while (left > 0);
-    co_return keepAlive;
+        error_code ignored;
+        socket_.cancel(ignored);
+    }
 }
 
 asio::awaitable<bool> Connection::refuse_(int status)
@@ -372,11 +425,9 @@ asio::awaitable<bool> Connection::refuse_(int status)
     {
         HttpResponse response{.status = status, .headers = {{"Content-Type", "text/plain"}}};
         response.body = httpReasonPhrase(status);
-        co_return co_await send_(std::move(response), false, false);
+        co_return co_await send_(std::move(response), {});
     }
-    error_code ignored;
-    socket_.close(ignored);
-    co_return false;
+    co_return writer_.hangUp();
 }
 
 /// Reads on for a moment after the last answer: closing while bytes of the client are on their way would reset the
@@ -389,48 +440,10 @@ asio::awaitable<void> Connection::hangUp_()
         co_return;
     if (piece_.empty())
         piece_.resize(pieceSize / 16);
-    expectWithin_(lingerTime);
+    deadline_.expectWithin(lingerTime);
     while (!error)
         std::tie(error, std::ignore) = co_await socket_.async_read_some(asio::buffer(piece_), asTuple);
     socket_.close(error);
-}
-
-void Connection::expectWithin_(std::chrono::milliseconds time)
-{
-    isTimedOut_ = false;
-    due_ = Clock::now() + time;
-    if (!isWatched_ || due_ < deadline_.expiry())
-        watch_();
-}
-
-/// A single timer looks after all operations: it is set again only when it has run out, which is cheaper than starting
-/// and cancelling one for each piece of a body.
-void Connection::watch_()
-{
-    isWatched_ = true;
-    deadline_.expires_at(due_);
-    deadline_.async_wait(
-        [weak = weak_from_this()](error_code error)
-        {
-            const auto self = weak.lock();
-            if (!error && self)
-                self->checkDeadline_();
-        });
-}
-
-/// While the handler thinks, nothing is expected of the client: the time may run out then, but there is no operation
-/// that it could end.
-void Connection::checkDeadline_()
-{
-    isWatched_ = false;
-    if (Clock::now() < due_)
-    {
-        watch_();
-        return;
-    }
-    isTimedOut_ = true;
-    error_code ignored;
-    socket_.cancel(ignored);
 }
 
 } // namespace

@@ -5,14 +5,14 @@
 namespace VX
 {
 
-void HttpReplyGate::pass(const std::weak_ptr<HttpReplyTaker>& to, HttpResponse response)
+void HttpReplyGate::pass(const std::weak_ptr<HttpReplyTaker>& to, const std::function<void(HttpReplyTaker&)>& action)
 {
     const std::lock_guard lock(mutex_);
     if (!isOpen_)
         return;
     // Released before the lock is: a connection must not outlive the server.
     if (const auto taker = to.lock())
-        taker->takeReply(std::move(response));
+        action(*taker);
 }
 
 void HttpReplyGate::close()
@@ -35,7 +35,7 @@ HttpReply::~HttpReply()
 void HttpReply::give(HttpResponse response)
 {
     if (!isGiven_.exchange(true))
-        gate_->pass(to_, std::move(response));
+        gate_->pass(to_, [&](HttpReplyTaker& taker) { taker.takeReply(std::move(response)); });
 }
 
 } // namespace VX

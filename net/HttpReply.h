@@ -10,22 +10,28 @@ namespace VX
 {
 
 /// Waits for the reply to its request.
+/// @threads any for all operations, while the gate is open
 class HttpReplyTaker
 {
 public:
     virtual ~HttpReplyTaker() = default;
 
-    /// @threads any, while the gate is open
     virtual void takeReply(HttpResponse response) = 0;
+
+    /// The stream of the reply has grown or ended.
+    virtual void takeMore() = 0;
+
+    /// Somebody wants to know when the client goes.
+    virtual void watchClient() = 0;
 };
 
 /// Lets replies reach their connections for as long as the server runs.
 class HttpReplyGate
 {
 public:
-    /// Hands `response` over, unless the gate is closed or the connection gone.
+    /// Runs `action` on the connection, unless the gate is closed or the connection gone.
     /// @threads any
-    void pass(const std::weak_ptr<HttpReplyTaker>& to, HttpResponse response);
+    void pass(const std::weak_ptr<HttpReplyTaker>& to, const std::function<void(HttpReplyTaker&)>& action);
 
     /// Once it returns, no reply is on its way into the server.
     /// @threads any

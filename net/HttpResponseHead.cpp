@@ -112,15 +112,18 @@ bool httpStatusHasBody(int status)
     return status != 204 && status != 304;
 }
 
-std::string httpResponseHead(const HttpResponse& response, std::uint64_t contentLength, bool keepAlive)
+std::string httpResponseHead(const HttpResponse& response, std::string_view framing, bool keepAlive)
 {
     std::string out = "HTTP/1.1 " + std::to_string(response.status) + ' ';
     out += httpReasonPhrase(response.status);
     out += "\r\nDate: ";
     out += httpDate(std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()));
     out += keepAlive ? "\r\nConnection: keep-alive\r\n" : "\r\nConnection: close\r\n";
-    if (httpStatusHasBody(response.status))
-        out += "Content-Length: " + std::to_string(contentLength) + "\r\n";
+    if (httpStatusHasBody(response.status) && !framing.empty())
+    {
+        out += framing;
+        out += "\r\n";
+    }
     for (const auto& [name, value] : response.headers)
         if (!isOwnField(name))
             out += onOneLine(name) + ": " + onOneLine(value) + "\r\n";

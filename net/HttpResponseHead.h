@@ -2,7 +2,6 @@
 
 #include <net/HttpServer.h>
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -19,8 +18,9 @@ bool httpStatusHasBody(int status);
 
 /// The status line and the header fields of an answer, up to and with the empty line. Line ends and zero bytes in names
 /// and values become blanks, so that no value can start a field of its own.
-/// @param contentLength  bytes of the body that follows, or that a HEAD request leaves out
+/// @param framing  the field that tells where the body ends: "Content-Length: 4", "Transfer-Encoding: chunked"; empty
+/// for a body that ends with the connection. It is left out for statuses without a body
 /// @threads any
-std::string httpResponseHead(const HttpResponse& response, std::uint64_t contentLength, bool keepAlive);
+std::string httpResponseHead(const HttpResponse& response, std::string_view framing, bool keepAlive);
 
 } // namespace VX

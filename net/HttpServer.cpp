@@ -8,6 +8,7 @@
 #include <net/CloseOnExec.h>
 #include <net/HttpConnection.h>
 #include <net/HttpServer.h>
+#include <net/PeerUser.h>
 
 #include <algorithm>
 #include <thread>
@@ -57,6 +58,8 @@ public:
     void run();
 
     [[nodiscard]] std::uint16_t port() const { return port_; }
+
+    [[nodiscard]] unsigned connections() const { return gate_->connections; }
 
 private:
     asio::awaitable<void> accept_();
@@ -153,6 +156,8 @@ asio::awaitable<void> HttpServer::Impl::acceptOne_()
     }
     if (gate_->connections >= settings_.maxConnections)
         co_return;
+    if (settings_.sameUserOnly && !isPeerOfThisUser(socket.native_handle()))
+        co_return;
     setCloseOnExec(socket.native_handle());
     socket.set_option(tcp::no_delay(true), error);
     const auto strand = socket.get_executor();
@@ -186,6 +191,11 @@ tl::expected<std::unique_ptr<HttpServer>, std::string> HttpServer::start(Setting
 std::uint16_t HttpServer::port() const
 {
     return impl_->port();
+}
+
+unsigned HttpServer::connections() const
+{
+    return impl_->connections();
 }
 
 } // namespace VX

@@ -14,6 +14,9 @@
 namespace VX
 {
 
+class HttpBodyStream;
+class HttpClientWatch;
+
 /// Orders header names without letter case, as RFC 9110 compares them.
 struct HeaderNameLess
 {
@@ -34,6 +37,7 @@ struct HttpRequest
     std::filesystem::path bodyFile{};           ///< the complete body, where `HttpBodySink::file` asked for it
     std::string peerAddress{};                  ///< "127.0.0.1"
     std::uint16_t peerPort = 0;
+    std::shared_ptr<HttpClientWatch> client{}; ///< never null in `HttpHandler::handle`
 };
 
 struct HttpResponse
@@ -44,6 +48,8 @@ struct HttpResponse
     std::string body{};
     /// Streamed as the body in place of `body` where not empty; a file that cannot be opened gives status 500.
     std::filesystem::path file{};
+    /// Sent as the body in place of the others where not null, chunked, until it ends or the client goes.
+    std::shared_ptr<HttpBodyStream> stream{};
 };
 
 /// Where the body of a request goes.
@@ -86,6 +92,7 @@ public:
         unsigned maxConnections = 512;        ///< more are closed as they come
         /// A head must be complete within this time, and a body or an answer may pause for so long.
         std::chrono::milliseconds idleTimeout{75'000};
+        bool sameUserOnly = false; ///< connections from programs of other users are closed as they come
     };
 
     /// Starts serving; `handler` lives at least as long as the server.
@@ -100,6 +107,9 @@ public:
     HttpServer& operator=(const HttpServer&) = delete;
 
     [[nodiscard]] std::uint16_t port() const;
+
+    /// Connections that are open now.
+    [[nodiscard]] unsigned connections() const;
 
 private:
     class Impl;
