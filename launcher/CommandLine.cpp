@@ -42,6 +42,17 @@ bool parseSize(CommandLine& line, const std::string& text)
     return true;
 }
 
+bool parsePort(CommandLine& line, const std::string& text)
+{
+    constexpr int largestPort = 65535;
+    int port = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
+    if (error != std::errc() || end != text.data() + text.size() || port < 1 || port > largestPort)
+        return false;
+    line.mcpPort = port;
+    return true;
+}
+
 /// An option that stores its value as a path or text in `member`.
 template <typename T>
 auto storeIn(T CommandLine::* member)
@@ -78,6 +89,11 @@ const std::vector<Option>& options()
          storeIn(&CommandLine::credentials)},
         {"-url", "LINK", "sign-in link of the browser, for the program that runs",
          [](CommandLine&, const std::string& link) { return !link.empty(); }},
+        {"-mcpPort", "N", "port for agents (1 to 65535) that must be free; 7431 or the next free one without it",
+         parsePort},
+        {"-mcpStdio", "",
+         "connect an agent on standard input and output to the running program; with -hidden, start one",
+         raise(&CommandLine::mcpStdio)},
         {"-noTelemetry", "", "send no usage telemetry", raise(&CommandLine::noTelemetry)},
         {"-version", "", "print the version, exit", raise(&CommandLine::version)},
         {"-help", "", "print this text, exit", raise(&CommandLine::help)},

@@ -27,6 +27,8 @@ struct CommandLine
     std::optional<std::filesystem::path> uiDocument;  ///< what the interface is to look like
     std::optional<std::filesystem::path> credentials; ///< e-mail address and password to sign in with
     bool noTelemetry = false;
+    std::optional<int> mcpPort; ///< where agents are served
+    bool mcpStdio = false;      ///< passes the protocol of agents on between standard input and a running program
     std::optional<std::filesystem::path> screenshot; ///< picture of the scene alone
     std::optional<std::filesystem::path> windowShot; ///< picture of the whole window
     std::optional<std::string> sceneInfo;            ///< a path, or "-" for standard output

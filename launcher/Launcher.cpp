@@ -84,6 +84,7 @@ LaunchParams launchParams(const CommandLine& line)
     if (line.size)
         params.size = {line.size->width, line.size->height};
     params.files = line.files;
+    params.serveAgents = !line.isBatch();
     params.noDisplay = [](const std::string& reason)
     {
         fmt::print(stderr, "{} Quorvix runs without a window; Ctrl+C ends it.\n", reason);
@@ -139,7 +140,7 @@ int runLauncher(const CommandLine& line, std::vector<std::string> arguments, Dee
     }
     if (!line.isPlain())
         addProductArguments(arguments, line, link, *services != nullptr);
-    if (*services && !line.isBatch())
+    if (*services && !line.isPlain())
         (*services)->start();
     installStepOpener(getViewerInstance(), services->get());
 

@@ -1,10 +1,7 @@
 #include "launcher/SceneInfo.h"
 
-#include <VXMesh/ObjectLines.h>
-#include <VXMesh/ObjectMesh.h>
-#include <VXMesh/ObjectPoints.h>
+#include <VXViewer/SceneJson.h>
 
-#include <fmt/format.h>
 #include <json/json.h>
 
 namespace VX
@@ -13,67 +10,12 @@ namespace VX
 namespace
 {
 
-struct GeometryCount
+Json::Value treeJson(const Object& object)
 {
-    std::size_t points = 0;
-    std::size_t triangles = 0;
-};
-
-GeometryCount countGeometry(const Object& object)
-{
-    if (const auto* mesh = dynamic_cast<const ObjectMesh*>(&object); mesh && mesh->mesh())
-        return {mesh->mesh()->points.size(), mesh->mesh()->triangles.size()};
-    if (const auto* points = dynamic_cast<const ObjectPoints*>(&object); points && points->pointCloud())
-        return {points->pointCloud()->points.size(), 0};
-    if (const auto* lines = dynamic_cast<const ObjectLines*>(&object); lines && lines->lines())
-        return {lines->lines()->points.size(), 0};
-    return {};
-}
-
-Json::Value toJson(const Vector3d& v)
-{
-    Json::Value array(Json::arrayValue);
-    for (const double coordinate : v)
-        array.append(coordinate);
-    return array;
-}
-
-Json::Value toJson(const Box3d& box)
-{
-    if (box.isEmpty())
-        return {};
-    Json::Value value;
-    value["min"] = toJson(Vector3d(box.min()));
-    value["max"] = toJson(Vector3d(box.max()));
-    return value;
-}
-
-Json::Value toJson(const Transform& transform)
-{
-    Json::Value array(Json::arrayValue);
-    for (int row = 0; row < 4; ++row)
-        for (int column = 0; column < 4; ++column)
-            array.append(transform.matrix()(row, column));
-    return array;
-}
-
-Json::Value toJson(const Object& object)
-{
-    const auto count = countGeometry(object);
-    Json::Value value;
-    value["id"] = Json::UInt64(object.id());
-    value["name"] = object.name();
-    value["type"] = std::string(object.typeName());
-    value["points"] = Json::UInt64(count.points);
-    value["triangles"] = Json::UInt64(count.triangles);
-    value["box"] = toJson(object.worldBox());
-    value["transform"] = toJson(object.transform());
-    value["visible"] = object.isVisible();
-    if (const auto* visual = dynamic_cast<const VisualObject*>(&object))
-        value["color"] = fmt::format("#{:02x}{:02x}{:02x}", visual->color().r, visual->color().g, visual->color().b);
+    Json::Value value = objectJson(object);
     value["children"] = Json::Value(Json::arrayValue);
     for (const auto& child : object.children())
-        value["children"].append(toJson(*child));
+        value["children"].append(treeJson(*child));
     return value;
 }
 
@@ -85,7 +27,7 @@ std::string sceneInfo(const Object& root)
     writer["indentation"] = "  ";
     writer["precision"] = 9;
     writer["emitUTF8"] = true;
-    return Json::writeString(writer, toJson(root)) + "\n";
+    return Json::writeString(writer, treeJson(root)) + "\n";
 }
 
 } // namespace VX

@@ -27,6 +27,9 @@ public:
         /// with one sentence where it gave up by itself (what it wrote last, where that is known), with an empty text
         /// where something else ended it. May be empty.
         std::function<void(const std::string& reason)> ended;
+        /// It reads nothing from standard input, and what it writes to standard output is lost: they are this process's
+        /// own.
+        bool silent = false;
     };
 
     /// Starts the process on a thread of its own and returns at once; failures to start are logged and tried again.

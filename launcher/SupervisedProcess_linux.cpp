@@ -227,6 +227,11 @@ private:
 
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
+        if (command_.silent)
+        {
+            posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+            posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+        }
         if (errorOutput >= 0)
             posix_spawn_file_actions_adddup2(&actions, errorOutput, STDERR_FILENO);
         if (command_.inheritedFd >= 0)

@@ -1,6 +1,7 @@
 #include "launcher/CommandLine.h"
 #include "launcher/DeepLink.h"
 #include "launcher/Launcher.h"
+#include "launcher/McpStdio.h"
 
 #include <VXMesh/Version.h>
 
@@ -32,5 +33,7 @@ int main(int argc, char** argv)
         fmt::print("{}", line->help ? VX::commandLineHelp() : fmt::format("Quorvix {}\n", VX::GetVXVersionString()));
         return 0;
     }
+    if (line->mcpStdio)
+        return VX::runMcpStdio(*line);
     return VX::runLauncher(*line, std::move(arguments), *link);
 }

@@ -39,11 +39,18 @@ TEST(CommandLine, TakesWhatIsNoOptionForFilesInTheirOrder)
     EXPECT_TRUE(line.hidden);
 }
 
+TEST(CommandLine, TakesNothingButAPortForAgents)
+{
+    for (const char* text : {"0", "65536", "-1", "7431x", ""})
+        EXPECT_FALSE(errorOf({"-mcpPort", text}).empty()) << text;
+}
+
 TEST(CommandLine, ReadsEveryOption)
 {
     const auto line =
-        parsed({"-screenshot", "s.png", "-windowShot", "w.png", "-sceneInfo", "-", "-size", "640x480", "-deployment",
-                "d.json", "-uiConfig", "u.json", "-creds", "c.json", "-noTelemetry", "-version", "-help"});
+        parsed({"-screenshot",  "s.png",       "-windowShot", "w.png",     "-sceneInfo", "-",      "-size",
+                "640x480",      "-deployment", "d.json",      "-uiConfig", "u.json",     "-creds", "c.json",
+                "-noTelemetry", "-mcpPort",    "7500",        "-mcpStdio", "-version",   "-help"});
     EXPECT_EQ(line.screenshot, "s.png");
     EXPECT_EQ(line.windowShot, "w.png");
     EXPECT_EQ(line.sceneInfo, "-");
@@ -54,6 +61,8 @@ TEST(CommandLine, ReadsEveryOption)
     EXPECT_EQ(line.uiDocument, "u.json");
     EXPECT_EQ(line.credentials, "c.json");
     EXPECT_TRUE(line.noTelemetry);
+    EXPECT_EQ(line.mcpPort, 7500);
+    EXPECT_TRUE(line.mcpStdio);
     EXPECT_TRUE(line.version);
     EXPECT_TRUE(line.help);
 }

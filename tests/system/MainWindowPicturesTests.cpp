@@ -26,6 +26,13 @@ std::string nameOf(const Look& look)
     return theme + "-" + language + "-" + std::to_string(percent) + "-" + size;
 }
 
+std::string testNameOf(const testing::TestParamInfo<Look>& look)
+{
+    std::string name = nameOf(look.param);
+    std::erase(name, '-');
+    return name;
+}
+
 class MainWindowPictures : public testing::TestWithParam<Look>
 {
 protected:
@@ -61,11 +68,11 @@ TEST_P(MainWindowPictures, LookAsTheyDidWhenTheyWereJudged)
 INSTANTIATE_TEST_SUITE_P(Of, MainWindowPictures,
                          testing::Combine(testing::Values("dark", "light"), testing::Values("en", "de"),
                                           testing::Values(100, 200), testing::Values("1280x800", "800x600")),
-                         [](const auto& look)
-                         {
-                             std::string name = nameOf(look.param);
-                             std::erase(name, '-');
-                             return name;
-                         });
+                         testNameOf);
+
+INSTANTIATE_TEST_SUITE_P(InMoreLanguages, MainWindowPictures,
+                         testing::Combine(testing::Values("light"), testing::Values("fr", "ja", "zh_CN"),
+                                          testing::Values(100, 200), testing::Values("800x600")),
+                         testNameOf);
 
 } // namespace VX

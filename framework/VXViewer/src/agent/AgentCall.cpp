@@ -1,0 +1,28 @@
+#include "AgentCall.h"
+
+#include <utility>
+
+namespace VX
+{
+
+AgentCall::AgentCall(Viewer& viewer, std::shared_ptr<Mcp::ToolCall> call, Mcp::Tool::Answer answer)
+    : viewer_(viewer)
+    , call_(std::move(call))
+    , answer_(std::move(answer))
+    , lostText_("The viewer is closing: nothing was done. Start it again first.")
+{
+}
+
+AgentCall::~AgentCall()
+{
+    answer(tl::unexpected(lostText_));
+}
+
+void AgentCall::answer(AgentResult result)
+{
+    if (answered_.exchange(true))
+        return;
+    answer_(result ? std::move(*result) : Mcp::ToolResult::error(std::move(result.error())));
+}
+
+} // namespace VX

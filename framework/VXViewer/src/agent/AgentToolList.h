@@ -1,0 +1,76 @@
+#pragma once
+
+#include "AgentCall.h"
+#include "BackgroundTasks.h"
+
+#include <VXMcp/Tool.h>
+#include <VXViewer/Export.h>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace VX
+{
+
+class AgentJobs;
+
+/// What the viewer's tools share.
+struct AgentContext
+{
+    explicit AgentContext(Viewer& viewerToUse);
+    ~AgentContext();
+    AgentContext(const AgentContext&) = delete;
+    AgentContext& operator=(const AgentContext&) = delete;
+
+    Viewer& viewer;
+    std::unique_ptr<AgentJobs> jobs;
+    /// Computes what would hold up the UI thread.
+    BackgroundTasks workers;
+};
+
+/// The viewer's tools, each of which does its work on the UI thread: a call is posted to the loop.
+class AgentToolList
+{
+public:
+    /// Does the work at once.
+    using Work = std::function<AgentResult(Viewer&, const AgentArguments&)>;
+    /// Begins the work, which answers the call later.
+    using Start = std::function<void(const std::shared_ptr<AgentCall>&)>;
+
+    explicit AgentToolList(Viewer& viewer)
+        : context_(std::make_shared<AgentContext>(viewer))
+    {
+    }
+
+    /// @param tool  all but `run`
+    void add(Mcp::Tool tool, Work work);
+    void start(Mcp::Tool tool, Start begin);
+
+    [[nodiscard]] const std::shared_ptr<AgentContext>& context() const { return context_; }
+
+    [[nodiscard]] std::vector<Mcp::Tool>& tools() { return tools_; }
+
+private:
+    std::shared_ptr<AgentContext> context_;
+    std::vector<Mcp::Tool> tools_;
+};
+
+// The tools by group.
+void addViewerTools(AgentToolList& list);
+void addScreenshotTools(AgentToolList& list);
+void addSceneTools(AgentToolList& list);
+void addSceneEditTools(AgentToolList& list);
+void addSceneMakeTools(AgentToolList& list);
+void addFileTools(AgentToolList& list);
+void addCameraTools(AgentToolList& list);
+void addSelectTools(AgentToolList& list);
+void addSelectFaceTools(AgentToolList& list);
+void addHistoryTools(AgentToolList& list);
+void addJobTools(AgentToolList& list);
+void addInterfaceTools(AgentToolList& list);
+
+/// All of them.
+[[nodiscard]] VXVIEWER_API std::vector<Mcp::Tool> makeAgentTools(Viewer& viewer);
+
+} // namespace VX

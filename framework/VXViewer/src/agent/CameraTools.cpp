@@ -1,0 +1,113 @@
+#include "AgentCamera.h"
+#include "AgentSchema.h"
+#include "AgentToolList.h"
+#include "ChosenScene.h"
+
+#include <VXViewer/SceneRenderer.h>
+#include <VXViewer/SceneView.h>
+#include <VXViewer/Viewer.h>
+
+#include <utility>
+
+namespace VX
+{
+
+namespace
+{
+
+Mcp::ToolResult describe(const Viewer& viewer)
+{
+    const PixelRect& area = viewer.view().area();
+    Json::Value value;
+    value["camera"] = cameraJson(viewer.view().camera());
+    value["viewport"]["width"] = area.width;
+    value["viewport"]["height"] = area.height;
+    return Mcp::ToolResult::of(std::move(value));
+}
+
+/// Moves `camera` until "ids", or all, fill the picture.
+tl::expected<Camera, std::string> fitted(Viewer& viewer, const AgentArguments& arguments, Camera camera)
+{
+    const auto objects = arguments.objects("ids", viewer.scene());
+    if (!objects)
+        return tl::unexpected(objects.error());
+    const PixelRect& area = viewer.view().area();
+    const std::shared_ptr<const Object> root = objects->empty() ? viewer.sceneRoot() : chosenScene(*objects);
+    SceneRenderer::fit(camera, *root, {area.width, area.height}, viewer.view().options().viewport);
+    return camera;
+}
+
+AgentResult show(Viewer& viewer, tl::expected<Camera, std::string> camera)
+{
+    if (!camera)
+        return tl::unexpected(std::move(camera.error()));
+    viewer.view().controller().setCamera(*camera);
+    return describe(viewer);
+}
+
+AgentResult set(Viewer& viewer, const AgentArguments& arguments)
+{
+    Camera camera = viewer.view().camera();
+    const auto view = standardViewOf(arguments.text("view"));
+    if (view)
+        camera.setStandardView(*view);
+    auto changed = changedCamera(camera, arguments);
+    if (changed && arguments.flag("fit", view.has_value()))
+        changed = fitted(viewer, arguments, *changed);
+    return show(viewer, std::move(changed));
+}
+
+AgentResult fit(Viewer& viewer, const AgentArguments& arguments)
+{
+    return show(viewer, fitted(viewer, arguments, viewer.view().camera()));
+}
+
+Mcp::Tool cameraTool(const char* name, const char* title, const char* description)
+{
+    using namespace AgentSchema;
+    Mcp::Tool tool;
+    tool.name = name;
+    tool.title = title;
+    tool.description = description;
+    tool.inputSchema = object({});
+    tool.outputSchema = result(
+        {{"camera", cameraSchema()},
+         {"viewport",
+          described(result({{"width", count("In pixels.")}, {"height", count("In pixels.")}}, {"width", "height"}),
+                    "The part of the window that shows the scene.")}},
+        {"camera", "viewport"});
+    tool.idempotent = true;
+    return tool;
+}
+
+} // namespace
+
+void addCameraTools(AgentToolList& list)
+{
+    using namespace AgentSchema;
+    Mcp::Tool get = cameraTool("camera.get", "Where the view looks from", "Tells the camera of the user's view.");
+    get.readOnly = true;
+    list.add(std::move(get), [](Viewer& viewer, const AgentArguments&) -> AgentResult { return describe(viewer); });
+
+    Mcp::Tool setTool =
+        cameraTool("camera.set", "Look from elsewhere",
+                   "Moves the camera of the user's view. \"view\" turns to a standard direction, the other "
+                   "fields place the camera exactly. For a picture alone, give these to "
+                   "\"viewer.captureScreenshot\" instead, which leaves the user's view alone.");
+    setTool.inputSchema = cameraArgumentSchema();
+    setTool.inputSchema["properties"]["view"] =
+        choice("A standard direction; z is up, the front is where y is smallest.", standardViewNames());
+    setTool.inputSchema["properties"]["fit"] =
+        flag("Move in or out until all fills the picture; true if left out with \"view\", else false.");
+    setTool.inputSchema.removeMember("description");
+    list.add(std::move(setTool), set);
+
+    Mcp::Tool fitTool =
+        cameraTool("camera.fit", "Show all, or chosen objects",
+                   "Moves the camera of the user's view, without turning it, until the objects fill the "
+                   "picture.");
+    fitTool.inputSchema = object({{"ids", objectIds("The objects to show; all that is visible if left out.")}});
+    list.add(std::move(fitTool), fit);
+}
+
+} // namespace VX

@@ -1,0 +1,131 @@
+#include "AgentSchema.h"
+#include "AgentToolList.h"
+#include "Paging.h"
+
+#include <VXViewer/HistoryStore.h>
+#include <VXViewer/Viewer.h>
+
+#include <utility>
+
+namespace VX
+{
+
+namespace
+{
+
+constexpr int mostSteps = 1000;
+
+/// Where the history stands.
+void describe(const HistoryStore& history, Json::Value& value)
+{
+    value["position"] = Json::UInt64(history.position());
+    value["canUndo"] = history.position() > 0;
+    value["canRedo"] = history.position() < history.actions().size();
+    value["unsavedChanges"] = !history.isSaved();
+}
+
+/// Undoes or redoes "steps" steps.
+AgentResult move(Viewer& viewer, const AgentArguments& arguments, bool back)
+{
+    HistoryStore& history = *viewer.getGlobalHistoryStore();
+    if (history.isScopeOpen())
+        return tl::unexpected(std::string("The user is in the middle of an edit. Try again in a moment."));
+    Json::Value names(Json::arrayValue);
+    const int steps = arguments.integer("steps", 1);
+    while (static_cast<int>(names.size()) < steps)
+    {
+        const std::size_t step = back ? history.position() - 1 : history.position();
+        if (back ? history.position() == 0 : step >= history.actions().size())
+            break;
+        names.append(history.actions()[step]->name());
+        back ? history.undo() : history.redo();
+    }
+    if (names.empty())
+        return tl::unexpected(std::string(back ? "There is nothing to undo. \"history.list\" tells the steps."
+                                               : "There is nothing to redo. \"history.list\" tells the steps."));
+    Json::Value value;
+    value["steps"] = std::move(names);
+    describe(history, value);
+    return Mcp::ToolResult::of(std::move(value));
+}
+
+AgentResult listSteps(Viewer& viewer, const AgentArguments& arguments)
+{
+    const auto paging = Paging::of(arguments);
+    if (!paging)
+        return tl::unexpected(paging.error());
+    const HistoryStore& history = *viewer.getGlobalHistoryStore();
+    const auto& actions = history.actions();
+    Json::Value value;
+    value["steps"] = Json::Value(Json::arrayValue);
+    for (std::size_t i = paging->begin(actions.size()); i < paging->end(actions.size()); ++i)
+    {
+        // The latest first.
+        const std::size_t index = actions.size() - 1 - i;
+        Json::Value step;
+        step["number"] = Json::UInt64(index + 1);
+        step["name"] = actions[index]->name();
+        step["done"] = index < history.position();
+        value["steps"].append(std::move(step));
+    }
+    paging->describe(value, actions.size());
+    describe(history, value);
+    return Mcp::ToolResult::of(std::move(value));
+}
+
+Json::Value resultSchema(Json::Value steps)
+{
+    using namespace AgentSchema;
+    return result({{"steps", std::move(steps)},
+                   {"position", count("How many steps are done.")},
+                   {"canUndo", flag("Whether there is a step to undo.")},
+                   {"canRedo", flag("Whether there is a step to redo.")},
+                   {"unsavedChanges", flag("Whether the scene has changes that are in no file.")},
+                   {"total", Paging::totalSchema()},
+                   {"nextCursor", Paging::nextCursorSchema()}},
+                  {"steps", "position", "canUndo", "canRedo", "unsavedChanges"});
+}
+
+Mcp::Tool moveTool(const char* name, const char* title, const char* description)
+{
+    using namespace AgentSchema;
+    Mcp::Tool tool;
+    tool.name = name;
+    tool.title = title;
+    tool.description = description;
+    tool.inputSchema = object({{"steps", integer("How many; 1 if left out.", 1, mostSteps)}});
+    tool.outputSchema =
+        resultSchema(list("The names of the steps, in the order in which they were taken.", text("Name of a step.")));
+    return tool;
+}
+
+Mcp::Tool listTool()
+{
+    using namespace AgentSchema;
+    Mcp::Tool tool;
+    tool.name = "history.list";
+    tool.title = "List the steps of the history";
+    tool.description =
+        "Lists what was done to the scene by anybody, the latest step first, with those that are undone.";
+    tool.inputSchema = object({{"limit", Paging::limitSchema()}, {"cursor", Paging::cursorSchema()}});
+    tool.outputSchema = resultSchema(list("The steps.", result({{"number", count("From 1, the oldest.")},
+                                                                {"name", text("What was done.")},
+                                                                {"done", flag("false: undone, can be redone.")}},
+                                                               {"number", "name", "done"})));
+    tool.readOnly = true;
+    tool.idempotent = true;
+    return tool;
+}
+
+} // namespace
+
+void addHistoryTools(AgentToolList& list)
+{
+    list.add(moveTool("history.undo", "Undo", "Takes back the last step or steps, the user's among them."),
+             [](Viewer& viewer, const AgentArguments& arguments) { return move(viewer, arguments, true); });
+    list.add(moveTool("history.redo", "Redo", "Does again what was undone last. A new edit forgets what was undone."),
+             [](Viewer& viewer, const AgentArguments& arguments) { return move(viewer, arguments, false); });
+    list.add(listTool(), listSteps);
+}
+
+} // namespace VX

@@ -1,0 +1,242 @@
+#include "AgentSchema.h"
+#include "AgentToolList.h"
+#include "Paging.h"
+
+#include <VXMesh/StringConvert.h>
+#include <VXViewer/Locale.h>
+#include <VXViewer/RibbonMenu.h>
+#include <VXViewer/RibbonMenuItem.h>
+#include <VXViewer/RibbonSchemaHolder.h>
+#include <VXViewer/UiTree.h>
+#include <VXViewer/Viewer.h>
+
+#include <fmt/format.h>
+
+#include <array>
+#include <utility>
+
+namespace VX
+{
+
+namespace
+{
+
+RibbonMenu* ribbonOf(const Viewer& viewer)
+{
+    return viewer.ui() ? dynamic_cast<RibbonMenu*>(viewer.getMenuPlugin().get()) : nullptr;
+}
+
+const std::string& noRibbon()
+{
+    static const std::string text = "The viewer has no ribbon at present. Wait until it has started.";
+    return text;
+}
+
+Json::Value itemJson(const std::string& name, const RibbonItemInfo& info)
+{
+    const std::string reason = info.item->unavailableReason();
+    Json::Value value;
+    value["name"] = name;
+    value["caption"] = Locale::translate(info.caption.empty() ? name : info.caption);
+    value["tooltip"] = info.tooltip.empty() ? std::string() : Locale::translate(info.tooltip);
+    value["active"] = info.item->isActive();
+    value["available"] = reason.empty();
+    if (!reason.empty())
+        value["reason"] = reason;
+    return value;
+}
+
+bool fits(const std::string& name, const RibbonItemInfo& info, const std::string& wanted)
+{
+    if (wanted.empty())
+        return true;
+    std::string all = name + "\n" + info.caption + "\n" + info.tooltip;
+    for (const std::string& keyword : info.keywords)
+        all += "\n" + keyword;
+    return toLower(all).find(wanted) != std::string::npos;
+}
+
+AgentResult listItems(Viewer& viewer, const AgentArguments& arguments)
+{
+    const RibbonMenu* ribbon = ribbonOf(viewer);
+    if (!ribbon)
+        return tl::unexpected(noRibbon());
+    const auto paging = Paging::of(arguments);
+    if (!paging)
+        return tl::unexpected(paging.error());
+    const std::string wanted = toLower(arguments.text("search"));
+    const bool availableOnly = arguments.flag("availableOnly", false);
+    std::vector<Json::Value> found;
+    for (const auto& [name, info] : RibbonSchemaHolder::schema().items)
+    {
+        if (!info.item || ribbon->isItemHidden(name) || !fits(name, info, wanted))
+            continue;
+        Json::Value item = itemJson(name, info);
+        if (!availableOnly || item["available"].asBool())
+            found.push_back(std::move(item));
+    }
+    Json::Value value;
+    value["items"] = Json::Value(Json::arrayValue);
+    for (std::size_t i = paging->begin(found.size()); i < paging->end(found.size()); ++i)
+        value["items"].append(std::move(found[i]));
+    paging->describe(value, found.size());
+    return Mcp::ToolResult::of(std::move(value));
+}
+
+AgentResult press(Viewer& viewer, const AgentArguments& arguments)
+{
+    RibbonMenu* ribbon = ribbonOf(viewer);
+    if (!ribbon)
+        return tl::unexpected(noRibbon());
+    const std::string name = arguments.text("name");
+    const RibbonItemInfo* info = RibbonSchemaHolder::find(name);
+    if (!info || ribbon->isItemHidden(name))
+        return tl::unexpected(fmt::format("There is no ribbon item \"{}\". \"ribbon.items\" lists their names.", name));
+    // The item may change the schema.
+    const RibbonItemInfo kept = *info;
+    if (const std::string reason = kept.item->unavailableReason(); !reason.empty())
+        return tl::unexpected(fmt::format("\"{}\" cannot be pressed now: {}", name, reason));
+    if (!ribbon->pressItem(name))
+        return tl::unexpected(
+            fmt::format("\"{}\" was not accepted. \"ui.tree\" tells what the viewer shows now.", name));
+    return Mcp::ToolResult::of(itemJson(name, kept));
+}
+
+const char* nameOf(UiKind kind)
+{
+    constexpr std::array names{"window",  "button", "checkbox",         "textInput",  "combo", "treeRow",
+                               "listRow", "text",   "progressBar",      "iconButton", "icon",  "radio",
+                               "slider",  "drag",   "collapsingHeader", "tab",        "table", "tableRow"};
+    const auto index = static_cast<std::size_t>(kind);
+    return index < names.size() ? names.at(index) : "other";
+}
+
+Json::Value widgetJson(const UiItem& item)
+{
+    Json::Value value;
+    value["kind"] = nameOf(item.kind);
+    value["window"] = item.window;
+    value["label"] = item.label;
+    if (!item.value.empty())
+        value["value"] = item.value;
+    value["enabled"] = item.enabled;
+    value["visible"] = item.isVisible();
+    value["x"] = static_cast<double>(item.min.x());
+    value["y"] = static_cast<double>(item.min.y());
+    value["width"] = static_cast<double>(item.max.x() - item.min.x());
+    value["height"] = static_cast<double>(item.max.y() - item.min.y());
+    return value;
+}
+
+AgentResult listWidgets(Viewer& viewer, const AgentArguments& arguments)
+{
+    const auto paging = Paging::of(arguments);
+    if (!paging)
+        return tl::unexpected(paging.error());
+    const std::string window = arguments.text("window");
+    std::vector<const UiItem*> found;
+    for (const UiItem& item : UiTree::instance().items())
+    {
+        if (viewer.ui() && (window.empty() || item.window == window || item.label == window))
+            found.push_back(&item);
+    }
+    Json::Value value;
+    value["widgets"] = Json::Value(Json::arrayValue);
+    for (std::size_t i = paging->begin(found.size()); i < paging->end(found.size()); ++i)
+        value["widgets"].append(widgetJson(*found[i]));
+    paging->describe(value, found.size());
+    return Mcp::ToolResult::of(std::move(value));
+}
+
+Json::Value itemSchema()
+{
+    using namespace AgentSchema;
+    return result({{"name", text("What \"ribbon.press\" takes.")},
+                   {"caption", text("What the user reads on it, in the user's language.")},
+                   {"tooltip", text("What it does.")},
+                   {"active", flag("Whether a switch is on or a tool is in use.")},
+                   {"available", flag("Whether it can be pressed now.")},
+                   {"reason", text("Why it cannot be pressed now.")}},
+                  {"name", "caption", "active", "available"});
+}
+
+Mcp::Tool itemsTool()
+{
+    using namespace AgentSchema;
+    Mcp::Tool tool;
+    tool.name = "ribbon.items";
+    tool.title = "List the commands of the ribbon";
+    tool.description =
+        "Lists the commands, switches and tools of the viewer's ribbon, with the reason where one cannot be "
+        "pressed now.";
+    tool.inputSchema = object({{"search", text("Only items with this in their name, caption, tooltip or keywords.")},
+                               {"availableOnly", flag("Only those that can be pressed now; false if left out.")},
+                               {"limit", Paging::limitSchema()},
+                               {"cursor", Paging::cursorSchema()}});
+    tool.outputSchema = result({{"items", list("By name.", itemSchema())},
+                                {"total", Paging::totalSchema()},
+                                {"nextCursor", Paging::nextCursorSchema()}},
+                               {"items", "total"});
+    tool.readOnly = true;
+    tool.idempotent = true;
+    return tool;
+}
+
+Mcp::Tool pressTool()
+{
+    using namespace AgentSchema;
+    Mcp::Tool tool;
+    tool.name = "ribbon.press";
+    tool.title = "Press a command of the ribbon";
+    tool.description =
+        "Presses an item as the user would. Prefer the other tools where one does the same: some items open "
+        "a window or a dialog that waits for the user, as those that open and save files do.";
+    tool.inputSchema = object({{"name", text("As \"ribbon.items\" tells; case matters.")}}, {"name"});
+    tool.outputSchema = itemSchema();
+    tool.destructive = true;
+    tool.openWorld = true;
+    return tool;
+}
+
+Mcp::Tool treeTool()
+{
+    using namespace AgentSchema;
+    const Json::Value widget = result({{"kind", text("button, checkbox, textInput, window and so on.")},
+                                       {"window", text("The window that it is in.")},
+                                       {"label", text("What the user reads on it.")},
+                                       {"value", text("What it is set to, where it has a value.")},
+                                       {"enabled", flag("Whether it can be used.")},
+                                       {"visible", flag("false: scrolled or cut out of sight.")},
+                                       {"x", number("In pixels from the left of the window.")},
+                                       {"y", number("In pixels from the top of the window.")},
+                                       {"width", number("In pixels.")},
+                                       {"height", number("In pixels.")}},
+                                      {"kind", "window", "label", "enabled", "visible"});
+    Mcp::Tool tool;
+    tool.name = "ui.tree";
+    tool.title = "What the interface shows";
+    tool.description =
+        "Lists the windows and widgets of the last frame, in drawing order: what the user sees now, such as "
+        "a message that waits for an answer.";
+    tool.inputSchema = object({{"window", text("Only this window and what is in it.")},
+                               {"limit", Paging::limitSchema()},
+                               {"cursor", Paging::cursorSchema()}});
+    tool.outputSchema = result({{"widgets", list("In drawing order.", widget)},
+                                {"total", Paging::totalSchema()},
+                                {"nextCursor", Paging::nextCursorSchema()}},
+                               {"widgets", "total"});
+    tool.readOnly = true;
+    tool.idempotent = true;
+    return tool;
+}
+
+} // namespace
+
+void addInterfaceTools(AgentToolList& list)
+{
+    list.add(itemsTool(), listItems);
+    list.add(pressTool(), press);
+    list.add(treeTool(), listWidgets);
+}
+
+} // namespace VX

@@ -1,0 +1,80 @@
+#include "AgentJobs.h"
+#include "AgentSchema.h"
+#include "AgentToolList.h"
+
+#include <VXViewer/ProgressBar.h>
+
+#include <utility>
+
+namespace VX
+{
+
+namespace
+{
+
+Mcp::Tool jobTool(const char* name, const char* title, const char* description)
+{
+    using namespace AgentSchema;
+    Mcp::Tool tool;
+    tool.name = name;
+    tool.title = title;
+    tool.description = description;
+    tool.inputSchema = object({{"job", objectId("Its number, as \"jobs.list\" tells.")}}, {"job"});
+    tool.outputSchema = AgentJobs::schema();
+    tool.idempotent = true;
+    return tool;
+}
+
+std::uint64_t idOf(const AgentArguments& arguments)
+{
+    return static_cast<std::uint64_t>(arguments.integer("job", 0));
+}
+
+AgentResult describe(const AgentJobs& jobs, std::uint64_t id)
+{
+    auto job = jobs.describe(id);
+    if (!job)
+        return tl::unexpected(std::move(job.error()));
+    return Mcp::ToolResult::of(std::move(*job));
+}
+
+} // namespace
+
+void addJobTools(AgentToolList& list)
+{
+    Mcp::Tool listTool =
+        jobTool("jobs.list", "List long work",
+                "Lists the files being loaded or saved and other long work, the user's among it, and what "
+                "became of the work that agents began.");
+    listTool.inputSchema = AgentSchema::object({});
+    listTool.outputSchema =
+        AgentSchema::result({{"jobs", AgentSchema::list("Running ones first.", AgentJobs::schema())}}, {"jobs"});
+    listTool.readOnly = true;
+    list.add(std::move(listTool), [context = list.context()](Viewer&, const AgentArguments&) -> AgentResult
+             { return Mcp::ToolResult::of(context->jobs->list()); });
+
+    Mcp::Tool status =
+        jobTool("jobs.status", "How far a piece of work is",
+                "Tells how far a job is, or what became of it: \"result\" is what the tool that began it "
+                "would have answered.");
+    status.readOnly = true;
+    list.add(std::move(status), [context = list.context()](Viewer&, const AgentArguments& arguments)
+             { return describe(*context->jobs, idOf(arguments)); });
+
+    list.add(jobTool("jobs.cancel", "Cancel a piece of work",
+                     "Ends a job. Nothing that it would have done is done. One that has ended is left alone."),
+             [context = list.context()](Viewer&, const AgentArguments& arguments)
+             {
+                 auto before = describe(*context->jobs, idOf(arguments));
+                 ProgressBar::cancel(idOf(arguments));
+                 auto after = describe(*context->jobs, idOf(arguments));
+                 if (before && !after)
+                 {
+                     before->structured["state"] = "canceled";
+                     return before;
+                 }
+                 return after;
+             });
+}
+
+} // namespace VX

@@ -1,0 +1,300 @@
+#include "AgentSchema.h"
+#include "AgentToolList.h"
+#include "ObjectSummary.h"
+#include "SceneSteps.h"
+#include "items/ObjectEdits.h"
+#include "panels/ObjectRename.h"
+
+#include <VXMesh/ObjectMesh.h>
+#include <VXMesh/VisualObject.h>
+#include <VXViewer/HistoryStore.h>
+#include <VXViewer/Locale.h>
+#include <VXViewer/SceneEdit.h>
+
+#include <fmt/format.h>
+
+#include <charconv>
+#include <cmath>
+#include <functional>
+#include <optional>
+#include <utility>
+
+namespace VX
+{
+
+namespace
+{
+
+using Objects = std::vector<std::shared_ptr<Object>>;
+
+/// Does `change` to the objects of "ids" and tells what became of them.
+AgentResult changeObjects(Viewer& viewer, const AgentArguments& arguments, const char* name,
+                          const std::function<void(SceneEdit&, Object&)>& change)
+{
+    const auto objects = arguments.someObjects("ids", viewer.scene());
+    if (!objects)
+        return tl::unexpected(objects.error());
+    {
+        SceneEdit edit(*viewer.getGlobalHistoryStore(), name);
+        for (const std::shared_ptr<Object>& object : *objects)
+            change(edit, *object);
+    }
+    return Mcp::ToolResult::of(agentObjectsJson(*objects));
+}
+
+AgentResult remove(Viewer& viewer, const AgentArguments& arguments)
+{
+    const auto objects = arguments.someObjects("ids", viewer.scene());
+    if (!objects)
+        return tl::unexpected(objects.error());
+    const HistoryScope scope(*viewer.getGlobalHistoryStore(), translatable("Remove Objects"));
+    selectForStep(viewer, *objects);
+    deleteSelectedObjects(viewer);
+    Json::Value result;
+    result["removed"] = Json::UInt64(objects->size());
+    return Mcp::ToolResult::of(std::move(result));
+}
+
+AgentResult rename(Viewer& viewer, const AgentArguments& arguments)
+{
+    const auto object = arguments.object("id", viewer.scene());
+    if (!object)
+        return tl::unexpected(object.error());
+    if (!(*object)->parent())
+        return tl::unexpected(std::string("The root of the scene has no name. Name an object below it."));
+    const std::string name = arguments.text("name");
+    if (name.find_first_not_of(" \t\r\n") == std::string::npos)
+        return tl::unexpected(std::string("A name needs a letter or another sign. Call again with one."));
+    renameObject(viewer, *object, name);
+    return Mcp::ToolResult::of(agentJson(**object, Detail::Summary));
+}
+
+AgentResult setVisibility(Viewer& viewer, const AgentArguments& arguments)
+{
+    const bool visible = arguments.flag("visible", true);
+    return changeObjects(viewer, arguments, visible ? translatable("Show") : translatable("Hide"),
+                         [&](SceneEdit& edit, Object& object)
+                         {
+                             if (object.isVisible() == visible)
+                                 return;
+                             edit.touch(object.shared_from_this());
+                             object.setVisible(visible);
+                         });
+}
+
+/// "#rrggbb" in any letter case.
+std::optional<Color> parseColor(const std::string& text)
+{
+    unsigned number = 0;
+    if (text.size() != 7 || text.front() != '#')
+        return std::nullopt;
+    const char* end = text.data() + text.size();
+    const auto [last, error] = std::from_chars(text.data() + 1, end, number, 16);
+    if (error != std::errc() || last != end)
+        return std::nullopt;
+    const auto byte = [number](unsigned shift) { return static_cast<std::uint8_t>(number >> shift & 0xFFU); };
+    return Color{byte(16), byte(8), byte(0), 255};
+}
+
+void changeAppearance(SceneEdit& edit, Object& object, const std::optional<Color>& color,
+                      const AgentArguments& arguments)
+{
+    auto* visual = dynamic_cast<VisualObject*>(&object);
+    if (!visual)
+        return;
+    edit.touch(object.shared_from_this());
+    Color changed = visual->color();
+    if (color)
+        changed = {color->r, color->g, color->b, changed.a};
+    if (arguments.has("opacity"))
+        changed.a = static_cast<std::uint8_t>(std::lround(std::clamp(arguments.number("opacity", 1), 0.0, 1.0) * 255));
+    visual->setColor(changed);
+    if (auto* mesh = dynamic_cast<ObjectMesh*>(&object); mesh && arguments.has("flatShaded"))
+        mesh->setFlatShaded(arguments.flag("flatShaded", false));
+}
+
+AgentResult setAppearance(Viewer& viewer, const AgentArguments& arguments)
+{
+    std::optional<Color> color;
+    if (arguments.has("color"))
+    {
+        color = parseColor(arguments.text("color"));
+        if (!color)
+            return tl::unexpected(fmt::format("\"{}\" is no colour. Write it as \"#rrggbb\", such as \"#ff8000\".",
+                                              arguments.text("color")));
+    }
+    return changeObjects(
+        viewer, arguments, translatable("Change Appearance"), [&](SceneEdit& edit, Object& object)
+        { visitObjects(object, [&](Object& each) { changeAppearance(edit, each, color, arguments); }); });
+}
+
+/// The change that "matrix", or "scale", "rotate" and "translate" in this order, ask for, in scene coordinates.
+/// @param center  what turns and grows stays there
+tl::expected<Transform, std::string> transformOf(const AgentArguments& arguments, const Vector3d& center)
+{
+    Transform change = Transform::Identity();
+    if (const std::vector<double> matrix = arguments.numbers("matrix"); !matrix.empty())
+    {
+        if (matrix.size() != 16)
+            return tl::unexpected(std::string("\"matrix\" needs 16 numbers, row by row."));
+        for (int i = 0; i < 16; ++i)
+            change.matrix()(i / 4, i % 4) = matrix[static_cast<std::size_t>(i)];
+        if (!change.matrix().row(3).isApprox(Eigen::RowVector4d(0, 0, 0, 1)))
+            return tl::unexpected(std::string("The last row of \"matrix\" must be 0, 0, 0, 1."));
+    }
+    Transform about = Transform::Identity();
+    if (const auto rotation = arguments.below("rotate"))
+    {
+        const Vector3d axis = rotation->vector("axis").value_or(Vector3d::UnitZ());
+        if (axis.norm() == 0)
+            return tl::unexpected(std::string("The axis to rotate about must not be 0, 0, 0."));
+        const double angle = rotation->number("degrees", 0) * EIGEN_PI / 180;
+        about.linear() = Eigen::AngleAxisd(angle, axis.normalized()).toRotationMatrix();
+    }
+    about.linear() *= arguments.number("scale", 1);
+    change = Eigen::Translation3d(arguments.vector("translate").value_or(Vector3d::Zero())) *
+             Transform(Eigen::Translation3d(center) * about * Eigen::Translation3d(-center)) * change;
+    constexpr double farthest = 1e12;
+    if (!change.matrix().allFinite() || change.matrix().cwiseAbs().maxCoeff() > farthest ||
+        std::abs(change.linear().determinant()) < 1e-30)
+        return tl::unexpected(std::string("This would flatten the objects to nothing or move them to infinity. Use a "
+                                          "scale other than 0 and a matrix that can be inverted."));
+    return change;
+}
+
+/// Those of `objects` that none of the others is above.
+Objects topmost(const Objects& objects)
+{
+    Objects top;
+    for (const std::shared_ptr<Object>& object : objects)
+    {
+        const Object* above = object->parent();
+        while (above && std::ranges::find(objects, above, &std::shared_ptr<Object>::get) == objects.end())
+            above = above->parent();
+        if (!above)
+            top.push_back(object);
+    }
+    return top;
+}
+
+AgentResult transform(Viewer& viewer, const AgentArguments& arguments)
+{
+    const auto objects = arguments.someObjects("ids", viewer.scene());
+    if (!objects)
+        return tl::unexpected(objects.error());
+    Box3d box;
+    for (const std::shared_ptr<Object>& object : *objects)
+        box.extend(object->worldBox());
+    const Vector3d middle = box.isEmpty() ? Vector3d(Vector3d::Zero()) : Vector3d(box.center());
+    const auto change = transformOf(arguments, arguments.vector("center").value_or(middle));
+    if (!change)
+        return tl::unexpected(change.error());
+    {
+        SceneEdit edit(*viewer.getGlobalHistoryStore(), translatable("Transform"));
+        for (const std::shared_ptr<Object>& object : topmost(*objects))
+        {
+            edit.touch(object);
+            const Transform parent = object->parent()->worldTransform();
+            object->setTransform(parent.inverse() * *change * parent * object->transform());
+        }
+    }
+    return Mcp::ToolResult::of(agentObjectsJson(*objects));
+}
+
+Mcp::Tool editTool(const char* name, const char* title, const char* description)
+{
+    Mcp::Tool tool;
+    tool.name = name;
+    tool.title = title;
+    tool.description = std::string(description) + " One step that \"history.undo\" takes back.";
+    tool.outputSchema = agentObjectsSchema("The objects as they are now.");
+    return tool;
+}
+
+Mcp::Tool removeTool()
+{
+    Mcp::Tool tool =
+        editTool("scene.remove", "Remove objects", "Takes objects, with all below them, out of the scene.");
+    tool.inputSchema = AgentSchema::object({{"ids", AgentSchema::objectIds("The objects to remove.")}}, {"ids"});
+    tool.outputSchema =
+        AgentSchema::result({{"removed", AgentSchema::count("How many of the named objects went.")}}, {"removed"});
+    tool.destructive = true;
+    return tool;
+}
+
+Mcp::Tool renameTool()
+{
+    Mcp::Tool tool = editTool("scene.rename", "Rename an object", "Gives an object another name.");
+    tool.inputSchema =
+        AgentSchema::object({{"id", AgentSchema::objectId("The object.")},
+                             {"name", AgentSchema::text("Its new name; blanks around it are left out.")}},
+                            {"id", "name"});
+    tool.outputSchema = shortObjectSchema();
+    tool.idempotent = true;
+    return tool;
+}
+
+Mcp::Tool visibilityTool()
+{
+    Mcp::Tool tool = editTool("scene.setVisibility", "Show or hide objects",
+                              "Turns the own switch of objects on or off. An object shows only while all above it are "
+                              "on too.");
+    tool.inputSchema = AgentSchema::object(
+        {{"ids", AgentSchema::objectIds("The objects.")}, {"visible", AgentSchema::flag("true shows, false hides.")}},
+        {"ids", "visible"});
+    tool.idempotent = true;
+    return tool;
+}
+
+Mcp::Tool appearanceTool()
+{
+    using namespace AgentSchema;
+    Mcp::Tool tool =
+        editTool("scene.setAppearance", "Colour and shade objects",
+                 "Changes colour, opacity and shading of objects and all below them. What is left out stays.");
+    tool.inputSchema = object({{"ids", objectIds("The objects.")},
+                               {"color", text("\"#rrggbb\". Geometry with colours of its own goes on to show those.")},
+                               {"opacity", number("0: not to be seen, 1: opaque.", 0, 1)},
+                               {"flatShaded", flag("Meshes: true shows the single triangles, false smooth shading.")}},
+                              {"ids"});
+    tool.idempotent = true;
+    return tool;
+}
+
+Mcp::Tool transformTool()
+{
+    using namespace AgentSchema;
+    Mcp::Tool tool =
+        editTool("scene.transform", "Move, turn and scale objects",
+                 "Moves objects, with all below them, in scene coordinates (mm, z up): first \"matrix\", then "
+                 "\"scale\" and \"rotate\" about \"center\", then \"translate\".");
+    Json::Value matrix =
+        AgentSchema::list("An affine transform in scene coordinates: 16 numbers, row by row, the last row 0 0 0 "
+                          "1.",
+                          number("A number."), 16, 16);
+    tool.inputSchema =
+        object({{"ids", objectIds("The objects.")},
+                {"translate", vector("How far to move along x, y and z, in mm.")},
+                {"rotate", described(object({{"axis", vector("The direction to turn about, in scene coordinates.")},
+                                             {"degrees", number("Counter-clockwise seen against the axis.")}},
+                                            {"axis", "degrees"}),
+                                     "A turn.")},
+                {"scale", number("A factor; 1 changes nothing.")},
+                {"center", vector("What turns and scales about; the middle of the objects' box if left out.")},
+                {"matrix", matrix}},
+               {"ids"});
+    return tool;
+}
+
+} // namespace
+
+void addSceneEditTools(AgentToolList& list)
+{
+    list.add(removeTool(), remove);
+    list.add(renameTool(), rename);
+    list.add(visibilityTool(), setVisibility);
+    list.add(appearanceTool(), setAppearance);
+    list.add(transformTool(), transform);
+}
+
+} // namespace VX

@@ -1,0 +1,159 @@
+#pragma once
+
+#include "agent/AgentToolList.h"
+#include "agent/AllowedFolders.h"
+#include "tests/framework/VXViewer/UiTestScene.h"
+#include "tests/framework/VXViewer/history/SceneText.h"
+#include "tests/support/TempDir.h"
+#include "tests/support/ui/UiDriver.h"
+
+#include <VXMesh/Json.h>
+#include <VXMesh/ObjectMesh.h>
+#include <VXViewer/HistoryStore.h>
+#include <VXViewer/RibbonMenu.h>
+#include <VXViewer/RibbonSchemaHolder.h>
+#include <VXViewer/SceneView.h>
+#include <VXViewer/Viewer.h>
+#include <VXViewer/ViewerItems.h>
+
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace VX::Test
+{
+
+/// A viewer with its ribbon over a scene of the boxes A, B and C beside each other, and the viewer's tools. Agents may
+/// use files in a folder of the test's.
+class AgentFixture : public testing::Test
+{
+protected:
+    AgentFixture()
+    {
+        AllowedFolders::setSettings({folder_.path()});
+        driver_.settle();
+        viewer_.view().fitAll(false);
+    }
+
+    ~AgentFixture() override { RibbonSchemaHolder::reset(); }
+
+    /// What is under way with a tool.
+    struct Running
+    {
+        std::shared_ptr<Mcp::ToolCall> call;
+        std::shared_ptr<std::optional<Mcp::ToolResult>> result = std::make_shared<std::optional<Mcp::ToolResult>>();
+    };
+
+    [[nodiscard]] const Mcp::Tool& tool_(const std::string& name) const
+    {
+        return *std::ranges::find(tools_, name, &Mcp::Tool::name);
+    }
+
+    /// @param arguments  JSON text
+    Running begin_(const std::string& name, const std::string& arguments = "{}",
+                   Mcp::ToolCall::ProgressSink progress = {})
+    {
+        Running running;
+        running.call = std::make_shared<Mcp::ToolCall>(deserializeJsonValue(arguments).value(), std::move(progress));
+        tool_(name).run(running.call, [result = running.result](Mcp::ToolResult given) { *result = std::move(given); });
+        return running;
+    }
+
+    Mcp::ToolResult finish_(const Running& running)
+    {
+        EXPECT_TRUE(driver_.waitFor([&] { return running.result->has_value(); }));
+        return running.result->value_or(Mcp::ToolResult());
+    }
+
+    Mcp::ToolResult run_(const std::string& name, const std::string& arguments = "{}")
+    {
+        return finish_(begin_(name, arguments));
+    }
+
+    /// What a call that succeeds gives back.
+    Json::Value call_(const std::string& name, const std::string& arguments = "{}")
+    {
+        const Mcp::ToolResult result = run_(name, arguments);
+        EXPECT_FALSE(result.isError) << name << ": " << (result.content.empty() ? "" : result.content.front().text);
+        return result.structured;
+    }
+
+    /// What a call that fails says.
+    std::string error_(const std::string& name, const std::string& arguments = "{}")
+    {
+        const Mcp::ToolResult result = run_(name, arguments);
+        EXPECT_TRUE(result.isError) << name;
+        return result.content.empty() ? std::string() : result.content.front().text;
+    }
+
+    /// Calls a tool, which must be one step of the history, takes it back and does it again.
+    Json::Value callAsStep_(const std::string& name, const std::string& arguments = "{}")
+    {
+        const std::string before = sceneText(viewer_.scene());
+        const std::size_t position = history_().position();
+        Json::Value value = call_(name, arguments);
+        const std::string after = sceneText(viewer_.scene());
+        EXPECT_NE(after, before);
+        EXPECT_EQ(history_().position(), position + 1);
+        history_().undo();
+        EXPECT_EQ(sceneText(viewer_.scene()), before);
+        history_().redo();
+        EXPECT_EQ(sceneText(viewer_.scene()), after);
+        return value;
+    }
+
+    [[nodiscard]] static std::string id_(const Object& object) { return std::to_string(object.id()); }
+
+    [[nodiscard]] static std::vector<std::string> namesOf_(const Json::Value& objects)
+    {
+        std::vector<std::string> names;
+        for (const Json::Value& object : objects)
+            names.push_back(object["name"].asString());
+        return names;
+    }
+
+    [[nodiscard]] std::vector<std::string> namesBelow_(const Object& parent) const
+    {
+        std::vector<std::string> names;
+        for (const auto& child : parent.children())
+            names.push_back(child->name());
+        return names;
+    }
+
+    [[nodiscard]] HistoryStore& history_() const { return *viewer_.getGlobalHistoryStore(); }
+
+    std::shared_ptr<ObjectMesh> addBox_(const std::string& name, const Vector3f& min, const Vector3f& max)
+    {
+        auto box = makeBox(name, min, max);
+        viewer_.scene().addChild(box);
+        return box;
+    }
+
+    TempDir folder_;
+    bool schema_ = addSchema_();
+    std::shared_ptr<RibbonMenu> menu_ = std::make_shared<RibbonMenu>();
+    ViewerSession session_{menu_, {1000, 700}};
+    Viewer& viewer_ = session_.viewer();
+    UiDriver driver_{session_};
+    std::shared_ptr<ObjectMesh> a_ = addBox_("A", {0, 0, 0}, {1, 1, 1});
+    std::shared_ptr<ObjectMesh> b_ = addBox_("B", {3, 0, 0}, {7, 4, 4});
+    std::shared_ptr<ObjectMesh> c_ = addBox_("C", {9, 0, 0}, {11, 2, 2});
+    std::vector<Mcp::Tool> tools_ = makeAgentTools(viewer_);
+
+private:
+    static bool addSchema_()
+    {
+        RibbonSchemaHolder::reset();
+        registerViewerItems(getViewerInstance());
+        const auto added = RibbonSchemaHolder::addFile(QX_SOURCE_DIR "/resources/ribbon/viewer.json");
+        EXPECT_TRUE(added) << added.error();
+        return true;
+    }
+};
+
+} // namespace VX::Test

@@ -1,0 +1,164 @@
+#include "AgentFixture.h"
+
+#include <VXViewer/FileOpening.h>
+#include <VXViewer/ProgressBar.h>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <future>
+
+namespace VX
+{
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class FileToolsTests : public VX::Test::AgentFixture
+{
+protected:
+    [[nodiscard]] std::string withPath_(const std::filesystem::path& path, const std::string& more = {}) const
+    {
+        return R"({"path": ")" + path.string() + "\"" + (more.empty() ? "" : ", " + more) + "}";
+    }
+
+    /// Files ".box" hold a box, and take until `letOn_`.
+    void openSlowly_()
+    {
+        viewer_.setFileOpener(
+            ".box",
+            [let = letOn_.get_future().share()](const std::filesystem::path& path, const ProgressCallback& progress)
+                -> tl::expected<LoadedObjects, std::string>
+            {
+                bool goOn = true;
+                while (goOn && let.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready)
+                    goOn = progress(0.5F);
+                if (!goOn)
+                    return tl::unexpected(operationCanceledText());
+                LoadedObjects loaded;
+                loaded.objects.push_back(VX::Test::makeBox(path.stem().string()));
+                return loaded;
+            });
+    }
+
+    std::promise<void> letOn_;
+};
+
+TEST_F(FileToolsTests, LoadsAFileAndTellsWhatCameOfIt)
+{
+    const Json::Value loaded =
+        callAsStep_("scene.loadFile", withPath_(folder_.write("part.stl", VX::Test::triangleStl())));
+    ASSERT_EQ(loaded["objects"].size(), 1U);
+    EXPECT_EQ(loaded["objects"][0]["triangles"].asInt(), 1);
+    EXPECT_EQ(loaded["objects"][0]["id"].asUInt64(), viewer_.scene().children().back()->id());
+}
+
+TEST_F(FileToolsTests, SaysWhatIsWrongWithADamagedFileInPlaceOfAMessageToTheUser)
+{
+    int messages = 0;
+    viewer_.fileOpening().setMessageHandler([&](NotificationType, const std::string&) { ++messages; });
+    EXPECT_THAT(error_("scene.loadFile", withPath_(folder_.write("part.ply", "ply\nnothing"))),
+                HasSubstr("\"part.ply\""));
+    EXPECT_EQ(messages, 0);
+}
+
+TEST_F(FileToolsTests, NamesTheKindsOfFilesThatCanBeLoaded)
+{
+    EXPECT_THAT(error_("scene.loadFile", withPath_(folder_.write("part.xyzzy", ""))), HasSubstr(".stl"));
+}
+
+TEST_F(FileToolsTests, LoadsNothingFromElsewhere)
+{
+    const VX::Test::TempDir elsewhere;
+    EXPECT_THAT(error_("scene.loadFile", withPath_(elsewhere.write("part.stl", VX::Test::triangleStl()))),
+                HasSubstr("in no folder that agents may use"));
+    EXPECT_EQ(viewer_.scene().children().size(), 3U);
+}
+
+TEST_F(FileToolsTests, ReportsProgressWhileAFileLoads)
+{
+    openSlowly_();
+    std::atomic<double> reported = 0;
+    const Running running = begin_("scene.loadFile", withPath_(folder_.write("part.box", "")),
+                                   [&](double value, double total, const std::string&) { reported = value / total; });
+    EXPECT_TRUE(driver_.waitFor([&] { return reported == 0.5; }));
+    letOn_.set_value();
+    EXPECT_FALSE(finish_(running).isError);
+}
+
+TEST_F(FileToolsTests, StopsLoadingWhereTheCallIsCanceled)
+{
+    openSlowly_();
+    const Running running = begin_("scene.loadFile", withPath_(folder_.write("part.box", "")));
+    EXPECT_TRUE(driver_.waitFor([&] { return ProgressBar::isOrdered(); }));
+    running.call->cancel();
+    EXPECT_TRUE(driver_.waitFor([&] { return !ProgressBar::isOrdered(); }));
+    EXPECT_EQ(viewer_.scene().children().size(), 3U);
+}
+
+TEST_F(FileToolsTests, LoadsInTheBackgroundWhereNobodyWaits)
+{
+    openSlowly_();
+    const Json::Value begun = call_("scene.loadFile", withPath_(folder_.write("part.box", ""), R"("wait": false)"));
+    const std::string job = R"({"job": )" + begun["job"].asString() + "}";
+    EXPECT_EQ(call_("jobs.status", job)["state"].asString(), "running");
+    EXPECT_EQ(call_("jobs.list")["jobs"].size(), 1U);
+    letOn_.set_value();
+    EXPECT_TRUE(driver_.waitFor([&] { return !ProgressBar::isOrdered(); }));
+    const Json::Value ended = call_("jobs.status", job);
+    EXPECT_EQ(ended["state"].asString(), "done");
+    EXPECT_THAT(namesOf_(ended["result"]["objects"]), ElementsAre("part"));
+}
+
+TEST_F(FileToolsTests, CancelsAJob)
+{
+    openSlowly_();
+    const Json::Value begun = call_("scene.loadFile", withPath_(folder_.write("part.box", ""), R"("wait": false)"));
+    EXPECT_EQ(call_("jobs.cancel", R"({"job": )" + begun["job"].asString() + "}")["state"].asString(), "canceled");
+    EXPECT_FALSE(ProgressBar::isOrdered());
+}
+
+TEST_F(FileToolsTests, TellsThatThereIsNoSuchJob)
+{
+    EXPECT_THAT(error_("jobs.status", R"({"job": 987654})"), HasSubstr("jobs.list"));
+}
+
+TEST_F(FileToolsTests, SavesTheSceneWhichHasNoUnsavedChangesThen)
+{
+    call_("scene.remove", R"({"ids": [)" + id_(*a_) + "]}");
+    EXPECT_FALSE(history_().isSaved());
+    const Json::Value saved = call_("scene.saveFile", withPath_(folder_.path() / "scene.vxu"));
+    EXPECT_EQ(saved["bytes"].asUInt64(), std::filesystem::file_size(folder_.path() / "scene.vxu"));
+    EXPECT_TRUE(history_().isSaved());
+    EXPECT_EQ(viewer_.sceneName(), "scene.vxu");
+}
+
+TEST_F(FileToolsTests, SavesChosenObjectsAlone)
+{
+    call_("scene.saveFile", withPath_(folder_.path() / "one.stl", R"("ids": [)" + id_(*b_) + "]"));
+    const Json::Value loaded = call_("scene.loadFile", withPath_(folder_.path() / "one.stl"));
+    EXPECT_EQ(loaded["objects"][0]["triangles"].asInt(), 12);
+    EXPECT_EQ(loaded["objects"][0]["box"]["min"][0].asDouble(), 3);
+}
+
+TEST_F(FileToolsTests, NeverReplacesAFileUnlessTold)
+{
+    const std::filesystem::path path = folder_.write("part.stl", "mine");
+    EXPECT_THAT(error_("scene.saveFile", withPath_(path)), HasSubstr("\"overwrite\": true"));
+    EXPECT_EQ(VX::Test::readFile(path), "mine");
+    call_("scene.saveFile", withPath_(path, R"("overwrite": true)"));
+    EXPECT_NE(VX::Test::readFile(path), "mine");
+}
+
+TEST_F(FileToolsTests, NamesTheKindsOfFilesThatCanBeWritten)
+{
+    EXPECT_THAT(error_("scene.saveFile", withPath_(folder_.path() / "part.step")), HasSubstr(".vxu"));
+}
+
+TEST_F(FileToolsTests, SavesNothingOfAnEmptyScene)
+{
+    viewer_.scene().setChildren({});
+    EXPECT_THAT(error_("scene.saveFile", withPath_(folder_.path() / "part.stl")), HasSubstr("The scene is empty"));
+}
+
+} // namespace VX

@@ -1,0 +1,150 @@
+#include "AgentFixture.h"
+
+#include <VXMesh/Primitives.h>
+
+#include <gtest/gtest.h>
+
+namespace VX
+{
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class SelectToolsTests : public VX::Test::AgentFixture
+{
+protected:
+    [[nodiscard]] std::vector<std::string> selected_() const
+    {
+        std::vector<std::string> names;
+        visitObjects(std::as_const(viewer_.scene()),
+                     [&](const Object& object)
+                     {
+                         if (object.isSelected())
+                             names.push_back(object.name());
+                     });
+        return names;
+    }
+
+    /// A ray from above onto the middle of `object`.
+    [[nodiscard]] static std::string rayOnto_(const Object& object, const std::string& more = {})
+    {
+        const Vector3d middle = object.worldBox().center();
+        return fmt::format(R"({{"ray": {{"origin": [{}, {}, 100], "direction": [0, 0, -1]}}{}{}}})", middle.x(),
+                           middle.y(), more.empty() ? "" : ", ", more);
+    }
+};
+
+TEST_F(SelectToolsTests, PicksAndSelectsTheObjectAlongARay)
+{
+    const Json::Value hit = callAsStep_("select.pick", rayOnto_(*b_));
+    EXPECT_TRUE(hit["hit"].asBool());
+    EXPECT_EQ(hit["object"]["name"].asString(), "B");
+    EXPECT_NEAR(hit["point"][2].asDouble(), 4, 1e-4);
+    EXPECT_THAT(selected_(), ElementsAre("B"));
+}
+
+TEST_F(SelectToolsTests, PicksWhatAPictureShowsAtAPixel)
+{
+    const Mcp::ToolResult taken = run_("viewer.captureScreenshot", R"({"view": "top", "maxSize": 400})");
+    Json::Value arguments;
+    arguments["x"] = taken.structured["width"].asInt() / 2;
+    arguments["y"] = taken.structured["height"].asInt() / 2;
+    for (const char* field : {"width", "height", "camera"})
+        arguments["picture"][field] = taken.structured[field];
+    EXPECT_EQ(call_("select.pick", arguments.toStyledString())["object"]["name"].asString(), "B");
+}
+
+TEST_F(SelectToolsTests, SelectsNothingWhereNothingIs)
+{
+    b_->setSelected(true);
+    const Json::Value hit =
+        callAsStep_("select.pick", R"({"ray": {"origin": [100, 100, 100], "direction": [0, 0, -1]}})");
+    EXPECT_FALSE(hit["hit"].asBool());
+    EXPECT_TRUE(selected_().empty());
+}
+
+TEST_F(SelectToolsTests, OnlyLooksWhereAskedTo)
+{
+    EXPECT_TRUE(call_("select.pick", rayOnto_(*b_, R"("select": "nothing")"))["hit"].asBool());
+    EXPECT_TRUE(selected_().empty());
+    EXPECT_EQ(history_().position(), 0U);
+}
+
+TEST_F(SelectToolsTests, AsksWhereToLook)
+{
+    EXPECT_THAT(error_("select.pick"), HasSubstr("\"ray\""));
+    EXPECT_THAT(error_("select.pick", R"({"x": 5000, "y": 1})"), HasSubstr("outside of the picture"));
+}
+
+TEST_F(SelectToolsTests, SelectsObjectsByTheirIds)
+{
+    callAsStep_("select.objects", R"({"ids": [)" + id_(*a_) + "]}");
+    callAsStep_("select.objects", R"({"mode": "add", "ids": [)" + id_(*c_) + "]}");
+    EXPECT_THAT(selected_(), ElementsAre("A", "C"));
+    callAsStep_("select.objects", R"({"mode": "remove", "ids": [)" + id_(*a_) + "]}");
+    EXPECT_THAT(selected_(), ElementsAre("C"));
+}
+
+TEST_F(SelectToolsTests, SelectsTheCurvedRegionAroundAFace)
+{
+    a_->setMesh(std::make_shared<const Mesh>(makeCylinder({.radius = 1, .height = 5, .segments = 48})));
+    a_->setTransform(Transform(Eigen::Translation3d(0, 20, 0)));
+    const Json::Value found =
+        callAsStep_("select.primitive", R"({"ray": {"origin": [-50, 20, 0.1], "direction": [1, 0, 0]}})");
+    EXPECT_EQ(found["meshes"][0]["id"].asUInt64(), a_->id());
+    EXPECT_EQ(found["found"].asUInt64(), found["selectedFaces"].asUInt64());
+    EXPECT_GE(found["found"].asInt(), 96);
+    EXPECT_LT(found["found"].asUInt64(), a_->mesh()->triangles.size());
+}
+
+TEST_F(SelectToolsTests, SelectsTheRegionOfAFaceThatIsNamed)
+{
+    const Json::Value found = callAsStep_("select.primitive", R"({"face": 0, "id": )" + id_(*b_) + "}");
+    EXPECT_EQ(found["found"].asInt(), 2);
+    EXPECT_THAT(error_("select.primitive", R"({"face": 12, "id": )" + id_(*b_) + "}"), HasSubstr("faces 0 to 11"));
+}
+
+TEST_F(SelectToolsTests, SelectsWhatIsSeenInARectangle)
+{
+    const Json::Value found = callAsStep_("select.rectangle", R"({"x0": 0, "y0": 0, "x1": 399, "y1": 299, "picture":
+        {"width": 400, "height": 300, "camera": {"projection": "orthographic", "eye": [5, 2, 50], "target": [5, 2, 0],
+        "up": [0, 1, 0]}}})");
+    EXPECT_EQ(found["found"].asInt(), 6);
+    EXPECT_EQ(found["meshes"].size(), 3U);
+}
+
+TEST_F(SelectToolsTests, DeletesTheSelectedFacesAndOneUndoBringsThemBack)
+{
+    call_("select.primitive", R"({"face": 0, "id": )" + id_(*b_) + "}");
+    const Json::Value deleted = callAsStep_("select.delete");
+    EXPECT_EQ(deleted["deletedFaces"].asInt(), 2);
+    EXPECT_EQ(b_->mesh()->triangles.size(), 10U);
+    call_("history.undo");
+    EXPECT_EQ(b_->mesh()->triangles.size(), 12U);
+}
+
+TEST_F(SelectToolsTests, DeletesTheSelectedObjectsWhereNoFacesAre)
+{
+    a_->setSelected(true);
+    EXPECT_EQ(callAsStep_("select.delete")["deletedObjects"].asInt(), 1);
+    EXPECT_THAT(namesBelow_(viewer_.scene()), ElementsAre("B", "C"));
+}
+
+TEST_F(SelectToolsTests, SaysHowToSelectWhereNothingIsToBeDeleted)
+{
+    EXPECT_THAT(error_("select.delete"), HasSubstr("select.objects"));
+    EXPECT_THAT(error_("select.delete", R"({"what": "faces"})"), HasSubstr("select.primitive"));
+}
+
+TEST_F(SelectToolsTests, TellsAndClearsWhatIsSelected)
+{
+    a_->setSelected(true);
+    call_("select.primitive", R"({"face": 0, "id": )" + id_(*b_) + "}");
+    const Json::Value selected = call_("select.get");
+    EXPECT_THAT(namesOf_(selected["objects"]), ElementsAre("A", "B"));
+    EXPECT_EQ(selected["selected"]["faces"].asInt(), 2);
+    const Json::Value cleared = callAsStep_("select.clear");
+    EXPECT_EQ(cleared["faces"].asInt() + cleared["objects"].asInt(), 0);
+}
+
+} // namespace VX

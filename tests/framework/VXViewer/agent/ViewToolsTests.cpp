@@ -1,0 +1,158 @@
+#include "AgentFixture.h"
+
+#include <gtest/gtest.h>
+
+namespace VX
+{
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class ViewToolsTests : public VX::Test::AgentFixture
+{
+};
+
+TEST_F(ViewToolsTests, PlacesTheCameraWhereItIsToldTo)
+{
+    const Json::Value set =
+        call_("camera.set", R"({"eye": [0, -50, 10], "target": [0, 0, 10], "projection": "orthographic"})");
+    const Camera& camera = viewer_.view().camera();
+    EXPECT_TRUE(camera.eye().isApprox(Vector3d(0, -50, 10)));
+    EXPECT_TRUE(camera.up().isApprox(Vector3d::UnitZ()));
+    EXPECT_EQ(camera.projection(), Projection::Orthographic);
+    EXPECT_EQ(set["camera"], call_("camera.get")["camera"]);
+}
+
+TEST_F(ViewToolsTests, TurnsToAStandardDirectionAndShowsAll)
+{
+    call_("camera.set", R"({"view": "top"})");
+    const Camera& camera = viewer_.view().camera();
+    EXPECT_TRUE(camera.direction().isApprox(Vector3d(0, 0, -1)));
+    const PixelRect& area = viewer_.view().area();
+    const auto pixel = camera.project({11, 2, 2}, {area.width, area.height});
+    ASSERT_TRUE(pixel);
+    EXPECT_TRUE(pixel->x() > 0 && pixel->x() < area.width);
+}
+
+TEST_F(ViewToolsTests, LooksStraightDownWithoutBeingToldWhatIsUp)
+{
+    call_("camera.set", R"({"eye": [0, 0, 50], "target": [0, 0, 0]})");
+    EXPECT_TRUE(viewer_.view().camera().up().isApprox(Vector3d::UnitY()));
+}
+
+TEST_F(ViewToolsTests, RefusesAnUpThatIsTheDirectionOfLooking)
+{
+    EXPECT_THAT(error_("camera.set", R"({"eye": [0, 0, 50], "target": [0, 0, 0], "up": [0, 0, 1]})"),
+                HasSubstr("\"up\" must point elsewhere"));
+}
+
+TEST_F(ViewToolsTests, ShowsChosenObjectsLarge)
+{
+    call_("camera.fit");
+    const double all = viewer_.view().camera().distance();
+    call_("camera.fit", R"({"ids": [)" + id_(*a_) + "]}");
+    EXPECT_LT(viewer_.view().camera().distance(), all / 2);
+}
+
+TEST_F(ViewToolsTests, UndoesAndRedoesSteps)
+{
+    call_("scene.rename", R"({"id": )" + id_(*a_) + R"(, "name": "X"})");
+    call_("scene.remove", R"({"ids": [)" + id_(*b_) + "]}");
+    const Json::Value undone = call_("history.undo", R"({"steps": 5})");
+    EXPECT_EQ(undone["steps"].size(), 2U);
+    EXPECT_EQ(undone["steps"][0].asString(), "Remove Objects");
+    EXPECT_FALSE(undone["canUndo"].asBool());
+    EXPECT_THAT(namesBelow_(viewer_.scene()), ElementsAre("A", "B", "C"));
+    call_("history.redo");
+    EXPECT_EQ(a_->name(), "X");
+    EXPECT_THAT(error_("history.redo", R"({"steps": 0})"), HasSubstr("nothing to redo"));
+}
+
+TEST_F(ViewToolsTests, ListsTheStepsTheLatestFirst)
+{
+    call_("scene.rename", R"({"id": )" + id_(*a_) + R"(, "name": "X"})");
+    call_("scene.remove", R"({"ids": [)" + id_(*b_) + "]}");
+    call_("history.undo");
+    const Json::Value list = call_("history.list");
+    EXPECT_THAT(namesOf_(list["steps"]), ElementsAre("Remove Objects", "Rename"));
+    EXPECT_FALSE(list["steps"][0]["done"].asBool());
+    EXPECT_EQ(list["position"].asInt(), 1);
+}
+
+TEST_F(ViewToolsTests, SaysSoWhereThereIsNothingToUndo)
+{
+    EXPECT_THAT(error_("history.undo"), HasSubstr("nothing to undo"));
+}
+
+TEST_F(ViewToolsTests, ListsRibbonItemsWithTheReasonWhereOneIsNotAvailable)
+{
+    const Json::Value items = call_("ribbon.items", R"({"search": "duplicate"})");
+    ASSERT_EQ(items["items"].size(), 1U);
+    EXPECT_FALSE(items["items"][0]["available"].asBool());
+    EXPECT_EQ(items["items"][0]["reason"].asString(), "No object is selected.");
+}
+
+TEST_F(ViewToolsTests, PressesARibbonItem)
+{
+    a_->setSelected(true);
+    callAsStep_("ribbon.press", R"({"name": "Duplicate"})");
+    EXPECT_THAT(namesBelow_(viewer_.scene()), ElementsAre("A", "A 2", "B", "C"));
+}
+
+TEST_F(ViewToolsTests, SaysWhyARibbonItemCannotBePressed)
+{
+    EXPECT_EQ(error_("ribbon.press", R"({"name": "Duplicate"})"),
+              "\"Duplicate\" cannot be pressed now: No object is selected.");
+    EXPECT_THAT(error_("ribbon.press", R"({"name": "Nothing"})"), HasSubstr("ribbon.items"));
+}
+
+TEST_F(ViewToolsTests, TellsWhatTheInterfaceShows)
+{
+    driver_.settle();
+    const Json::Value header = call_("ui.tree", R"({"window": "Ribbon Header"})");
+    ASSERT_FALSE(header["widgets"].empty());
+    bool hasTab = false;
+    for (const Json::Value& widget : header["widgets"])
+        hasTab |= widget["kind"].asString() == "tab";
+    EXPECT_TRUE(hasTab);
+}
+
+TEST_F(ViewToolsTests, TellsTheStateOfTheViewer)
+{
+    const Json::Value status = call_("viewer.getStatus");
+    EXPECT_EQ(status["scene"]["objects"].asInt(), 3);
+    EXPECT_EQ(status["scene"]["triangles"].asInt(), 36);
+    EXPECT_FALSE(status["window"]["onScreen"].asBool());
+    EXPECT_EQ(status["files"]["folders"][0].asString(), std::filesystem::canonical(folder_.path()).string());
+}
+
+TEST_F(ViewToolsTests, ClosesTheViewerBehindTheAnswer)
+{
+    EXPECT_TRUE(call_("viewer.shutdown")["closing"].asBool());
+    EXPECT_TRUE(driver_.waitFor([&] { return viewer_.isClosing(); }));
+}
+
+TEST_F(ViewToolsTests, ClosesAnUnsavedSceneOnlyWhereToldTo)
+{
+    call_("scene.remove", R"({"ids": [)" + id_(*a_) + "]}");
+    EXPECT_THAT(error_("viewer.shutdown"), HasSubstr("scene.saveFile"));
+    EXPECT_FALSE(viewer_.isClosing());
+    call_("viewer.shutdown", R"({"discardChanges": true})");
+    EXPECT_TRUE(driver_.waitFor([&] { return viewer_.isClosing(); }));
+}
+
+TEST_F(ViewToolsTests, EveryToolTellsWhatItIsForAndWhatItTakesAndGives)
+{
+    for (const Mcp::Tool& tool : tools_)
+    {
+        EXPECT_FALSE(tool.title.empty()) << tool.name;
+        EXPECT_GT(tool.description.size(), 30U) << tool.name;
+        EXPECT_EQ(tool.inputSchema["type"].asString(), "object") << tool.name;
+        EXPECT_FALSE(tool.inputSchema["additionalProperties"].asBool()) << tool.name;
+        EXPECT_EQ(tool.outputSchema["type"].asString(), "object") << tool.name;
+        for (const std::string& name : tool.inputSchema["properties"].getMemberNames())
+            EXPECT_FALSE(tool.inputSchema["properties"][name]["description"].asString().empty()) << tool.name << name;
+    }
+}
+
+} // namespace VX
