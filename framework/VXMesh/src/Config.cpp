@@ -4,12 +4,14 @@
 #include <VXMesh/Config.h>
 #include <VXMesh/Json.h>
 #include <VXMesh/Logger.h>
+#include <VXMesh/MappedFile.h>
 #include <VXMesh/UserFolders.h>
 
 #include <json/writer.h>
 #include <spdlog/logger.h>
 
 #include <system_error>
+#include <utility>
 
 namespace VX
 {
@@ -75,7 +77,8 @@ void Config::reset(const std::string& applicationName)
             warning = save_();
         file_ = std::move(file);
         document_ = Json::objectValue;
-        loaded_ = unsaved_ = warnedOfWriting_ = false;
+        loaded_ = unsaved_ = warnedOfWriting_ = unreadable_ = false;
+        problem_ = Problem::None;
     }
     Logger::instance().closeFile();
     warn(warning);
@@ -152,19 +155,44 @@ std::string Config::loadOnce_()
     std::error_code error;
     if (!std::filesystem::exists(std::filesystem::symlink_status(file_, error)))
         return {};
-    auto document = deserializeJsonValue(file_);
+    return read_();
+}
+
+std::string Config::read_()
+{
+    const auto file = MappedFile::open(file_);
+    if (!file)
+    {
+        unreadable_ = true;
+        problem_ = Problem::Unreadable;
+        return "The settings file cannot be read; the default settings are used, and changes last until the program "
+               "ends";
+    }
+    auto document = deserializeJsonValue(std::string(file->text()));
     if (!document || !document->isObject())
+    {
+        problem_ = Problem::Damaged;
         return setAside(file_);
+    }
     document_ = std::move(*document);
     return {};
 }
 
+Config::Problem Config::takeProblem()
+{
+    const MutexLock lock(mutex_);
+    return std::exchange(problem_, Problem::None);
+}
+
 std::string Config::save_()
 {
-    unsaved_ = !createUserFolder(file_.parent_path()) || !writeFileAtomically(file_, document_.toStyledString());
-    if (!unsaved_ || warnedOfWriting_)
+    // What cannot be read is not replaced.
+    unsaved_ = unreadable_ || !createUserFolder(file_.parent_path()) ||
+               !writeFileAtomically(file_, document_.toStyledString());
+    if (!unsaved_ || unreadable_ || warnedOfWriting_)
         return {};
     warnedOfWriting_ = true;
+    problem_ = Problem::Unwritable;
     return "The settings cannot be saved; changes last until the program ends";
 }
 

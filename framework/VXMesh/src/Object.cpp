@@ -116,11 +116,18 @@ bool Object::setChildren(std::vector<std::shared_ptr<Object>> children)
     }
     for (const auto& child : children_)
         child->parent_ = nullptr;
+    // From each former parent at once: thousands may come from one.
+    std::unordered_set<Object*> formerParents;
     for (const auto& child : children)
     {
         if (child->parent_)
-            child->parent_->removeChild(*child);
+            formerParents.insert(child->parent_);
         child->parent_ = this;
+    }
+    for (Object* parent : formerParents)
+    {
+        std::erase_if(parent->children_, [&](const auto& child) { return given.contains(child.get()); });
+        parent->markChanged_();
     }
     children_ = std::move(children);
     markChanged_();

@@ -5,6 +5,7 @@
 #include <VXMesh/FileError.h>
 #include <VXMesh/StringConvert.h>
 #include <VXMesh/UserFolders.h>
+#include <VXMesh/UserHome.h>
 
 #include <pwd.h>
 #include <sys/stat.h>
@@ -38,10 +39,15 @@ std::filesystem::path homeOfPasswordFile()
 std::filesystem::path baseFolder(const char* variable, const char* belowHome)
 {
     std::filesystem::path base = environmentVariable(variable);
-    return base.is_absolute() ? base : homeFolder({homeOfEnvironment, homeOfPasswordFile}) / belowHome;
+    return base.is_absolute() ? base : getUserHomeDir() / belowHome;
 }
 
 } // namespace
+
+std::filesystem::path getUserHomeDir()
+{
+    return homeFolder({homeOfEnvironment, homeOfPasswordFile});
+}
 
 std::filesystem::path getUserConfigDir()
 {

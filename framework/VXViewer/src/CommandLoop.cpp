@@ -1,9 +1,11 @@
+#include "LoopWaker.h"
+#include "QuietCommand.h"
+
 #include <VXMesh/ThreadAnnotations.h>
 #include <VXViewer/CommandLoop.h>
 #include <VXViewer/Viewer.h>
 
 #include <algorithm>
-#include <iterator>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -18,6 +20,7 @@ struct Command
 {
     std::function<void()> run;
     StartPosition position;
+    bool quiet = false;
 };
 
 struct CommandQueue
@@ -46,20 +49,26 @@ void CommandLoop::appendCommand(std::function<void()> command, StartPosition pos
     getViewerInstance().postEmptyEvent();
 }
 
+void appendQuietCommand(std::function<void()> command)
+{
+    {
+        const MutexLock lock(queue().mutex);
+        queue().commands.push_back({std::move(command), StartPosition::LoopStart, true});
+    }
+    LoopWaker::instance().wake();
+}
+
 bool CommandLoop::processCommands(StartPosition reached)
 {
     std::vector<Command> due;
     {
         const MutexLock lock(queue().mutex);
-        std::vector<Command>& commands = queue().commands;
-        const auto firstDue = std::stable_partition(commands.begin(), commands.end(),
-                                                    [&](const Command& c) { return c.position > reached; });
-        due.assign(std::make_move_iterator(firstDue), std::make_move_iterator(commands.end()));
-        commands.erase(firstDue, commands.end());
+        for (Command& command : std::exchange(queue().commands, {}))
+            (command.position > reached ? queue().commands : due).push_back(std::move(command));
     }
     for (const Command& command : due)
         command.run();
-    return !due.empty();
+    return std::ranges::any_of(due, [](const Command& command) { return !command.quiet; });
 }
 
 void CommandLoop::clear()

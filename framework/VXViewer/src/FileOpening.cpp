@@ -1,22 +1,22 @@
+#include "files/FileFailure.h"
 #include "history/OpenFilesAction.h"
+#include "menu/Translate.h"
 
 #include <VXMesh/FileError.h>
 #include <VXMesh/StringConvert.h>
 #include <VXViewer/FileOpening.h>
 #include <VXViewer/HistoryStore.h>
 #include <VXViewer/ImGuiMenu.h>
-#include <VXViewer/Locale.h>
 #include <VXViewer/ProgressBar.h>
 #include <VXViewer/RecentFiles.h>
 #include <VXViewer/SceneView.h>
 #include <VXViewer/UiSession.h>
 #include <VXViewer/Viewer.h>
 
-#include <fmt/format.h>
 #include <spdlog/spdlog.h>
 
 #include <algorithm>
-#include <new>
+#include <exception>
 #include <utility>
 
 namespace VX
@@ -30,7 +30,7 @@ std::string extensionOf(const std::filesystem::path& path)
     return toLower(utf8string(path.extension()));
 }
 
-/// A library that runs out of memory throws.
+/// What libraries throw becomes a message.
 tl::expected<LoadedObjects, std::string> openSafely(const FileOpening::Opener& opener,
                                                     const std::filesystem::path& path, const ProgressCallback& progress)
 {
@@ -40,9 +40,7 @@ tl::expected<LoadedObjects, std::string> openSafely(const FileOpening::Opener& o
     }
     catch (const std::exception& e)
     {
-        spdlog::error("Opening a file failed: {}", e.what());
-        return tl::make_unexpected(
-            fmt::format("Cannot open \"{}\": there is not enough memory.", utf8string(path.filename())));
+        return tl::make_unexpected(fileFailureText("open", path, e));
     }
 }
 
@@ -70,31 +68,46 @@ void FileOpening::open(const std::vector<std::filesystem::path>& paths)
         openOne_(path, ++lastOrder_, batch);
 }
 
-void FileOpening::openOne_(const std::filesystem::path& path, std::uint64_t order, const std::shared_ptr<Batch>& batch)
+std::uint64_t FileOpening::openFor(const std::filesystem::path& path, OutcomeHandler done)
+{
+    const auto batch = std::make_shared<Batch>();
+    batch->done = std::move(done);
+    return openOne_(path, ++lastOrder_, batch);
+}
+
+std::uint64_t FileOpening::openOne_(const std::filesystem::path& path, std::uint64_t order,
+                                    const std::shared_ptr<Batch>& batch)
 {
     const auto found = openers_.find(extensionOf(path));
     Opener opener = found != openers_.end() ? found->second : Opener(loadObjectFromFile);
     ++pending_;
-    ProgressBar::order(
-        fmt::format(fmt::runtime(Locale::translate("Opening {}")), utf8string(path.filename())),
+    return ProgressBar::order(
+        trf("Opening {}", utf8string(path.filename())),
         [this, path, order, batch, opener = std::move(opener)](const ProgressCallback& progress) -> ProgressBar::Finish
         {
             auto result = std::make_shared<Result>(openSafely(opener, path, progress));
             return [this, path, order, batch, result] { finish_(path, order, *batch, std::move(*result)); };
         },
-        [this] { --pending_; });
+        [this, batch]
+        {
+            --pending_;
+            if (batch->done)
+                batch->done({.error = operationCanceledText()});
+        });
 }
 
 void FileOpening::finish_(const std::filesystem::path& path, std::uint64_t order, Batch& batch, Result result)
 {
     --pending_;
+    Outcome outcome;
     if (!result)
     {
-        if (result.error() != operationCanceledText())
-            report_(NotificationType::Error, result.error());
+        outcome.error = std::move(result.error());
     }
     else
     {
+        outcome.objects = result->objects;
+        outcome.warnings = std::move(result->warnings);
         std::vector<std::shared_ptr<Object>> childrenBefore = viewer_.scene().children();
         const bool wasEmpty = childrenBefore.empty();
         std::optional<SceneOrigin> originBefore;
@@ -104,11 +117,13 @@ void FileOpening::finish_(const std::filesystem::path& path, std::uint64_t order
         addStep_(batch, std::move(childrenBefore), std::move(originBefore));
         viewer_.recentFiles().add(path);
         showContent_(wasEmpty);
-        for (const std::string& warning : result->warnings)
-            report_(NotificationType::Warning, warning);
     }
     if (isIdle())
         orderOfObject_.clear();
+    if (batch.done)
+        batch.done(outcome);
+    else
+        report_(outcome);
 }
 
 SceneOrigin FileOpening::nameScene_(const std::filesystem::path& path) const
@@ -177,6 +192,14 @@ void FileOpening::showContent_(bool first)
     cameraShowingAll_ = view.camera();
 }
 
+void FileOpening::report_(const Outcome& outcome) const
+{
+    if (!outcome.error.empty() && outcome.error != operationCanceledText())
+        report_(NotificationType::Error, outcome.error);
+    for (const std::string& warning : outcome.warnings)
+        report_(NotificationType::Warning, warning);
+}
+
 void FileOpening::report_(NotificationType type, const std::string& text) const
 {
     if (messageHandler_)
@@ -190,6 +213,7 @@ void FileOpening::report_(NotificationType type, const std::string& text) const
 std::vector<std::string> FileOpening::readableExtensions() const
 {
     std::vector<std::string> extensions;
+    extensions.reserve(openers_.size());
     for (const auto& [extension, opener] : openers_)
         extensions.push_back(extension);
     for (const FileFormat& format : fileFormats())
@@ -204,7 +228,8 @@ std::vector<std::string> FileOpening::readableExtensions() const
 
 std::vector<FileFilter> FileOpening::dialogFilters() const
 {
-    std::vector<FileFilter> filters{{Locale::translate("All that can be opened"), readableExtensions()}};
+    std::vector<FileFilter> filters{{tr("All that can be opened"), readableExtensions()}};
+    filters.reserve(openers_.size() + fileFormats().size() + 2);
     for (const auto& [extension, opener] : openers_)
         filters.push_back({extension.substr(1), {extension}});
     for (const FileFormat& format : fileFormats())
@@ -212,7 +237,7 @@ std::vector<FileFilter> FileOpening::dialogFilters() const
         if (format.load)
             filters.push_back({format.name, format.extensions});
     }
-    filters.push_back({Locale::translate("Any file"), {}});
+    filters.push_back({tr("Any file"), {}});
     return filters;
 }
 

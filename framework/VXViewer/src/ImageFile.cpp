@@ -76,10 +76,8 @@ tl::expected<Image, std::string> readPng(const std::filesystem::path& path)
     return image;
 }
 
-tl::expected<void, std::string> writePng(const std::filesystem::path& path, const Image& image)
+tl::expected<std::string, std::string> encodePng(const Image& image)
 {
-    if (image.isEmpty())
-        return tl::make_unexpected(fileErrorText("write", path, std::string_view("there is no picture.")));
     const bool opaque = std::all_of(image.pixels.begin(), image.pixels.end(), [](Color c) { return c.a == 255; });
     std::vector<std::uint8_t> rows;
     rows.reserve(image.pixels.size() * 4);
@@ -92,9 +90,19 @@ tl::expected<void, std::string> writePng(const std::filesystem::path& path, cons
             rows.push_back(pixel.a);
     }
     std::string bytes;
-    if (!encode(image, rows, opaque ? 3 : 4, bytes))
+    if (image.isEmpty() || !encode(image, rows, opaque ? 3 : 4, bytes))
+        return tl::make_unexpected(std::string("The picture cannot be encoded."));
+    return bytes;
+}
+
+tl::expected<void, std::string> writePng(const std::filesystem::path& path, const Image& image)
+{
+    if (image.isEmpty())
+        return tl::make_unexpected(fileErrorText("write", path, std::string_view("there is no picture.")));
+    const auto bytes = encodePng(image);
+    if (!bytes)
         return tl::make_unexpected(fileErrorText("write", path, std::string_view("the picture cannot be encoded.")));
-    return writeFileAtomically(path, bytes, documentFileMode);
+    return writeFileAtomically(path, *bytes, documentFileMode);
 }
 
 } // namespace VX

@@ -64,6 +64,11 @@ bool InputRouter::isOverUi_(const Vector2f& position) const
     return viewer_.ui() && viewer_.ui()->isOverUi(position);
 }
 
+bool InputRouter::isUiCovered_() const
+{
+    return viewer_.ui() && viewer_.getMenuPlugin() && viewer_.getMenuPlugin()->isCovered();
+}
+
 std::shared_ptr<ViewerPlugin> InputRouter::offerToPlugins_(const InputEvent& event) const
 {
     // A copy: a plug-in may end itself or begin another one.
@@ -144,7 +149,9 @@ void InputRouter::handle_(const KeyEvent& event)
 {
     if (viewer_.ui() && (viewer_.ui()->takesKeyboard() || viewer_.ui()->navigatesBy(event)))
         return;
-    if (viewer_.getMenuPlugin() && viewer_.getMenuPlugin()->handleKey(event))
+    if (isUiCovered_())
+        viewer_.ui()->beginNavigation(event);
+    else if (viewer_.getMenuPlugin() && viewer_.getMenuPlugin()->handleKey(event))
         holdKeys_(2);
     else if (!offerToPlugins_(event) && !(viewer_.ui() && viewer_.ui()->beginNavigation(event)))
         viewer_.view().handle(event);
@@ -152,7 +159,8 @@ void InputRouter::handle_(const KeyEvent& event)
 
 void InputRouter::handle_(const DropEvent& event)
 {
-    viewer_.openFiles(event.paths);
+    if (!isUiCovered_())
+        viewer_.openFiles(event.paths);
 }
 
 void InputRouter::handle_(const FocusEvent& event)

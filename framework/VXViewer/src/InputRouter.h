@@ -50,6 +50,9 @@ private:
 
     [[nodiscard]] bool isOverUi_(const Vector2f& position) const;
 
+    /// Something stands before the interface: only that is to be used.
+    [[nodiscard]] bool isUiCovered_() const;
+
     /// The plug-in that uses `event`, the one added last asked first; null where none does.
     [[nodiscard]] std::shared_ptr<ViewerPlugin> offerToPlugins_(const InputEvent& event) const;
 

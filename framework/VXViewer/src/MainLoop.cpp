@@ -210,6 +210,8 @@ void MainLoop::runLoadedCallback_()
 {
     if (!loadedCallback_ || !started_ || !CommandLoop::isEmpty() || !viewer_.fileOpening().isIdle())
         return;
+    if (viewer_.getMenuPlugin() && viewer_.getMenuPlugin()->isStartingUp())
+        return;
     std::exchange(loadedCallback_, {})();
 }
 

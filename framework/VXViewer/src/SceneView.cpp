@@ -224,6 +224,7 @@ void SceneView::draw(const Window& window)
         return;
     const SceneFrame frame = frame_();
     renderer_->draw(frame);
+    tookOther_ = false;
     shownMoving_ = frame.interactive;
     renderer_->blit(window.defaultFramebuffer(), area_.x, window.framebufferSize().height - area_.y - area_.height);
     cornerController_->draw(controller_.camera(), size_(), scale_, options_.viewport);
@@ -236,11 +237,15 @@ void SceneView::draw(const Window& window)
 
 Image SceneView::capture(PixelSize size)
 {
+    return take({.size = size, .transparentBackground = options_.transparentBackground});
+}
+
+Image SceneView::take(const SceneCapture& picture)
+{
     if (!renderer_)
         return {};
-    SceneFrame frame = frameOfScene_();
-    frame.size = size;
-    renderer_->draw(frame);
+    renderer_->draw(frameOf_(picture));
+    tookOther_ = true;
     return renderer_->readPixels();
 }
 
@@ -256,7 +261,11 @@ Vector2d SceneView::toView_(const Vector2f& position) const
 
 std::optional<Vector3d> SceneView::pointUnderCursor_(const Vector2d& pixel)
 {
-    return renderer_ ? renderer_->pointUnderCursor(pixel) : std::nullopt;
+    if (!renderer_)
+        return {};
+    if (std::exchange(tookOther_, false))
+        renderer_->draw(frame_());
+    return renderer_->pointUnderCursor(pixel);
 }
 
 SceneFrame SceneView::frame_() const
@@ -282,6 +291,18 @@ SceneFrame SceneView::frameOfScene_() const
     return frame;
 }
 
+SceneFrame SceneView::frameOf_(const SceneCapture& picture) const
+{
+    SceneFrame frame = frameOfScene_();
+    frame.size = picture.size;
+    if (picture.camera)
+        frame.camera = *picture.camera;
+    if (picture.root)
+        frame.root = picture.root.get();
+    frame.options.transparentBackground = picture.transparentBackground;
+    return frame;
+}
+
 bool SceneView::isPreviewShown_() const
 {
     return shownPreview_.lock() == preview_ && shownPreviewRevision_ == (preview_ ? preview_->revision() : 0);
@@ -294,13 +315,19 @@ std::optional<Vector3d> SceneView::pointAt(const Vector2f& position)
 
 void SceneView::pick(const Vector2f& position, ScenePicker::Callback done)
 {
+    pick({.size = size_()}, toView_(position), std::move(done));
+}
+
+void SceneView::pick(const SceneCapture& picture, const Vector2d& pixel, ScenePicker::Callback done)
+{
     if (!picker_)
         return;
+    const SceneFrame frame = frameOf_(picture);
     ScenePicker::Request request;
-    request.root = root_.get();
-    request.camera = controller_.camera();
-    request.size = size_();
-    request.pixel = toView_(position);
+    request.root = frame.root;
+    request.camera = frame.camera;
+    request.size = frame.size;
+    request.pixel = pixel;
     request.viewport = options_.viewport;
     request.scale = scale_;
     picker_->pick(request, std::move(done));
@@ -317,6 +344,14 @@ std::vector<VisibleFaces> SceneView::visibleFaces(const PixelRect& area)
     if (!renderer_ || size_().isEmpty())
         return {};
     return renderer_->visibleFaces(frameOfScene_(), {area.x - area_.x, area.y - area_.y, area.width, area.height});
+}
+
+std::vector<VisibleFaces> SceneView::visibleFaces(const SceneCapture& picture, const PixelRect& area)
+{
+    if (!renderer_ || picture.size.isEmpty())
+        return {};
+    tookOther_ = true;
+    return renderer_->visibleFaces(frameOf_(picture), area);
 }
 
 void SceneView::select_(const Vector2d& pixel, int mods)

@@ -1,7 +1,7 @@
+#include "LoopWaker.h"
 #include "WindowFacts.h"
 
 #include <VXMesh/Object.h>
-#include <VXMesh/ThreadAnnotations.h>
 #include <VXViewer/CommandLoop.h>
 #include <VXViewer/CornerControllerObject.h>
 #include <VXViewer/FileOpening.h>
@@ -26,30 +26,24 @@
 namespace VX
 {
 
-/// Reaches the loop from any thread, whether there is a window at the moment or
-/// not.
+/// Wakes the loop and remembers that a frame is wanted.
 class Viewer::Waker
 {
 public:
-    void setWindow(Window* window)
-    {
-        const MutexLock lock(mutex_);
-        window_ = window;
-    }
+    // It is used up to the end of this.
+    Waker() { LoopWaker::instance(); }
+
+    void setWindow(Window* window) { LoopWaker::instance().setWindow(window); }
 
     void wake()
     {
         woken_ = true;
-        const MutexLock lock(mutex_);
-        if (window_)
-            window_->wake();
+        LoopWaker::instance().wake();
     }
 
     bool takeWakeUp() { return woken_.exchange(false); }
 
 private:
-    Mutex mutex_;
-    Window* window_ VX_GUARDED_BY(mutex_) = nullptr;
     std::atomic<bool> woken_ = false;
 };
 
@@ -118,11 +112,20 @@ Window* Viewer::window() const
 
 void Viewer::setWindow(std::unique_ptr<Window> window)
 {
+    if (state_->window)
+    {
+        // What runs may come back to windows of the interface.
+        for (const ProgressInfo& task : ProgressBar::tasks())
+            ProgressBar::cancel(task.id);
+        ProgressBar::shutdown();
+    }
     closeWindow_();
     if (!window)
         return;
     state_->window = std::move(window);
     waker_->setWindow(state_->window.get());
+    // The end of another one took the graphics of the thread along.
+    state_->window->makeCurrent();
     state_->view.startGraphics();
     contributeWindowFacts(*state_->window);
     updateTitle();

@@ -197,6 +197,39 @@ TEST_F(ConfigTests, ADamagedFileIsSetAsideEvenWhereTheDocumentIsReplaced)
     EXPECT_EQ(readFile(getUserConfigDir() / "config.json.damaged"), "damaged");
 }
 
+TEST_F(ConfigTests, AFileThatCannotBeReadStaysWhereItIsAndNothingIsSaved)
+{
+    // What cannot be read as a file, whoever the user is.
+    std::filesystem::create_directories(configFile());
+    EXPECT_FALSE(Config::instance().getBool("key", false));
+    Config::instance().setBool("key", true);
+    EXPECT_TRUE(Config::instance().getBool("key", false));
+    EXPECT_TRUE(std::filesystem::is_directory(configFile()));
+    EXPECT_THAT(filesOf(getUserConfigDir()), ElementsAre("config.json"));
+    EXPECT_THAT(log_.texts(spdlog::level::warn), ElementsAre(HasSubstr("cannot be read")));
+}
+
+TEST_F(ConfigTests, TellsEachProblemOnce)
+{
+    EXPECT_EQ(Config::instance().takeProblem(), Config::Problem::None);
+    const auto blocker = temp_.folder().write("config", "");
+    Config::instance().setBool("first", true);
+    Config::instance().setBool("second", true);
+    EXPECT_EQ(Config::instance().takeProblem(), Config::Problem::Unwritable);
+    EXPECT_EQ(Config::instance().takeProblem(), Config::Problem::None);
+    std::filesystem::remove(blocker);
+    startAgain_();
+    std::filesystem::remove_all(getUserConfigDir());
+    store("damaged");
+    startAgain_();
+    EXPECT_FALSE(Config::instance().getBool("key", false));
+    EXPECT_EQ(Config::instance().takeProblem(), Config::Problem::Damaged);
+    std::filesystem::create_directories(configFile());
+    startAgain_();
+    EXPECT_FALSE(Config::instance().getBool("key", false));
+    EXPECT_EQ(Config::instance().takeProblem(), Config::Problem::Unreadable);
+}
+
 TEST_F(ConfigTests, AFolderThatCannotBeWrittenCostsOneWarningAndTheValuesHoldMeanwhile)
 {
     // A file where the folder should be stops root too.

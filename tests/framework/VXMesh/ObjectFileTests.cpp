@@ -122,6 +122,22 @@ TEST(ObjectFile, CanceledSavingLeavesTheOldFileInEveryFormat)
     EXPECT_EQ(static_cast<std::size_t>(files), fileFormats().size()) << "temporary files remain";
 }
 
+TEST(ObjectFile, SavingThatIsCanceledWhenAllIsWrittenLeavesTheOldFileInEveryFormat)
+{
+    const TempDir folder;
+    const auto mesh = makeMeshObject(makeTetrahedron());
+    for (const FileFormat& format : fileFormats())
+    {
+        const auto path = folder.write("part" + format.extensions.front(), "old");
+        float last = 0;
+        const auto saved = saveObjectToFile(*mesh, path, [&](float fraction) { return (last = fraction) < 1; });
+        ASSERT_FALSE(saved) << path;
+        EXPECT_EQ(saved.error(), operationCanceledText());
+        EXPECT_EQ(last, 1);
+        EXPECT_EQ(readFile(path), "old");
+    }
+}
+
 TEST(ObjectFile, CanceledLoadingSaysSoInEveryFormat)
 {
     const TempDir folder;

@@ -264,6 +264,19 @@ TEST_F(CornerControllerObjectTests, LabelsAreUprightAndNotMirrored)
     }
 }
 
+TEST_F(CornerControllerObjectTests, HasLabelsInChineseToo)
+{
+    CornerControllerObject cube({"右侧", "左侧", "后面", "前面", "顶部", "底部"});
+    CornerControllerObject empty({"", "", "", "", "", ""});
+    frame_.camera.setStandardView(StandardView::Front);
+    const Image with = draw_(cube);
+    const Image without = draw_(empty);
+    int ink = 0;
+    for (std::size_t i = 0; i < with.pixels.size(); ++i)
+        ink += brightness_(with.pixels[i]) < brightness_(without.pixels[i]) - 100 ? 1 : 0;
+    EXPECT_GT(ink, 50);
+}
+
 TEST_F(CornerControllerObjectTests, IsDrawnInItsAreaWithItsLabelAndTheAxes)
 {
     const Image image = drawCube_();

@@ -12,6 +12,7 @@
 #include <atomic>
 #include <future>
 #include <new>
+#include <stdexcept>
 
 namespace VX
 {
@@ -149,6 +150,17 @@ TEST_F(FileOpeningTests, ReportsAFileThatNeedsMoreMemoryThanThereIs)
     openAndWait_({"a.box"});
     ASSERT_EQ(messages_.size(), 1U);
     EXPECT_NE(messages_.front().second.find("memory"), std::string::npos);
+}
+
+TEST_F(FileOpeningTests, ReportsWhatAnOpenerThrows)
+{
+    viewer_.setFileOpener(
+        ".box", [](const std::filesystem::path&, const ProgressCallback&) -> tl::expected<LoadedObjects, std::string>
+        { throw std::runtime_error("the lid is stuck"); });
+    openAndWait_({"a.box"});
+    ASSERT_EQ(messages_.size(), 1U);
+    EXPECT_EQ(messages_.front().second,
+              "Cannot open \"a.box\": an error came up that was not foreseen (the lid is stuck).");
 }
 
 TEST_F(FileOpeningTests, LeavesTheViewThatTheUserChose)

@@ -1,15 +1,11 @@
-#include "UiTestScene.h"
-#include "tests/support/ui/UiDriver.h"
+#include "MenuSceneFixture.h"
 
 #include <VXMesh/ObjectFile.h>
 #include <VXViewer/FileOpening.h>
-#include <VXViewer/ImGuiMenu.h>
 #include <VXViewer/ProgressBar.h>
-#include <VXViewer/RibbonMenu.h>
 #include <VXViewer/SceneView.h>
 #include <VXViewer/Selection.h>
 #include <VXViewer/ShortcutManager.h>
-#include <VXViewer/Viewer.h>
 
 #define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
@@ -18,16 +14,9 @@
 namespace VX
 {
 
-class ImGuiMenuTests : public testing::Test
+class ImGuiMenuTests : public VX::Test::MenuSceneFixture
 {
 protected:
-    void addBoxes_()
-    {
-        for (const char* name : {"One", "Two", "Three"})
-            viewer_.scene().addChild(VX::Test::makeBox(name));
-        driver_.settle();
-    }
-
     [[nodiscard]] std::vector<std::string> selectedNames_() const
     {
         std::vector<std::string> names;
@@ -35,11 +24,6 @@ protected:
             names.push_back(object->name());
         return names;
     }
-
-    std::shared_ptr<ImGuiMenu> menu_ = std::make_shared<RibbonMenu>();
-    VX::Test::ViewerSession session_{menu_};
-    Viewer& viewer_ = session_.viewer();
-    VX::Test::UiDriver driver_{session_};
 };
 
 TEST_F(ImGuiMenuTests, SaysWhatToDoWhileTheSceneIsEmpty)

@@ -71,6 +71,94 @@ TEST_F(ProgressBarTests, RunsTheTaskOnAWorkerAndItsResultOnTheUiThread)
     EXPECT_FALSE(ProgressBar::isOrdered());
 }
 
+TEST_F(ProgressBarTests, CompletesAtTheEndWhatIsBeingWritten)
+{
+    std::promise<void> begun;
+    bool written = false;
+    ProgressBar::orderWriting("Saving",
+                              [&](const ProgressCallback& progress) -> ProgressBar::Finish
+                              {
+                                  begun.set_value();
+                                  // A task to be read is asked to stop before the other is waited for.
+                                  while (!released_)
+                                      std::this_thread::yield();
+                                  written = progress(0.5F);
+                                  return {};
+                              });
+    begun.get_future().wait();
+    ProgressBar::order("Opening",
+                       [this](const ProgressCallback& progress) -> ProgressBar::Finish
+                       {
+                           while (progress(0.25F))
+                               std::this_thread::yield();
+                           released_ = true;
+                           return {};
+                       });
+    ASSERT_TRUE(pumpUntil_([] { return !ProgressBar::tasks().back().waiting; }));
+    ProgressBar::shutdown();
+    EXPECT_TRUE(written);
+    EXPECT_FALSE(ProgressBar::isOrdered());
+}
+
+TEST_F(ProgressBarTests, CompletesAtTheEndWhatWaitsToBeWritten)
+{
+    std::atomic<int> written = 0;
+    constexpr int files = 12;
+    for (int i = 0; i < files; ++i)
+        ProgressBar::orderWriting("Saving",
+                                  [&](const ProgressCallback&) -> ProgressBar::Finish
+                                  {
+                                      ++written;
+                                      return {};
+                                  });
+    ProgressBar::shutdown();
+    EXPECT_EQ(written, files);
+}
+
+TEST_F(ProgressBarTests, WhatIsWrittenCannotBeCancelledAnyMore)
+{
+    std::promise<void> complete;
+    std::atomic<bool> finished = false;
+    bool canceled = false;
+    const std::uint64_t id = ProgressBar::orderWriting(
+        "Saving",
+        [&](const ProgressCallback& progress) -> ProgressBar::Finish
+        {
+            EXPECT_TRUE(progress(1));
+            complete.set_value();
+            while (!released_)
+                std::this_thread::yield();
+            return [&] { finished = true; };
+        },
+        [&] { canceled = true; });
+    complete.get_future().wait();
+    ProgressBar::cancel(id);
+    EXPECT_TRUE(ProgressBar::isOrdered());
+    released_ = true;
+    EXPECT_TRUE(pumpUntil_([&] { return finished.load(); }));
+    EXPECT_FALSE(canceled);
+}
+
+TEST_F(ProgressBarTests, WhatIsCancelledBeforeIsNotWritten)
+{
+    std::promise<void> begun;
+    bool written = true;
+    const std::uint64_t id = ProgressBar::orderWriting("Saving",
+                                                       [&](const ProgressCallback& progress) -> ProgressBar::Finish
+                                                       {
+                                                           begun.set_value();
+                                                           while (!released_)
+                                                               std::this_thread::yield();
+                                                           written = progress(1);
+                                                           return {};
+                                                       });
+    begun.get_future().wait();
+    ProgressBar::cancel(id);
+    released_ = true;
+    ProgressBar::shutdown();
+    EXPECT_FALSE(written);
+}
+
 TEST_F(ProgressBarTests, TellsHowFarATaskIsAndWhatItDoes)
 {
     std::atomic<bool> finished = false;

@@ -24,6 +24,11 @@ TEST(SceneFactsTests, WritesNumbersAsTheLanguageDoes)
     ASSERT_TRUE(Locale::set("de"));
     EXPECT_EQ(countText(1234567), "1.234.567");
     EXPECT_EQ(lengthText(12.5), "12,5");
+    ASSERT_TRUE(Locale::set("fr"));
+    EXPECT_EQ(countText(1234567), "1\u00A0234\u00A0567");
+    EXPECT_EQ(lengthText(12.5), "12,5");
+    ASSERT_TRUE(Locale::set("ja"));
+    EXPECT_EQ(countText(1234567), "1,234,567");
     Locale::set("en");
 }
 

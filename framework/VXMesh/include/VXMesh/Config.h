@@ -13,8 +13,8 @@ namespace VX
 
 /// The settings of the user: one JSON object by key, kept in getUserConfigDir()/config.json. Usable before there is a
 /// viewer. The file is read at first use and written, complete or not at all, by every `set…`. A file that cannot be
-/// understood is set aside as "config.json.damaged" and a folder that cannot be written is put up with, each with one
-/// warning in the log.
+/// understood is set aside as "config.json.damaged"; one that cannot be read stays as it is, and so do settings that
+/// cannot be written in memory. Each gives one warning in the log, and is told by `takeProblem`.
 /// @threads any
 class VXMESH_API Config
 {
@@ -23,6 +23,18 @@ public:
 
     /// Saves what is not saved yet.
     ~Config();
+
+    /// What keeps the settings of the user from being as they were, or from staying as they are.
+    enum class Problem
+    {
+        None,
+        Damaged,    ///< the file was not understood; a new one is begun
+        Unreadable, ///< the file is there and cannot be read; nothing is saved
+        Unwritable  ///< nothing can be saved
+    };
+
+    /// The latest of them; each is told once.
+    [[nodiscard]] Problem takeProblem();
 
     Config(const Config&) = delete;
     Config& operator=(const Config&) = delete;
@@ -51,6 +63,7 @@ private:
     // Each returns a warning, which is logged once the lock is released, or nothing.
     std::string loadOnce_() VX_REQUIRES(mutex_);
     std::string save_() VX_REQUIRES(mutex_);
+    std::string read_() VX_REQUIRES(mutex_);
 
     Mutex mutex_;
     std::filesystem::path file_ VX_GUARDED_BY(mutex_);
@@ -59,6 +72,8 @@ private:
     /// What is in memory has not reached the file.
     bool unsaved_ VX_GUARDED_BY(mutex_) = false;
     bool warnedOfWriting_ VX_GUARDED_BY(mutex_) = false;
+    bool unreadable_ VX_GUARDED_BY(mutex_) = false;
+    Problem problem_ VX_GUARDED_BY(mutex_) = Problem::None;
 };
 
 } // namespace VX

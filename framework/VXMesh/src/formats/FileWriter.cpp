@@ -81,11 +81,13 @@ FileWriter::writeBlocks(std::size_t count, const std::function<void(std::size_t 
     return {};
 }
 
-tl::expected<void, std::string> FileWriter::commit()
+tl::expected<void, std::string> FileWriter::commit(const ProgressCallback& progress)
 {
     // Closing writes the rest, and so can fail too.
     if (std::fclose(stream_.release()) != 0)
         return systemError_();
+    if (!reportProgress(progress, 1))
+        return tl::unexpected(operationCanceledText());
     return file_.commit();
 }
 

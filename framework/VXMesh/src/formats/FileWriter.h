@@ -33,7 +33,9 @@ public:
     writeBlocks(std::size_t count, const std::function<void(std::size_t block, std::string& bytes)>& fill,
                 const ProgressCallback& progress);
 
-    [[nodiscard]] tl::expected<void, std::string> commit();
+    /// Gives the file its name, unless `progress`, told that all is written, asks to stop.
+    /// @return `Cannot write "NAME": REASON.` or "Operation was canceled"
+    [[nodiscard]] tl::expected<void, std::string> commit(const ProgressCallback& progress);
 
 private:
     using Stream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;

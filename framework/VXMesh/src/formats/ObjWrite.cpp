@@ -94,7 +94,7 @@ public:
         const auto fill = [&](std::size_t i, std::string& text) { appendBlock_(blocks_[i], text); };
         return file->write("# unit mm\n")
             .and_then([&] { return file->writeBlocks(blocks_.size(), fill, progress); })
-            .and_then([&] { return file->commit(); });
+            .and_then([&] { return file->commit(progress); });
     }
 
 private:

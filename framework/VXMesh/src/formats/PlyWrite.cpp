@@ -62,7 +62,7 @@ public:
                       { return file->writeBlocks(pointBlocks.size(), fillPoints, subprogress(progress, 0.0F, 0.4F)); })
             .and_then([&]
                       { return file->writeBlocks(faceBlocks.size(), fillFaces, subprogress(progress, 0.4F, 1.0F)); })
-            .and_then([&] { return file->commit(); });
+            .and_then([&] { return file->commit(progress); });
     }
 
 private:

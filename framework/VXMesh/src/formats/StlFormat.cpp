@@ -332,7 +332,7 @@ tl::expected<void, std::string> writeStl(const Object& root, const std::filesyst
     };
     return file->write(header)
         .and_then([&] { return file->writeBlocks(blocks.size(), fill, progress); })
-        .and_then([&] { return file->commit(); });
+        .and_then([&] { return file->commit(progress); });
 }
 
 } // namespace

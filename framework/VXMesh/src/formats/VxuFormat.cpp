@@ -171,7 +171,11 @@ tl::expected<void, std::string> writeArchive(const VxuDocument& document, const 
         good = addEntry(zip.get(), document.names[i].c_str(), entries[i]);
     if (!good)
         return tl::unexpected(fileErrorText("write", path, zipErrorText(zip.get())));
-    return closeZip(std::move(zip), path, progress).and_then([&] { return file->commit(); });
+    if (const auto closed = closeZip(std::move(zip), path, progress); !closed)
+        return closed;
+    if (!reportProgress(progress, 1))
+        return tl::unexpected(operationCanceledText());
+    return file->commit();
 }
 
 tl::expected<void, std::string> writeVxu(const Object& root, const std::filesystem::path& path,

@@ -50,7 +50,7 @@ tl::expected<void, std::string> writeXyz(const Object& root, const std::filesyst
             text += '\n';
         }
     };
-    return file->writeBlocks(blocks.size(), fill, progress).and_then([&] { return file->commit(); });
+    return file->writeBlocks(blocks.size(), fill, progress).and_then([&] { return file->commit(progress); });
 }
 
 } // namespace VX

@@ -47,6 +47,20 @@ public:
     /// content, and follows further content until the user moves it.
     void open(const std::vector<std::filesystem::path>& paths);
 
+    /// What became of a file.
+    struct Outcome
+    {
+        std::vector<std::shared_ptr<Object>> objects{}; ///< that it brought into the scene
+        std::vector<std::string> warnings{};            ///< what of it could not be used, a sentence each
+        std::string error{}; ///< why there is nothing of it, "Operation was canceled" among them; empty: it is open
+    };
+
+    using OutcomeHandler = std::function<void(const Outcome&)>;
+
+    /// Opens one file as `open` does, and tells `done` what became of it in place of messages to the user.
+    /// @return its task in the progress panel (ProgressBar.h)
+    std::uint64_t openFor(const std::filesystem::path& path, OutcomeHandler done);
+
     /// True while no file is being opened.
     [[nodiscard]] bool isIdle() const { return pending_ == 0; }
 
@@ -62,10 +76,11 @@ private:
     /// Files that were given together.
     struct Batch
     {
-        std::weak_ptr<OpenFilesAction> action; ///< nothing before the first of them is in the scene
+        std::weak_ptr<OpenFilesAction> action{}; ///< nothing before the first of them is in the scene
+        OutcomeHandler done{};                   ///< empty: messages tell the user
     };
 
-    void openOne_(const std::filesystem::path& path, std::uint64_t order, const std::shared_ptr<Batch>& batch);
+    std::uint64_t openOne_(const std::filesystem::path& path, std::uint64_t order, const std::shared_ptr<Batch>& batch);
     void finish_(const std::filesystem::path& path, std::uint64_t order, Batch& batch, Result result);
     /// @return the origin that the scene had before
     [[nodiscard]] SceneOrigin nameScene_(const std::filesystem::path& path) const;
@@ -73,6 +88,7 @@ private:
                   std::optional<SceneOrigin> originBefore) const;
     void addInOrder_(std::vector<std::shared_ptr<Object>> objects, std::uint64_t order);
     void showContent_(bool first);
+    void report_(const Outcome& outcome) const;
     void report_(NotificationType type, const std::string& text) const;
 
     Viewer& viewer_;

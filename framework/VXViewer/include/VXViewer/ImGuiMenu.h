@@ -52,6 +52,13 @@ public:
     /// @return true when a shortcut took the key
     virtual bool handleKey(const KeyEvent& event);
 
+    /// True while something stands before the whole interface, as a sign-in: no shortcut acts then, and files that are
+    /// dropped stay closed. False here.
+    [[nodiscard]] virtual bool isCovered() const;
+
+    /// True while the menu waits for what decides how the window looks: nothing counts as loaded then. False here.
+    [[nodiscard]] virtual bool isStartingUp() const;
+
     /// Null before `init`.
     [[nodiscard]] ShortcutManager* shortcutManager() const;
 
@@ -87,6 +94,9 @@ protected:
     virtual void drawLeftPanel_();
     virtual void drawStatusLine_();
 
+    /// Draws what an empty scene shows: how files are opened.
+    virtual void drawEmptySceneHint_();
+
     /// Draws over the scene list. Nothing here.
     virtual void drawSceneListButtons_();
 
@@ -104,8 +114,6 @@ protected:
 
 private:
     struct State;
-
-    void drawEmptySceneHint_();
 
     std::unique_ptr<State> state_;
 };

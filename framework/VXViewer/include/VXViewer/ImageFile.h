@@ -23,4 +23,9 @@ namespace VX
 [[nodiscard]] VXVIEWER_API tl::expected<void, std::string> writePng(const std::filesystem::path& path,
                                                                     const Image& image);
 
+/// `image` as a PNG file, as `writePng` writes it.
+/// @return `The picture cannot be encoded.`
+/// @threads any
+[[nodiscard]] VXVIEWER_API tl::expected<std::string, std::string> encodePng(const Image& image);
+
 } // namespace VX

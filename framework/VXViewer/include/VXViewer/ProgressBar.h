@@ -37,8 +37,14 @@ public:
     /// Starts `task` on a worker. What it returns runs on the UI thread, unless the user cancelled meanwhile: then
     /// `canceled` runs instead, at once, and the worker's result is dropped when it comes.
     /// @param title  for the user, translated
+    /// @return the task's `ProgressInfo::id`
     /// @threads the UI thread
-    static void order(std::string title, Task task, Finish canceled = {});
+    static std::uint64_t order(std::string title, Task task, Finish canceled = {});
+
+    /// The same for a task that writes what the user wants to keep. Once it has reported 1 it is about to put its file
+    /// into place and cannot be cancelled any more; the end of the program waits for it.
+    /// @threads the UI thread
+    static std::uint64_t orderWriting(std::string title, Task task, Finish canceled = {});
 
     /// True while a task runs or waits that was not cancelled.
     /// @threads any
@@ -57,11 +63,13 @@ public:
     /// @threads any
     [[nodiscard]] static std::vector<ProgressInfo> tasks();
 
-    /// Frees the panel of the task at once; the worker ends by itself. One that has finished is left alone.
+    /// Frees the panel of the task at once; the worker ends by itself. One that has finished is left alone, and one
+    /// that has written its file.
     /// @threads the UI thread
     static void cancel(std::uint64_t id);
 
-    /// Cancels all and waits until the workers have ended; `canceled` functions do not run.
+    /// Cancels all and waits until the workers have ended; `canceled` functions do not run. Files that are being
+    /// written get 20 seconds to become complete first.
     /// @threads the UI thread
     static void shutdown();
 };

@@ -92,6 +92,12 @@ public:
     /// False for a frame without a ribbon, as when a deployment hides all of it.
     [[nodiscard]] bool isRibbonShown() const;
 
+    /// The next frame is the first one after a sign-in.
+    void raiseFirstSignInFrame();
+
+    /// It is not, after all.
+    void clearFirstSignInFrame();
+
 protected:
     void setupShortcuts_() override;
     void drawTopPanel_() override;
@@ -104,14 +110,21 @@ protected:
     /// Draws the items at the left of the header, from the cursor on, and leaves it behind them.
     virtual void drawHeaderQuickAccess_();
 
+    /// What a program puts into the header right of the command search, asked in every frame: first what services have
+    /// to say, then the account. The tabs get what is left. @return the width in pixels; 0: nothing is drawn
+    [[nodiscard]] virtual float headerStatusWidth_();
+    [[nodiscard]] virtual float headerAccountWidth_();
+
+    /// Draw that with the upper left corner at the cursor, as wide as was said and 28 units high. The last item is the
+    /// one that the keyboard presses.
+    virtual void drawHeaderStatus_();
+    virtual void drawHeaderAccount_();
+
     virtual void drawWelcomeWindow_();
     virtual void drawVersionWindow_();
 
-    /// Called once in the first frame after `raiseFirstSignInFrame_`.
+    /// Called once in the first frame after `raiseFirstSignInFrame`.
     virtual void onFirstSignInFrame();
-
-    /// The next frame is the first one after a sign-in.
-    void raiseFirstSignInFrame_();
 
     // The steps of drawAdditionalWindows.
     void drawActiveItems_();

@@ -26,7 +26,7 @@ public:
     /// @param name  of the step, in English; nothing that the user typed is in it
     SceneEdit(HistoryStore& store, std::string name);
 
-    /// Commits.
+    /// Commits; where an exception ends the scope, the objects that were touched become again as they were instead.
     ~SceneEdit();
 
     SceneEdit(const SceneEdit&) = delete;
@@ -41,9 +41,12 @@ public:
     void commit();
 
 private:
+    void rollBack_();
+
     HistoryStore& store_;
     std::string name_;
     std::unique_ptr<SceneEditRecord> record_;
+    int exceptions_; ///< that were on their way when the edit began
 };
 
 } // namespace VX

@@ -2,10 +2,12 @@
 
 #include <VXViewer/Export.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace VX
 {
@@ -35,6 +37,17 @@ public:
     /// Asks for a file and saves to it what is selected, with what is below it, where it stands in the scene.
     void saveSelected();
 
+    /// Told how it ended: with an empty text, or with why nothing was written, "Operation was canceled" among them.
+    using OutcomeHandler = std::function<void(const std::string& error)>;
+
+    /// Saves the scene to `path`, in place of a file there, and tells `done` in place of the user.
+    /// @return its task in the progress panel (ProgressBar.h)
+    std::uint64_t saveTo(const std::filesystem::path& path, OutcomeHandler done);
+
+    /// The same of `objects`, with what is below them, where they stand in the scene.
+    std::uint64_t saveTo(const std::vector<std::shared_ptr<Object>>& objects, const std::filesystem::path& path,
+                         OutcomeHandler done);
+
     /// True while a file is being written.
     [[nodiscard]] bool isSaving() const { return saving_ > 0; }
 
@@ -56,10 +69,11 @@ private:
     void ask_(const std::string& title, const std::string& fileName, std::function<void(std::filesystem::path)> chosen);
     void save_(bool thenClose);
     void saveAs_(bool thenClose);
+    [[nodiscard]] std::shared_ptr<Job> jobOfScene_(const std::filesystem::path& path) const;
     void saveScene_(const std::filesystem::path& path, bool byDialog, bool thenClose);
-    void write_(const std::shared_ptr<Job>& job);
+    std::uint64_t write_(const std::shared_ptr<Job>& job);
     void finish_(const Job& job);
-    void fail_(const std::string& error);
+    void fail_(const Job& job, const std::string& error);
     void drawAnswers_();
     void closeSaved_();
 

@@ -23,6 +23,15 @@ namespace VX
 class CornerControllerObject;
 class Object;
 
+/// A picture of the scene beside the one in the window.
+struct SceneCapture
+{
+    PixelSize size{};
+    std::optional<Camera> camera{};       ///< nothing: the view's
+    std::shared_ptr<const Object> root{}; ///< drawn with everything below it; null: the scene
+    bool transparentBackground = false;
+};
+
 /// The part of the window that shows the scene: its camera, its picture, the view cube, and what the mouse does there.
 /// Positions of events are the window's; the view takes off where it begins.
 /// @threads the UI thread
@@ -103,8 +112,14 @@ public:
     /// has not begun: the callback of the older one never comes.
     void pick(const Vector2f& position, ScenePicker::Callback done);
 
+    /// The same at `pixel` of a picture.
+    void pick(const SceneCapture& picture, const Vector2d& pixel, ScenePicker::Callback done);
+
     /// The faces seen within `area`, which is in pixels of the window (SceneRenderer::visibleFaces).
     [[nodiscard]] std::vector<VisibleFaces> visibleFaces(const PixelRect& area);
+
+    /// The same within `area` of a picture.
+    [[nodiscard]] std::vector<VisibleFaces> visibleFaces(const SceneCapture& picture, const PixelRect& area);
 
     /// The mouse went elsewhere: nothing in the view is highlighted any more.
     void endHover();
@@ -127,6 +142,9 @@ public:
     /// The scene as it is, without interface, in full detail. Empty without graphics.
     [[nodiscard]] Image capture(PixelSize size);
 
+    /// The same of another picture.
+    [[nodiscard]] Image take(const SceneCapture& picture);
+
     /// Of the pictures drawn.
     [[nodiscard]] SceneStatistics statistics() const;
 
@@ -140,6 +158,7 @@ private:
 
     /// In full detail, and without what is no part of the scene.
     [[nodiscard]] SceneFrame frameOfScene_() const;
+    [[nodiscard]] SceneFrame frameOf_(const SceneCapture& picture) const;
     [[nodiscard]] bool isPreviewShown_() const;
     void updateBox_();
     void takeThemeColors_();
@@ -169,6 +188,8 @@ private:
     float scale_ = 1;
     bool shownMoving_ = false;
     bool dragging_ = false;
+    /// The renderer holds another picture than the one in the window.
+    bool tookOther_ = false;
 };
 
 } // namespace VX

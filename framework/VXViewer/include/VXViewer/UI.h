@@ -144,11 +144,15 @@ struct InputTextOptions
 {
     std::size_t limit = 0; ///< of characters; what does not fit is not taken. 0: none
     bool password = false; ///< shows asterisks, and neither records nor copies the text
+    bool revealed = false; ///< shows the letters of a password all the same
     std::string hint = {}; ///< shown while the text is empty
     ImGuiInputTextFlags flags = 0;
 };
 
 VXVIEWER_API bool inputText(const std::string& label, std::string& text, const InputTextOptions& options = {});
+
+/// Ends the typing, and overwrites what the fields keep of the text that was typed last: for secrets.
+VXVIEWER_API void wipeTypedText();
 
 /// What follows a number that is drawn, and how many digits are drawn behind its point.
 struct NumberFormat

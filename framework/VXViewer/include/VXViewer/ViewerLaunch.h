@@ -24,6 +24,7 @@ struct LaunchParams
     bool hidden = false;       ///< off-screen, without a window
     bool showInterface = true; ///< false: the scene alone fills the picture, and no settings are kept
     bool resetSettings = false;
+    bool serveAgents = true;                  ///< calls the step of the set-up that starts their server
     std::vector<std::filesystem::path> files; ///< begin to load before there is a window
 
     /// Called with the reason where there is no display and the viewer goes on off-screen; may be empty.

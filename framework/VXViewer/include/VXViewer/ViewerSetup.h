@@ -44,7 +44,9 @@ public:
     /// Calls the function `vxExtensionExit` of each and unloads them, in reverse order.
     virtual void unloadExtendedLibraries() const;
 
-    /// Starts the server for agents. @return false: this program has none
+    /// Starts the server for agents, on the port that "-mcpPort" among the viewer's arguments names, else on 7431 or
+    /// the next one that is free. A port named that is taken closes the viewer with exit code 2 and a sentence on
+    /// standard error. @return false: none was started
     [[nodiscard]] virtual bool setupMcp() const;
 
     /// Stops it. @return false: none was running

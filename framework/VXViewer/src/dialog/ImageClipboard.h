@@ -18,7 +18,7 @@ class Window;
 /// Puts `image` on the clipboard. A process of its own keeps it there, also after the end of this one, until another
 /// program puts something in its place.
 /// @return why it cannot be put there
-/// @threads the UI thread
+/// @threads any; takes a second for a large picture
 [[nodiscard]] tl::expected<void, std::string> copyToClipboard(const Image& image);
 
 } // namespace VX

@@ -185,6 +185,7 @@ void PathDialog::drawFolder_()
 void PathDialog::drawFilter_()
 {
     std::vector<std::string> names;
+    names.reserve(request_.filters.size());
     for (const FileFilter& filter : request_.filters)
         names.push_back(filter.name);
     if (names.empty())

@@ -1,3 +1,4 @@
+#include "FileFailure.h"
 #include "SceneSnapshot.h"
 #include "menu/Translate.h"
 
@@ -13,9 +14,6 @@
 #include <VXViewer/Selection.h>
 #include <VXViewer/UI.h>
 #include <VXViewer/Viewer.h>
-
-#include <fmt/format.h>
-#include <spdlog/spdlog.h>
 
 #include <algorithm>
 #include <exception>
@@ -48,7 +46,7 @@ bool isSceneFile(const std::filesystem::path& path)
     return toLower(utf8string(path.extension())) == sceneExtension;
 }
 
-/// A library that runs out of memory throws.
+/// What libraries throw becomes a message.
 tl::expected<void, std::string> saveSafely(const Object& root, const std::filesystem::path& path,
                                            const ProgressCallback& progress)
 {
@@ -58,10 +56,21 @@ tl::expected<void, std::string> saveSafely(const Object& root, const std::filesy
     }
     catch (const std::exception& e)
     {
-        spdlog::error("Saving a file failed: {}", e.what());
-        return tl::make_unexpected(
-            fmt::format("Cannot write \"{}\": there is not enough memory.", utf8string(path.filename())));
+        return tl::make_unexpected(fileFailureText("write", path, e));
     }
+}
+
+/// Copies of `objects` with what is below them, where they stand in the scene.
+std::shared_ptr<Object> copyInScene(const std::vector<std::shared_ptr<Object>>& objects)
+{
+    auto root = std::make_shared<Object>();
+    for (const std::shared_ptr<Object>& object : objects)
+    {
+        const std::shared_ptr<Object> copy = copyTree(*object);
+        copy->setTransform(object->worldTransform());
+        root->addChild(copy);
+    }
+    return root;
 }
 
 /// Where in a history a scene was taken from it.
@@ -88,6 +97,7 @@ struct SceneFiles::Job
     std::shared_ptr<const Object> root;
     bool byDialog = false;
     std::optional<HistoryPlace> place; ///< of the whole scene; nothing: a part of it
+    OutcomeHandler done;               ///< empty: messages tell the user
     tl::expected<void, std::string> result;
 };
 
@@ -143,13 +153,7 @@ void SceneFiles::saveSelected()
                                                   NotificationType::Info);
         return;
     }
-    auto root = std::make_shared<Object>();
-    for (const std::shared_ptr<Object>& object : selected)
-    {
-        const std::shared_ptr<Object> copy = copyTree(*object);
-        copy->setTransform(object->worldTransform());
-        root->addChild(copy);
-    }
+    const std::shared_ptr<Object> root = copyInScene(selected);
     ask_(tr("Save Selected"), root->children().size() == 1 ? root->children().front()->name() : std::string(),
          [this, root](const std::filesystem::path& path)
          {
@@ -172,31 +176,56 @@ void SceneFiles::ask_(const std::string& title, const std::string& fileName,
     dialog_.show(std::move(request), [chosen = std::move(chosen)](const auto& paths) { chosen(paths.front()); });
 }
 
-void SceneFiles::saveScene_(const std::filesystem::path& path, bool byDialog, bool thenClose)
+std::shared_ptr<SceneFiles::Job> SceneFiles::jobOfScene_(const std::filesystem::path& path) const
 {
-    closing_ = closing_ || thenClose;
     auto job = std::make_shared<Job>();
     job->path = path;
     job->root = copyTree(viewer_.scene());
-    job->byDialog = byDialog;
     job->place.emplace(*viewer_.getGlobalHistoryStore());
+    return job;
+}
+
+void SceneFiles::saveScene_(const std::filesystem::path& path, bool byDialog, bool thenClose)
+{
+    closing_ = closing_ || thenClose;
+    const std::shared_ptr<Job> job = jobOfScene_(path);
+    job->byDialog = byDialog;
     write_(job);
 }
 
-void SceneFiles::write_(const std::shared_ptr<Job>& job)
+std::uint64_t SceneFiles::saveTo(const std::filesystem::path& path, OutcomeHandler done)
+{
+    const std::shared_ptr<Job> job = jobOfScene_(path);
+    job->done = std::move(done);
+    return write_(job);
+}
+
+std::uint64_t SceneFiles::saveTo(const std::vector<std::shared_ptr<Object>>& objects, const std::filesystem::path& path,
+                                 OutcomeHandler done)
+{
+    auto job = std::make_shared<Job>();
+    job->path = path;
+    job->root = copyInScene(objects);
+    job->done = std::move(done);
+    return write_(job);
+}
+
+std::uint64_t SceneFiles::write_(const std::shared_ptr<Job>& job)
 {
     ++saving_;
-    ProgressBar::order(
+    return ProgressBar::orderWriting(
         trf("Saving {}", utf8string(job->path.filename())),
         [this, job](const ProgressCallback& progress) -> ProgressBar::Finish
         {
             job->result = saveSafely(*job->root, job->path, progress);
             return [this, job] { finish_(*job); };
         },
-        [this]
+        [this, job]
         {
             --saving_;
             closing_ = false;
+            if (job->done)
+                job->done(operationCanceledText());
         });
 }
 
@@ -205,7 +234,7 @@ void SceneFiles::finish_(const Job& job)
     --saving_;
     if (!job.result)
     {
-        fail_(job.result.error());
+        fail_(job, job.result.error());
         return;
     }
     if (job.place)
@@ -220,14 +249,19 @@ void SceneFiles::finish_(const Job& job)
     viewer_.recentFiles().add(job.path);
     if (job.byDialog)
         FileDialogSignals::instance().onSave({job.path});
+    if (job.done)
+        job.done({});
     if (closing_ && !isSaving())
         closeSaved_();
 }
 
-void SceneFiles::fail_(const std::string& error)
+void SceneFiles::fail_(const Job& job, const std::string& error)
 {
     const bool wasClosing = std::exchange(closing_, false);
-    if (error == operationCanceledText())
+    if (job.done)
+        job.done(error);
+    // What an agent could not save is told to the user only where he waits for it.
+    if ((job.done && !wasClosing) || error == operationCanceledText())
         return;
     const std::string advice =
         wasClosing ? "\n\n" + tr("The program stays open, so that nothing is lost. Save the scene to another place.")

@@ -3,6 +3,9 @@
 #include <VXViewer/HistoryStore.h>
 #include <VXViewer/SceneEdit.h>
 
+#include <spdlog/spdlog.h>
+
+#include <exception>
 #include <unordered_set>
 #include <utility>
 
@@ -85,17 +88,38 @@ SceneEdit::SceneEdit(HistoryStore& store, std::string name)
     : store_(store)
     , name_(std::move(name))
     , record_(std::make_unique<SceneEditRecord>())
+    , exceptions_(std::uncaught_exceptions())
 {
 }
 
 SceneEdit::~SceneEdit()
 {
-    commit();
+    const bool failed = std::uncaught_exceptions() > exceptions_;
+    try
+    {
+        if (failed)
+            rollBack_();
+        else
+            commit();
+    }
+    catch (const std::exception& exception)
+    {
+        // Nothing but memory can be missing: the scene may be changed, and the history does not know.
+        spdlog::error("A step could not be {}.", failed ? "taken back" : "remembered");
+        spdlog::debug("Why the step failed: {}", exception.what());
+    }
 }
 
 void SceneEdit::touch(const std::shared_ptr<Object>& object)
 {
     record_->touch(object);
+}
+
+void SceneEdit::rollBack_()
+{
+    std::vector<ObjectChange> changes = record_->changes();
+    if (!changes.empty())
+        SceneEditAction(name_, std::move(changes), record_->selectionChanges()).undo();
 }
 
 void SceneEdit::commit()

@@ -47,7 +47,7 @@ ObjectColorItem::~ObjectColorItem() = default;
 std::string ObjectColorItem::unavailableReason() const
 {
     // An open window can be closed.
-    return isActive() ? std::string() : scene_->needsSelectedObjects();
+    return isActive() ? std::string() : scene_->needsSelectedColors();
 }
 
 std::vector<std::shared_ptr<VisualObject>> ObjectColorItem::targets_() const

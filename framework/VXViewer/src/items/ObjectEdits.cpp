@@ -193,7 +193,7 @@ void groupSelectedObjects(Viewer& viewer)
         std::ranges::find(parent.children(), place, &std::shared_ptr<Object>::get) - parent.children().begin();
 
     auto group = std::make_shared<Object>();
-    group->setName(tr("Group"));
+    group->setName(trc("object", "Group"));
     group->setSelected(true);
     edit.touch(group);
     edit.touch(parent.shared_from_this());

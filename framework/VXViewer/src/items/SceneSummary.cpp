@@ -9,6 +9,22 @@
 namespace VX
 {
 
+namespace
+{
+
+/// Whether `object` or something that it is below is selected.
+bool isSelectedWithin(const Object& object)
+{
+    for (const Object* each = &object; each; each = each->parent())
+    {
+        if (each->isSelected())
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
 const SceneSummary::Facts& SceneSummary::facts()
 {
     const Object& root = viewer_.scene();
@@ -38,7 +54,10 @@ void SceneSummary::update_()
                          facts_.selectedHidden += selected;
                      }
                      if (dynamic_cast<const VisualObject*>(&object))
+                     {
                          facts_.selectedVisual += selected;
+                         facts_.colorsSelected = facts_.colorsSelected || isSelectedWithin(object);
+                     }
                      const auto* mesh = dynamic_cast<const ObjectMesh*>(&object);
                      if (!mesh || !mesh->mesh() || mesh->mesh()->triangles.empty())
                          return;
@@ -62,6 +81,13 @@ std::string SceneSummary::needsObjects()
 std::string SceneSummary::needsSelectedObjects()
 {
     return facts().selected == 0 ? tr("No object is selected.") : std::string();
+}
+
+std::string SceneSummary::needsSelectedColors()
+{
+    if (std::string reason = needsSelectedObjects(); !reason.empty())
+        return reason;
+    return facts().colorsSelected ? std::string() : tr("Nothing that is selected has a color.");
 }
 
 std::string SceneSummary::needsSelectedFaces()

@@ -32,6 +32,7 @@ public:
         std::size_t flatMeshes = 0;
         std::size_t selectedFlatMeshes = 0;
         std::size_t selectedVisual = 0;   ///< what has a colour
+        bool colorsSelected = false;      ///< something selected has a colour, or something below it
         bool facesSelected = false;       ///< of a mesh that shows
         bool hiddenFacesSelected = false; ///< of a mesh that does not
     };
@@ -41,6 +42,7 @@ public:
     // Reasons why something cannot be done, translated; empty where it can.
     [[nodiscard]] std::string needsObjects();
     [[nodiscard]] std::string needsSelectedObjects();
+    [[nodiscard]] std::string needsSelectedColors();
     [[nodiscard]] std::string needsSelectedFaces();
     [[nodiscard]] std::string needsAnySelection();
     [[nodiscard]] std::string needsAnyShownSelection();

@@ -39,15 +39,18 @@ void report(const std::string& error)
 
 void write(const std::filesystem::path& path, Image image)
 {
-    ProgressBar::order(
-        trf("Saving {}", utf8string(path.filename())),
-        [path, picture = std::make_shared<Image>(std::move(image))](const ProgressCallback&) -> ProgressBar::Finish
-        {
-            const auto written = writePng(path, *picture);
-            if (!written)
-                return [error = written.error()] { report(error); };
-            return [path] { FileDialogSignals::instance().onSave({path}); };
-        });
+    ProgressBar::orderWriting(trf("Saving {}", utf8string(path.filename())),
+                              [path, picture = std::make_shared<Image>(std::move(image))](
+                                  const ProgressCallback& progress) -> ProgressBar::Finish
+                              {
+                                  // It is written in one go.
+                                  if (!progress(1))
+                                      return {};
+                                  const auto written = writePng(path, *picture);
+                                  if (!written)
+                                      return [error = written.error()] { report(error); };
+                                  return [path] { FileDialogSignals::instance().onSave({path}); };
+                              });
 }
 
 bool sideField(const std::string& label, int& side)
@@ -125,8 +128,15 @@ void ScreenshotItem::save_()
 
 void ScreenshotItem::copy_()
 {
-    if (const auto copied = copyToClipboard(capture_()); !copied)
-        report(copied.error());
+    ProgressBar::orderWriting(
+        tr("Copying the picture"),
+        [picture = std::make_shared<Image>(capture_())](const ProgressCallback&) -> ProgressBar::Finish
+        {
+            const auto copied = copyToClipboard(*picture);
+            if (!copied)
+                return [error = copied.error()] { report(error); };
+            return {};
+        });
 }
 
 } // namespace VX

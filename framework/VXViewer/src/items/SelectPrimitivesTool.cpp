@@ -46,7 +46,8 @@ std::string SelectPrimitivesTool::unavailableReason() const
 
 void SelectPrimitivesTool::drawContent_()
 {
-    UI::secondaryText(tr("Click a face to select its region."));
+    const bool busy = !picking_.expired() || finder_.isBusy();
+    UI::secondaryText(busy ? tr("Looking for the region.") : tr("Click a face to select its region."));
     ImGui::SetNextItemWidth(UI::px(sliderWidth));
     if (UI::slider(tr("Angle tolerance"), tolerance_, smallestTolerance, largestTolerance, {"\u00B0", 0}))
         regrow_();
@@ -122,13 +123,15 @@ void SelectPrimitivesTool::click_(const MouseButtonEvent& press)
     edit_.reset();
     seed_.reset();
     life_ = std::make_shared<int>();
-    viewer_().view().pick(
-        press.position,
-        [this, life = std::weak_ptr(life_), mode = faceSelectionMode(press.mods)](const std::optional<PickResult>& hit)
-        {
-            if (!life.expired())
-                take_(hit, mode);
-        });
+    const auto pick = std::make_shared<int>();
+    picking_ = pick;
+    viewer_().view().pick(press.position,
+                          [this, pick, life = std::weak_ptr(life_),
+                           mode = faceSelectionMode(press.mods)](const std::optional<PickResult>& hit)
+                          {
+                              if (!life.expired())
+                                  take_(hit, mode);
+                          });
 }
 
 void SelectPrimitivesTool::take_(const std::optional<PickResult>& hit, FaceSelectionMode mode)

@@ -68,6 +68,9 @@ private:
 
     /// Picks that come when the tool has ended, or is gone, find it changed.
     std::shared_ptr<int> life_;
+
+    /// Of the pick that is to come; it takes a second for the first one of a large mesh.
+    std::weak_ptr<int> picking_;
 };
 
 } // namespace VX

@@ -52,7 +52,8 @@ void runSteps(Viewer& viewer, const LaunchParams& params, const ViewerSetup& set
     setup.setupSettingsManager(&viewer, params.applicationName, params.resetSettings);
     setup.setupConfiguration(&viewer);
     setup.setupExtendedLibraries();
-    static_cast<void>(setup.setupMcp());
+    if (params.serveAgents)
+        static_cast<void>(setup.setupMcp());
     if (setup.startCallback)
         setup.startCallback();
 }
@@ -103,18 +104,9 @@ void runLoop(Viewer& viewer, const LaunchParams& params)
     viewer.loop().run();
 }
 
-} // namespace
-
-int launchViewer(std::vector<std::string> arguments, const LaunchParams& params, const ViewerSetup& setup)
+void runWindow(Viewer& viewer, const LaunchParams& params)
 {
-    Logger::instance();
-    Viewer& viewer = getViewerInstance();
-    viewer.setCommandLineArguments(std::move(arguments));
-    if (params.fileMessage)
-        viewer.fileOpening().setMessageHandler(params.fileMessage);
-    runSteps(viewer, params, setup);
     viewer.openFiles(params.files);
-
     auto window = createWindow(params);
     if (window)
     {
@@ -126,6 +118,21 @@ int launchViewer(std::vector<std::string> arguments, const LaunchParams& params,
         spdlog::critical("{}", window.error());
         viewer.setExitCode(1);
     }
+}
+
+} // namespace
+
+int launchViewer(std::vector<std::string> arguments, const LaunchParams& params, const ViewerSetup& setup)
+{
+    Logger::instance();
+    Viewer& viewer = getViewerInstance();
+    viewer.setCommandLineArguments(std::move(arguments));
+    if (params.fileMessage)
+        viewer.fileOpening().setMessageHandler(params.fileMessage);
+    runSteps(viewer, params, setup);
+    // Unless a step found that the program cannot run.
+    if (!viewer.isClosing())
+        runWindow(viewer, params);
     const int exitCode = viewer.exitCode();
     shutDown(viewer, params, setup);
     return exitCode;

@@ -1,3 +1,4 @@
+#include "../agent/AgentServer.h"
 #include "../menu/Overlays.h"
 #include "ExtendedLibraries.h"
 
@@ -6,6 +7,10 @@
 #include <VXViewer/ViewerSettingsManager.h>
 #include <VXViewer/ViewerSetup.h>
 
+#include <fmt/format.h>
+#include <spdlog/spdlog.h>
+
+#include <cstdio>
 #include <memory>
 #include <utility>
 
@@ -53,12 +58,25 @@ void ViewerSetup::unloadExtendedLibraries() const
 
 bool ViewerSetup::setupMcp() const
 {
+    Viewer& viewer = getViewerInstance();
+    const auto begun = AgentServer::instance().begin(viewer);
+    if (begun)
+        return true;
+    if (!AgentServer::isPortNamed(viewer))
+    {
+        spdlog::warn("Agents cannot use the viewer: {}", begun.error());
+        return false;
+    }
+    // Who names a port has clients that know no other.
+    fmt::print(stderr, "{}\n", begun.error());
+    viewer.setExitCode(2);
+    viewer.requestClose();
     return false;
 }
 
 bool ViewerSetup::shutdownMcp() const
 {
-    return true;
+    return AgentServer::instance().end();
 }
 
 } // namespace VX

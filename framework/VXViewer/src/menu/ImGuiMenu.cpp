@@ -138,6 +138,16 @@ bool ImGuiMenu::handleKey(const KeyEvent& event)
     return state_ && state_->shortcuts && state_->shortcuts->process(event);
 }
 
+bool ImGuiMenu::isCovered() const
+{
+    return false;
+}
+
+bool ImGuiMenu::isStartingUp() const
+{
+    return false;
+}
+
 PixelRect ImGuiMenu::drawFrame()
 {
     draw();

@@ -9,6 +9,7 @@
 #include <VXViewer/UI.h>
 #include <VXViewer/Viewer.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace VX
@@ -23,7 +24,7 @@ std::string typeText(const Object& object)
         return tr("Mesh");
     if (object.typeName() == "ObjectPoints")
         return tr("Point cloud");
-    return object.typeName() == "ObjectLines" ? tr("Lines") : tr("Group");
+    return object.typeName() == "ObjectLines" ? tr("Lines") : trc("object", "Group");
 }
 
 std::string titleText(const std::vector<std::shared_ptr<Object>>& selected)
@@ -46,7 +47,7 @@ void row(const std::string& name, const std::string& value)
 {
     const float start = ImGui::GetCursorPosX();
     UI::secondaryText(name);
-    ImGui::SameLine(start + UI::px(88));
+    ImGui::SameLine(start + std::max(UI::px(88), ImGui::CalcTextSize(name.c_str()).x + UI::px(8)));
     UI::text(UI::elided(value, ImGui::GetContentRegionAvail().x));
 }
 

@@ -1,6 +1,7 @@
 #include "ModalMessages.h"
 
 #include "Translate.h"
+#include "ui/LineBreaks.h"
 #include "ui/UiNavigation.h"
 
 #include <VXViewer/UI.h>
@@ -73,28 +74,10 @@ void drawMark(NotificationType type)
 /// `text` with a line end wherever a line would be wider than `width` pixels.
 std::string brokenText(const std::string& text, float width)
 {
-    const ImFont* font = ImGui::GetFont();
+    const ImFont* const font = ImGui::GetFont();
     const float scale = ImGui::GetFontSize() / font->FontSize;
-    std::string result;
-    const char* at = text.data();
-    const char* const end = at + text.size();
-    while (at < end)
-    {
-        const char* const paragraphEnd = std::find(at, end, '\n');
-        while (at < paragraphEnd)
-        {
-            const char* const lineEnd = font->CalcWordWrapPositionA(scale, at, paragraphEnd, width);
-            result.append(at, lineEnd);
-            at = std::find_if(lineEnd, paragraphEnd, [](char c) { return c != ' '; });
-            if (at < paragraphEnd)
-                result += '\n';
-        }
-        if (paragraphEnd == end)
-            break;
-        result += '\n';
-        at = paragraphEnd + 1;
-    }
-    return result;
+    return withLineEnds(text, width,
+                        [&](char32_t sign) { return scale * font->GetCharAdvance(static_cast<ImWchar>(sign)); });
 }
 
 } // namespace

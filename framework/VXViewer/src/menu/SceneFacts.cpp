@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <string_view>
 
 namespace VX
 {
@@ -43,19 +42,20 @@ void SceneFacts::add(const Object& object)
 
 NumberSigns numberSigns()
 {
-    // The translation is this number as the language writes it.
-    constexpr std::string_view english = "1,234.5";
+    // The translation is this number as the language writes it; what stands between thousands may be several bytes.
     const std::string number = tr("1,234.5");
-    const std::string& shown = number.size() == english.size() ? number : std::string(english);
-    return {shown[1], shown[5]};
+    const std::size_t group = number.find("234");
+    if (group == std::string::npos || group < 1 || number.size() != group + 5)
+        return {};
+    return {number.substr(1, group - 1), number[group + 3]};
 }
 
 std::string countText(std::uint64_t count)
 {
     std::string text = std::to_string(count);
-    const char thousands = numberSigns().thousands;
+    const std::string thousands = numberSigns().thousands;
     for (int i = static_cast<int>(text.size()) - 3; i > 0; i -= 3)
-        text.insert(static_cast<std::size_t>(i), 1, thousands);
+        text.insert(static_cast<std::size_t>(i), thousands);
     return text;
 }
 

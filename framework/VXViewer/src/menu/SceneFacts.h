@@ -27,7 +27,7 @@ struct VXVIEWER_API SceneFacts
 /// What stands in numbers in the user's language.
 struct NumberSigns
 {
-    char thousands = ',';
+    std::string thousands = ",";
     char decimal = '.';
 };
 

@@ -18,6 +18,12 @@ inline std::string tr(const char* text)
     return Locale::translate(text);
 }
 
+/// `text`, a word that is several in other languages, in the user's language: `context` says which.
+inline std::string trc(const char* context, const char* text)
+{
+    return Locale::translateIn(context, text);
+}
+
 /// Puts `arguments` into the places of `translated` ("{}"). A translation that does not fit them is returned as it is.
 template <typename... Arguments>
 std::string formatTranslated(std::string translated, Arguments&&... arguments)

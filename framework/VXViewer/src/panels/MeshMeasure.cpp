@@ -1,5 +1,7 @@
 #include "MeshMeasure.h"
 
+#include "render/EdgeTerm.h"
+
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_reduce.h>
 
@@ -19,22 +21,6 @@ struct Sums
     double volume = 0;
     std::uint64_t edges = 0; ///< 0 when the edges cancel out
 };
-
-/// A number that looks random, of an edge from one point to another; that of the opposite edge is its negative, that of
-/// an edge of no length 0.
-/// (The finaliser of SplitMix64: Steele, Lea and Flood, 2014.)
-std::uint64_t edgeNumber(std::uint32_t from, std::uint32_t to)
-{
-    if (from == to)
-        return 0;
-    const bool forward = from < to;
-    std::uint64_t x = forward ? std::uint64_t{from} << 32U | to : std::uint64_t{to} << 32U | from;
-    x += 0x9E3779B97F4A7C15U;
-    x = (x ^ (x >> 30U)) * 0xBF58476D1CE4E5B9U;
-    x = (x ^ (x >> 27U)) * 0x94D049BB133111EBU;
-    x ^= x >> 31U;
-    return forward ? x : ~x + 1;
-}
 
 } // namespace
 
@@ -57,7 +43,7 @@ MeshMeasure measureMesh(const Mesh& mesh, const Transform& toScene)
             const Vector3d c = corner(2);
             sums.area += (b - a).cross(c - a).norm() / 2;
             sums.volume += a.dot(b.cross(c)) / 6;
-            sums.edges += edgeNumber(t[0], t[1]) + edgeNumber(t[1], t[2]) + edgeNumber(t[2], t[0]);
+            sums.edges += edgeTerm(t[0], t[1]) + edgeTerm(t[1], t[2]) + edgeTerm(t[2], t[0]);
         }
         return sums;
     };

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <optional>
 #include <utility>
 
@@ -129,10 +130,11 @@ void RibbonSearch::find_()
     hits_.clear();
     for (RibbonSearchCommand& command : commands_())
     {
+        // The best in front, those as good in the order of the commands.
         if (const std::optional<int> score = commandScore(words, command))
-            hits_.push_back({std::move(command), *score});
+            hits_.insert(std::ranges::upper_bound(hits_, *score, std::greater(), &Hit::score),
+                         {std::move(command), *score});
     }
-    std::stable_sort(hits_.begin(), hits_.end(), [](const Hit& a, const Hit& b) { return a.score > b.score; });
     selected_ = 0;
     scrollToSelected_ = true;
 }

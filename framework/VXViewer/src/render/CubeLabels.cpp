@@ -17,37 +17,70 @@ namespace VX
 namespace
 {
 
-constexpr const char* fontFile = "/usr/share/fonts/truetype/open-sans/OpenSans-Semibold.ttf";
+/// The second one has the signs that the first lacks.
+constexpr std::array fontFiles{"/usr/share/fonts/truetype/open-sans/OpenSans-Semibold.ttf",
+                               "/usr/share/fonts/truetype/droid/DroidSansFallbackFull.ttf"};
 
 /// The height of the letters, and the width that they may take, as parts of the layer's side.
 constexpr double textHeight = 0.27;
 constexpr double textWidth = 0.7;
 
-class Face
+/// The fonts, opened when a letter asks for them.
+class Faces
 {
 public:
-    Face()
+    Faces()
     {
-        if (FT_Init_FreeType(&library_) == 0 && FT_New_Face(library_, fontFile, 0, &face_) != 0)
-            face_ = nullptr;
+        if (FT_Init_FreeType(&library_) != 0)
+            library_ = nullptr;
     }
 
-    ~Face()
+    ~Faces()
     {
-        if (face_)
-            FT_Done_Face(face_);
+        for (FT_Face face : faces_)
+            FT_Done_Face(face);
         if (library_)
             FT_Done_FreeType(library_);
     }
 
-    Face(const Face&) = delete;
-    Face& operator=(const Face&) = delete;
+    Faces(const Faces&) = delete;
+    Faces& operator=(const Faces&) = delete;
 
-    [[nodiscard]] FT_Face get() const { return face_; }
+    [[nodiscard]] bool areMissing() { return !at_(0); }
+
+    void setHeight(unsigned height) { height_ = height; }
+
+    /// Loads `letter` at the height that is set. @return null where no font has it
+    FT_GlyphSlot load(char32_t letter, FT_Int32 flags)
+    {
+        for (std::size_t i = 0; i < fontFiles.size(); ++i)
+        {
+            FT_Face face = at_(i);
+            if (face && FT_Get_Char_Index(face, letter) != 0)
+            {
+                FT_Set_Pixel_Sizes(face, 0, height_);
+                return FT_Load_Char(face, letter, flags) == 0 ? face->glyph : nullptr;
+            }
+        }
+        return nullptr;
+    }
 
 private:
+    FT_Face at_(std::size_t index)
+    {
+        while (library_ && faces_.size() <= index)
+        {
+            FT_Face face = nullptr;
+            if (FT_New_Face(library_, fontFiles.at(faces_.size()), 0, &face) != 0)
+                face = nullptr;
+            faces_.push_back(face);
+        }
+        return library_ ? faces_[index] : nullptr;
+    }
+
     FT_Library library_ = nullptr;
-    FT_Face face_ = nullptr;
+    std::vector<FT_Face> faces_;
+    unsigned height_ = 0;
 };
 
 std::u32string decodeUtf8(const std::string& text)
@@ -67,32 +100,32 @@ std::u32string decodeUtf8(const std::string& text)
     return result;
 }
 
-int widthOf(FT_Face face, const std::u32string& text)
+int widthOf(Faces& faces, const std::u32string& text)
 {
     FT_Pos width = 0;
     for (const char32_t letter : text)
-        if (FT_Load_Char(face, letter, FT_LOAD_DEFAULT) == 0)
-            width += face->glyph->advance.x;
+        if (const FT_GlyphSlot glyph = faces.load(letter, FT_LOAD_DEFAULT))
+            width += glyph->advance.x;
     return static_cast<int>(width >> 6);
 }
 
-void drawText(FT_Face face, const std::u32string& text, int side, std::span<std::uint8_t> layer)
+void drawText(Faces& faces, const std::u32string& text, int side, std::span<std::uint8_t> layer)
 {
     auto height = static_cast<unsigned>(side * textHeight);
-    FT_Set_Pixel_Sizes(face, 0, height);
-    if (const int width = widthOf(face, text); width > side * textWidth)
+    faces.setHeight(height);
+    if (const int width = widthOf(faces, text); width > side * textWidth)
     {
         height = static_cast<unsigned>(height * side * textWidth / width);
-        FT_Set_Pixel_Sizes(face, 0, height);
+        faces.setHeight(height);
     }
-    int left = (side - widthOf(face, text)) / 2;
+    int left = (side - widthOf(faces, text)) / 2;
     // Capitals are about 0.7 of the letters' size.
     const int baseline = side / 2 + static_cast<int>(height * 0.36);
     for (const char32_t letter : text)
     {
-        if (FT_Load_Char(face, letter, FT_LOAD_RENDER) != 0)
+        const FT_GlyphSlot glyph = faces.load(letter, FT_LOAD_RENDER);
+        if (!glyph)
             continue;
-        const FT_GlyphSlot glyph = face->glyph;
         for (int y = 0; y < static_cast<int>(glyph->bitmap.rows); ++y)
         {
             for (int x = 0; x < static_cast<int>(glyph->bitmap.width); ++x)
@@ -148,11 +181,11 @@ Gl::Texture makeCubeLabels(const std::array<std::string, 6>& labels, int side)
 {
     const auto layerSize = static_cast<std::size_t>(side) * static_cast<std::size_t>(side);
     std::vector<std::uint8_t> layers(layerSize * labels.size());
-    const Face face;
-    if (!face.get())
+    Faces faces;
+    if (faces.areMissing())
         spdlog::warn("The font of the view cube is missing; its faces have no labels");
-    for (std::size_t i = 0; face.get() && i < labels.size(); ++i)
-        drawText(face.get(), decodeUtf8(labels.at(i)), side, std::span(layers).subspan(i * layerSize, layerSize));
+    for (std::size_t i = 0; !faces.areMissing() && i < labels.size(); ++i)
+        drawText(faces, decodeUtf8(labels.at(i)), side, std::span(layers).subspan(i * layerSize, layerSize));
 
     Gl::Texture texture = Gl::Texture::create();
     glBindTexture(GL_TEXTURE_2D_ARRAY, texture.name());

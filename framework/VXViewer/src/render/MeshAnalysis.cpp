@@ -1,6 +1,7 @@
 #include "render/MeshAnalysis.h"
 
 #include "render/ConnectedParts.h"
+#include "render/EdgeTerm.h"
 
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_reduce.h>
@@ -16,24 +17,6 @@ namespace
 {
 
 constexpr std::size_t clustersPerTask = 64;
-
-/// Scrambles an edge into a number; equal edges give equal numbers (the finalizer of MurmurHash3, A. Appleby).
-std::uint64_t scramble(std::uint64_t x)
-{
-    x ^= x >> 33;
-    x *= 0xff51afd7ed558ccdULL;
-    x ^= x >> 33;
-    x *= 0xc4ceb9fe1a85ec53ULL;
-    return x ^ (x >> 33);
-}
-
-/// A term that cancels against that of the same edge run through the other way.
-std::uint64_t edgeTerm(std::uint64_t from, std::uint64_t to)
-{
-    if (from == to)
-        return 0;
-    return from < to ? scramble(from << 32 | to) : 0 - scramble(to << 32 | from);
-}
 
 /// Sums over triangles.
 struct Totals

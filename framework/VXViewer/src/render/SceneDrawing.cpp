@@ -55,6 +55,11 @@ double SceneDrawing::basisLength_() const
     return std::max(contents_.box.diagonal().norm() * 0.2, 1e-9);
 }
 
+Eigen::Vector2f SceneDrawing::halfViewport_() const
+{
+    return Eigen::Vector2f(static_cast<float>(frame_.size.width), static_cast<float>(frame_.size.height)) / 2;
+}
+
 Box3d SceneDrawing::drawnBox_() const
 {
     Box3d box = contents_.box;
@@ -152,7 +157,7 @@ void SceneDrawing::drawSegments_(const GpuSegments& segments, const Placement& p
     const LineProgram& program = gpu_.programs.lines();
     program.program.use();
     ShaderProgram::set(program.toClip, placement.toClip);
-    ShaderProgram::set(program.halfViewport, Eigen::Vector2f(frame_.size.width / 2.0F, frame_.size.height / 2.0F));
+    ShaderProgram::set(program.halfViewport, halfViewport_());
     ShaderProgram::set(program.halfWidth, width * frame_.options.scale / 2);
     ShaderProgram::set(program.towardsViewer, 0.0F);
     ShaderProgram::set(program.color, color);

@@ -119,6 +119,8 @@ private:
 
     /// The extent of all that is drawn.
     [[nodiscard]] Box3d drawnBox_() const;
+    /// In pixels.
+    [[nodiscard]] Eigen::Vector2f halfViewport_() const;
     [[nodiscard]] bool showsBasis_() const;
     [[nodiscard]] double basisLength_() const;
     void drawBackground_();

@@ -160,7 +160,7 @@ void SceneDrawing::drawMesh_(const MeshInView& mesh, GLenum culled)
     ShaderProgram::set(program.opacity, opacityOf(item.object->color()));
     ShaderProgram::set(program.highlight, highlightOf(item.selected));
     ShaderProgram::set(program.selectionColor, toFloats(frame_.options.selectedFaces));
-    ShaderProgram::set(program.halfViewport, Eigen::Vector2f(frame_.size.width / 2.0F, frame_.size.height / 2.0F));
+    ShaderProgram::set(program.halfViewport, halfViewport_());
     ShaderProgram::set(program.halfWireWidth, wireWidth * frame_.options.scale / 2);
     glFrontFace(placement.toCamera.topLeftCorner<3, 3>().determinant() < 0 ? GL_CW : GL_CCW);
     if (culled == GL_NONE)

@@ -77,6 +77,11 @@ Plan makePlan(const Tabs& tabs, float room)
     return plan;
 }
 
+float widthOf(const RibbonHeader::Part& part)
+{
+    return part.width > 0 ? part.width + UI::px(gap) : 0;
+}
+
 /// Draws the header of one frame.
 class Drawing
 {
@@ -93,8 +98,10 @@ public:
         parts_.drawQuickAccess();
         const float right = ImGui::GetWindowWidth() - UI::px(edge - gap);
         const float buttons = right - UI::px(2 * (button + gap));
+        const float account = buttons - widthOf(parts_.account);
+        const float status = account - widthOf(parts_.status);
         const float left = ImGui::GetCursorPosX() + UI::px(edge);
-        const Plan plan = makePlan(tabs_.shown(), buttons - left);
+        const Plan plan = makePlan(tabs_.shown(), status - left);
         float x = left;
         for (std::size_t i = 0; i < plan.tabs; ++i)
         {
@@ -108,7 +115,9 @@ public:
             ImGui::SetCursorPos({x, UI::px(2)});
             drawMoreTabs_(plan.tabs);
         }
-        drawSearch_(plan.search, buttons);
+        drawSearch_(plan.search, status);
+        drawPart_(parts_.status, status);
+        drawPart_(parts_.account, account);
         ImGui::SetCursorPos({buttons + UI::px(gap), UI::px(2)});
         parts_.notifier.drawHistoryButton(UI::px(button));
         if (parts_.buttons.focus().stop())
@@ -208,6 +217,16 @@ private:
         if (parts_.buttons.drawPlain("##search", look, RibbonButtonForm::Icon, UI::px(button)))
             openSearch_();
         UI::tooltip(look.caption, "Ctrl+Shift+P");
+    }
+
+    void drawPart_(const RibbonHeader::Part& part, float x)
+    {
+        if (part.width <= 0)
+            return;
+        ImGui::SetCursorPos({x + UI::px(gap), UI::px(2)});
+        part.draw();
+        if (parts_.buttons.focus().stop())
+            ImGui::ActivateItemByID(ImGui::GetItemID());
     }
 
     void openSearch_()

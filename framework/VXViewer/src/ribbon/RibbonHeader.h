@@ -11,8 +11,8 @@ namespace VX
 class RibbonNotifier;
 class RibbonSearch;
 
-/// The row at the top of the ribbon: quick access at the left, then the tabs; at the right the command search, the list
-/// of notifications and the button that collapses the ribbon.
+/// The row at the top of the ribbon: quick access at the left, then the tabs; at the right the command search, the
+/// program's status and account, the list of notifications and the button that collapses the ribbon.
 /// @threads the UI thread, within a frame
 class RibbonHeader
 {
@@ -28,12 +28,21 @@ public:
         bool toggleCollapsed = false;
     };
 
+    /// What the program draws from the cursor on.
+    struct Part
+    {
+        float width = 0; ///< in pixels; 0: nothing is drawn
+        std::function<void()> draw;
+    };
+
     struct Parts
     {
         RibbonButtons& buttons;
         RibbonSearch& search;
         RibbonNotifier& notifier;
         std::function<void()> drawQuickAccess; ///< from the cursor on; leaves it behind what it drew
+        Part status;
+        Part account;
     };
 
     /// Draws into the current window. @param isBodyShown  the open tab is marked only then

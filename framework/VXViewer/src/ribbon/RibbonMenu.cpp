@@ -1,6 +1,7 @@
 #include "RibbonBody.h"
 #include "RibbonHeader.h"
 #include "RibbonState.h"
+#include "agent/AgentChip.h"
 #include "menu/Translate.h"
 #include "settings/NotificationSettings.h"
 
@@ -16,9 +17,12 @@
 
 #define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
+#include <spdlog/spdlog.h>
 
 #include <algorithm>
 #include <array>
+#include <exception>
+#include <new>
 #include <utility>
 
 namespace VX
@@ -70,6 +74,19 @@ ShortcutKey withPrimaryCtrl(ShortcutKey key)
     if ((key.mods & GLFW_MOD_CONTROL) != 0)
         key.mods = (key.mods & ~GLFW_MOD_CONTROL) | getGlfwModPrimaryCtrl();
     return key;
+}
+
+/// Tells the user why an item did not do what it is for. What it had begun with the scene was taken back (SceneEdit).
+void showFailure(ImGuiMenu& menu, const std::string& itemName, const std::exception& exception)
+{
+    spdlog::error("The item \"{}\" failed.", itemName);
+    spdlog::debug("Why the item failed: {}", exception.what());
+    const auto button = makeRibbonButton(RibbonSchemaHolder::schema(), itemName);
+    const std::string caption = button ? button->caption : itemName;
+    menu.showModalMessage(dynamic_cast<const std::bad_alloc*>(&exception)
+                              ? trf("There is not enough memory for \"{}\". The scene is as it was.", caption)
+                              : trf("\"{}\" has failed: {}. The scene is as it was.", caption, exception.what()),
+                          NotificationType::Error);
 }
 
 } // namespace
@@ -226,7 +243,14 @@ bool RibbonMenu::itemPressed_(const std::shared_ptr<RibbonMenuItem>& item, const
         pushNotification(notification);
         return false;
     }
-    item->press();
+    try
+    {
+        item->press();
+    }
+    catch (const std::exception& exception)
+    {
+        showFailure(*this, item->name(), exception);
+    }
     return true;
 }
 
@@ -329,10 +353,32 @@ void RibbonMenu::openTab(std::string_view name)
     ribbon_->session->tabs.open(name);
 }
 
-void RibbonMenu::raiseFirstSignInFrame_()
+void RibbonMenu::raiseFirstSignInFrame()
 {
     ribbon_->firstSignInFrame = true;
 }
+
+void RibbonMenu::clearFirstSignInFrame()
+{
+    ribbon_->firstSignInFrame = false;
+}
+
+float RibbonMenu::headerStatusWidth_()
+{
+    return AgentChip::width();
+}
+
+float RibbonMenu::headerAccountWidth_()
+{
+    return 0;
+}
+
+void RibbonMenu::drawHeaderStatus_()
+{
+    AgentChip::draw();
+}
+
+void RibbonMenu::drawHeaderAccount_() {}
 
 void RibbonMenu::onFirstSignInFrame() {}
 

@@ -2,9 +2,12 @@
 #include "RibbonHeader.h"
 #include "RibbonState.h"
 #include "menu/PanelWindow.h"
+#include "menu/Translate.h"
 
+#include <VXMesh/Config.h>
 #include <VXViewer/Locale.h>
 #include <VXViewer/RibbonMenuItem.h>
+#include <VXViewer/RibbonNotification.h>
 #include <VXViewer/RibbonSchemaHolder.h>
 #include <VXViewer/UI.h>
 #include <VXViewer/Viewer.h>
@@ -20,12 +23,36 @@ namespace
 
 constexpr float quickAccessButton = 28;
 constexpr float edge = 8;
+constexpr float settingsLifeTime = 15;
 
 constexpr ImGuiWindowFlags ribbonFlags = panelFlags | ImGuiWindowFlags_NoScrollWithMouse;
 
 /// Lies over the scene, in front of its panels.
 constexpr ImGuiWindowFlags overlayFlags =
     (ribbonFlags & ~ImGuiWindowFlags_NoBringToFrontOnFocus) | ImGuiWindowFlags_NoFocusOnAppearing;
+
+/// Tells the user where the settings are not kept.
+void tellOfSettings(RibbonMenu& menu)
+{
+    RibbonNotification notification;
+    switch (Config::instance().takeProblem())
+    {
+    case Config::Problem::None:
+        return;
+    case Config::Problem::Damaged:
+        notification.text = tr("The settings file was damaged. The program begins with new settings.");
+        break;
+    case Config::Problem::Unreadable:
+        notification.text = tr("The settings file cannot be read. Changed settings last until the program ends.");
+        break;
+    case Config::Problem::Unwritable:
+        notification.text = tr("The settings cannot be saved. They last until the program ends.");
+        break;
+    }
+    notification.type = NotificationType::Warning;
+    notification.lifeTimeSec = settingsLifeTime;
+    menu.pushNotification(notification);
+}
 
 } // namespace
 
@@ -104,8 +131,12 @@ void RibbonMenu::drawHeader_()
                ribbonFlags);
     ImGui::PopStyleColor();
     ImGui::PopStyleVar(2);
-    const RibbonHeader::Parts parts{session.buttons, *session.search, *session.notifier,
-                                    [this] { drawHeaderQuickAccess_(); }};
+    const RibbonHeader::Parts parts{session.buttons,
+                                    *session.search,
+                                    *session.notifier,
+                                    [this] { drawHeaderQuickAccess_(); },
+                                    {headerStatusWidth_(), [this] { drawHeaderStatus_(); }},
+                                    {headerAccountWidth_(), [this] { drawHeaderAccount_(); }}};
     const bool isBodyShown = !ribbon_->collapsed || ribbon_->overlay;
     const RibbonHeader::Result result = RibbonHeader::draw(session.tabs, parts, ribbon_->collapsed, isBodyShown);
     UI::endWindow();
@@ -205,6 +236,7 @@ void RibbonMenu::drawToolbar_()
 
 void RibbonMenu::drawNotifications_()
 {
+    tellOfSettings(*this);
     ribbon_->session->notifier->draw(sceneArea_());
 }
 

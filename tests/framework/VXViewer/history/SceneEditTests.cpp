@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <new>
 
 namespace VX
 {
@@ -64,6 +65,50 @@ protected:
     std::shared_ptr<ObjectMesh> box_ = addBox_("Box");
     HistoryStore store_;
 };
+
+TEST_F(SceneEditTests, TakesBackWhatAnExceptionInterrupts)
+{
+    const auto group = std::make_shared<Object>();
+    root_->addChild(group);
+    const std::string before = VX::Test::sceneText(*root_);
+    const auto change = [&]
+    {
+        SceneEdit edit(store_, "Step");
+        for (const std::shared_ptr<Object>& object : {root_, group, std::shared_ptr<Object>(box_)})
+            edit.touch(object);
+        box_->setName("Cube");
+        box_->setSelected(true);
+        group->addChild(box_);
+        throw std::bad_alloc();
+    };
+    EXPECT_THROW(change(), std::bad_alloc);
+    EXPECT_EQ(VX::Test::sceneText(*root_), before);
+    EXPECT_EQ(store_.position(), 0U);
+}
+
+TEST_F(SceneEditTests, CommitsWhatIsDoneWhileAnExceptionIsOnItsWay)
+{
+    struct Cleanup
+    {
+        ~Cleanup()
+        {
+            SceneEdit edit(store, "Step");
+            edit.touch(object);
+            object->setName("Cube");
+        }
+
+        HistoryStore& store;
+        std::shared_ptr<Object> object;
+    };
+
+    const auto interrupted = [this]
+    {
+        const Cleanup cleanup{store_, box_};
+        throw std::bad_alloc();
+    };
+    EXPECT_THROW(interrupted(), std::bad_alloc);
+    EXPECT_EQ(store_.position(), 1U);
+}
 
 TEST_F(SceneEditTests, RestoresTheName)
 {

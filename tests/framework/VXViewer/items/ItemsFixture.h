@@ -28,6 +28,13 @@ namespace VX::Test
 class ItemsFixture : public testing::Test
 {
 protected:
+    /// @param size   of the window, in pixels
+    /// @param scale  of the interface in it
+    explicit ItemsFixture(PixelSize size = {1200, 800}, float scale = 1)
+        : session_(menu_, size, scale)
+    {
+    }
+
     ~ItemsFixture() override { RibbonSchemaHolder::reset(); }
 
     std::shared_ptr<ObjectMesh> addBox_(const std::string& name)
@@ -98,7 +105,7 @@ protected:
     TempDir folder_;
     bool schema_ = addSchema_();
     std::shared_ptr<RibbonMenu> menu_ = std::make_shared<RibbonMenu>();
-    ViewerSession session_{menu_, {1200, 800}};
+    ViewerSession session_;
     Viewer& viewer_ = session_.viewer();
     UiDriver driver_{session_};
     std::shared_ptr<ObjectMesh> a_ = addBox_("A");

@@ -68,6 +68,16 @@ TEST_F(UnavailableItemsTests, SeveralObjectsCannotBeRenamed)
     EXPECT_EQ(item_("Rename").unavailableReason(), "Several objects are selected. Select the one to rename.");
 }
 
+TEST_F(UnavailableItemsTests, AnEmptyGroupHasNoColor)
+{
+    const auto group = std::make_shared<Object>();
+    viewer_.scene().addChild(group);
+    group->setSelected(true);
+    EXPECT_EQ(item_("Object Color").unavailableReason(), "Nothing that is selected has a color.");
+    group->addChild(a_);
+    EXPECT_EQ(item_("Object Color").unavailableReason(), "");
+}
+
 TEST_F(UnavailableItemsTests, WhatIsHiddenCannotBeHidden)
 {
     a_->setSelected(true);

@@ -1,10 +1,14 @@
 #include "ItemsFixture.h"
 
 #include <VXMesh/Json.h>
+#include <VXViewer/SceneEdit.h>
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <set>
+#include <stdexcept>
+#include <utility>
 
 namespace VX
 {
@@ -34,6 +38,50 @@ protected:
         return names;
     }
 };
+
+/// Changes the scene and fails.
+template <typename Exception>
+class FailingItem : public RibbonMenuItem
+{
+public:
+    FailingItem(Viewer& viewer, Exception exception)
+        : RibbonMenuItem("Failing")
+        , viewer_(viewer)
+        , exception_(std::move(exception))
+    {
+    }
+
+    void press() override
+    {
+        SceneEdit edit(*viewer_.getGlobalHistoryStore(), "Step");
+        edit.touch(viewer_.sceneRoot());
+        viewer_.scene().setChildren({});
+        throw exception_;
+    }
+
+private:
+    Viewer& viewer_;
+    Exception exception_;
+};
+
+TEST_F(ViewerItemsTests, AnItemWithoutEnoughMemoryLeavesTheSceneAndSaysSo)
+{
+    RibbonSchemaHolder::addItem(std::make_shared<FailingItem<std::bad_alloc>>(viewer_, std::bad_alloc()));
+    menu_->pressItem("Failing");
+    driver_.settle();
+    EXPECT_TRUE(driver_.shows("There is not enough memory for \"Failing\". The scene is as it was."));
+    EXPECT_EQ(viewer_.scene().children().size(), 3U);
+}
+
+TEST_F(ViewerItemsTests, AnItemThatFailsLeavesTheSceneAndSaysWhatHappened)
+{
+    RibbonSchemaHolder::addItem(
+        std::make_shared<FailingItem<std::runtime_error>>(viewer_, std::runtime_error("the wheel is broken")));
+    menu_->pressItem("Failing");
+    driver_.settle();
+    EXPECT_TRUE(driver_.shows("\"Failing\" has failed: the wheel is broken. The scene is as it was."));
+    EXPECT_EQ(history_().position(), 0U);
+}
 
 TEST_F(ViewerItemsTests, EveryItemHasACaptionATooltipAndAnIcon)
 {

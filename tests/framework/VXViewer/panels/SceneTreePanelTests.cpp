@@ -1,12 +1,9 @@
-#include "tests/framework/VXViewer/UiTestScene.h"
-#include "tests/support/ui/UiDriver.h"
+#include "tests/framework/VXViewer/MenuSceneFixture.h"
 
 #include <VXViewer/HistoryStore.h>
 #include <VXViewer/MainLoop.h>
-#include <VXViewer/RibbonMenu.h>
 #include <VXViewer/RibbonSchemaHolder.h>
 #include <VXViewer/Selection.h>
-#include <VXViewer/Viewer.h>
 
 #define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
@@ -17,15 +14,10 @@
 namespace VX
 {
 
-class SceneTreePanelTests : public testing::Test
+class SceneTreePanelTests : public VX::Test::MenuSceneFixture
 {
 protected:
-    SceneTreePanelTests()
-    {
-        for (const char* name : {"One", "Two", "Three"})
-            viewer_.scene().addChild(VX::Test::makeBox(name));
-        driver_.settle();
-    }
+    SceneTreePanelTests() { addBoxes_(); }
 
     [[nodiscard]] Object& object_(std::size_t index) const { return *viewer_.scene().children()[index]; }
 
@@ -40,11 +32,6 @@ protected:
         driver_.click((field->min + field->max) / 2);
         driver_.type(text);
     }
-
-    std::shared_ptr<ImGuiMenu> menu_ = std::make_shared<RibbonMenu>();
-    VX::Test::ViewerSession session_{menu_};
-    Viewer& viewer_ = session_.viewer();
-    VX::Test::UiDriver driver_{session_};
 };
 
 TEST_F(SceneTreePanelTests, ShowsOnlyWhatTheSearchFinds)

@@ -73,8 +73,6 @@ public:
     std::vector<std::string> pressed;
     std::vector<std::string> steps;
 
-    using RibbonMenu::raiseFirstSignInFrame_;
-
 protected:
     bool itemPressed_(const std::shared_ptr<RibbonMenuItem>& item, const std::string& unavailableReason) override
     {

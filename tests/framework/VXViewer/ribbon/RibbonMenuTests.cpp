@@ -1,5 +1,6 @@
 #include "RibbonFixture.h"
 
+#include <VXMesh/Config.h>
 #include <VXMesh/ObjectMesh.h>
 #include <VXViewer/SceneView.h>
 #include <VXViewer/ShortcutManager.h>
@@ -11,6 +12,24 @@ namespace VX
 {
 
 using testing::ElementsAre;
+
+/// The ribbon of a user whose settings cannot be written.
+class UnwritableSettingsTests : public VX::Test::RibbonFixture
+{
+};
+
+TEST_F(UnwritableSettingsTests, AreToldOnce)
+{
+    const VX::Test::EnvironmentVariable base("XDG_CONFIG_HOME", folder_.write("file", ""));
+    Config::instance().reset("QuorvixTest");
+    for (const bool value : {true, false})
+    {
+        Config::instance().setBool("key", value);
+        viewer_.incrementForceRedrawFrames();
+        driver_.settle();
+    }
+    EXPECT_THAT(menu_->notifications, ElementsAre("The settings cannot be saved. They last until the program ends."));
+}
 
 class RibbonMenuTests : public VX::Test::RibbonFixture
 {
@@ -177,7 +196,7 @@ TEST_F(RibbonMenuTests, DrawsItsWindowsInOrder)
 TEST_F(RibbonMenuTests, AnnouncesTheFirstFrameAfterASignInOnce)
 {
     menu_->steps.clear();
-    menu_->raiseFirstSignInFrame_();
+    menu_->raiseFirstSignInFrame();
     viewer_.incrementForceRedrawFrames(2);
     driver_.settle();
     EXPECT_EQ(std::count(menu_->steps.begin(), menu_->steps.end(), "signed in"), 1);

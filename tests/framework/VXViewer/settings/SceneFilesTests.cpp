@@ -1,6 +1,8 @@
 #include "SceneFilesFixture.h"
 
 #include <VXViewer/FileDialogSignals.h>
+#include <VXViewer/OffscreenWindow.h>
+#include <VXViewer/ProgressBar.h>
 #include <VXViewer/RecentFiles.h>
 
 namespace VX
@@ -94,6 +96,29 @@ TEST_F(SceneFilesTests, SaveSelectedKeepsWhatIsBelowOnceAndWhereItStands)
     ASSERT_EQ(loaded->objects.size(), 1U);
     EXPECT_EQ(loaded->objects.front()->children().size(), 1U);
     EXPECT_DOUBLE_EQ(loaded->objects.front()->worldBox().min().x(), 5);
+}
+
+TEST_F(SceneFilesTests, AFileIsCompleteThoughTheProgramEndsWhileItIsWritten)
+{
+    const auto path = sceneFile_("scene.vxu");
+    open_(path);
+    renameFirst_("Renamed");
+    files_().save();
+    ProgressBar::shutdown();
+    EXPECT_THAT(namesIn_(path), ElementsAre("Renamed"));
+}
+
+TEST_F(SceneFilesTests, AWindowThatTakesThePlaceOfAnotherEndsWhatTheOldOneDid)
+{
+    open_(sceneFile_("scene.vxu"));
+    renameFirst_("Renamed");
+    files_().save();
+    auto window = OffscreenWindow::create({400, 300}, 1);
+    ASSERT_TRUE(window);
+    viewer_.setWindow(std::move(*window));
+    EXPECT_FALSE(ProgressBar::isOrdered());
+    viewer_.startUi();
+    EXPECT_FALSE(files_().isSaving());
 }
 
 TEST_F(SceneFilesTests, SaysThatThereIsNothingToSave)

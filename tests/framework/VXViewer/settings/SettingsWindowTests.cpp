@@ -21,6 +21,11 @@ protected:
         ASSERT_TRUE(driver_.press(choice));
         driver_.settle();
     }
+
+    static bool isWholeSideways_(const UiItem& item)
+    {
+        return item.visibleMin.x() <= item.min.x() && item.visibleMax.x() >= item.max.x();
+    }
 };
 
 TEST_F(SettingsWindowTests, OpensAndClosesWithItsItem)
@@ -70,6 +75,22 @@ TEST_F(SettingsWindowTests, FitsIntoASmallWindowAtTwiceTheSize)
     driver_.scroll({400, 350}, -20);
     driver_.settle();
     EXPECT_EQ(driver_.obstacle("Smoothing", "Settings"), "");
+}
+
+TEST_F(SettingsWindowTests, FitsIntoASmallWindowInEveryLanguage)
+{
+    session_.window().setFramebufferSize({800, 600});
+    session_.window().setContentScale(2);
+    for (const std::string& language : Locale::getAvailableLocales())
+    {
+        Locale::set(language);
+        for (const TabType tab : {TabType::Application, TabType::View})
+        {
+            open_(tab);
+            for (const UiItem& item : UiTree::instance().items())
+                EXPECT_TRUE(!item.isVisible() || isWholeSideways_(item)) << language << ": " << item.label;
+        }
+    }
 }
 
 TEST_F(SettingsWindowTests, EverySettingIsReachedWithTheKeyboard)
@@ -122,6 +143,25 @@ TEST_F(SettingsWindowTests, ChangesTheLanguageAtOnceAndKeepsIt)
     EXPECT_EQ(Locale::getName(), "de");
     EXPECT_TRUE(driver_.shows("Sprache", "Einstellungen"));
     EXPECT_EQ(viewer_.settingsManager()->loadString("language", ""), "de");
+}
+
+TEST_F(SettingsWindowTests, ChangesTheLanguageBackAndForth)
+{
+    open_();
+    std::string window = "Settings";
+    std::string setting = "Language";
+    for (const auto& [language, nextWindow, nextSetting] :
+         {std::tuple("简体中文", "设置", "语言"), std::tuple("Français", "Paramètres", "Langue"),
+          std::tuple("日本語", "設定", "言語"), std::tuple("English", "Settings", "Language"),
+          std::tuple("日本語", "設定", "言語")})
+    {
+        ASSERT_TRUE(driver_.press(setting, window));
+        ASSERT_TRUE(driver_.press(language));
+        driver_.settle();
+        window = nextWindow;
+        setting = nextSetting;
+        EXPECT_TRUE(driver_.shows(setting, window)) << language;
+    }
 }
 
 TEST_F(SettingsWindowTests, ChangesTheThemeAtOnce)

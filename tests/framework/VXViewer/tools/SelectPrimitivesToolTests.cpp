@@ -37,6 +37,26 @@ TEST_F(SelectPrimitivesToolTests, AClickSelectsTheSideUnderTheMouse)
     EXPECT_FALSE(box->isSelected()) << "the click is the tool's";
 }
 
+TEST_F(SelectPrimitivesToolTests, SaysThatItLooksUntilTheRegionIsFound)
+{
+    add_(makeBox("Box"));
+    start_("Select Primitives");
+    driver_.moveTo(windowAt_(top_));
+    for (const bool pressed : {true, false})
+        session_.window().inject(MouseButtonEvent{0, pressed, 0, windowAt_(top_), 1});
+    // What the worker finds is taken in by a later turn than the one that draws after the click.
+    bool told = false;
+    for (int turns = 0; turns < 10 && !told; ++turns)
+    {
+        viewer_.loop().turn(false);
+        told = driver_.shows("Looking for the region.");
+    }
+    EXPECT_TRUE(told);
+    waitForSteps_(1);
+    driver_.settle();
+    EXPECT_TRUE(driver_.shows("Click a face to select its region."));
+}
+
 TEST_F(SelectPrimitivesToolTests, OneUndoBringsBackWhatWasSelected)
 {
     const auto box = add_(makeBox("Box"));
