@@ -41,13 +41,11 @@ std::optional<Json::Value> WebRequestFuture::operator()() const
 
 Json::Value WebRequestFuture::get() const
 {
-    MutexLock lock(state_->mutex);
-    while (true)
-    {
-        if (const auto& answer = state_->answer)
-            return *answer;
-        state_->arrived.wait(lock);
-    }
+    State& state = *state_;
+    MutexLock lock(state.mutex);
+    while (!state.answer)
+        state.arrived.wait(lock);
+    return *state.answer;
 }
 
 } // namespace VX

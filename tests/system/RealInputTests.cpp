@@ -42,7 +42,7 @@ protected:
         // A user who has seen what greets new ones.
         program_.userFolder().write("config/Quorvix/config.json",
                                     R"({"cShowWelcomeWindow": false, "telemetryDisclaimerModalShowed": 0,
-                                        "viewer": {"launchCount": 1, "QuickSetupVersion": 2}})");
+                                        "viewer": {"QuickSetupVersion": 2}})");
         Object root;
         root.addChild(VX::Test::makeBox("Part"));
         EXPECT_TRUE(saveObjectToFile(root, file_, {}));

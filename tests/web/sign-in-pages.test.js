@@ -3,77 +3,16 @@
 // A user's way through the pages in a real browser, up to the instances of the program that learn of the sign-in.
 
 const assert = require('node:assert/strict');
-const { execFileSync } = require('node:child_process');
 const fs = require('node:fs');
 const path = require('node:path');
 const test = require('node:test');
 const { Backend, otherCode } = require('./support/backend.js');
-const { startBrowser } = require('./support/browser.js');
-const { RunningProgram, tempFolder, until } = require('./support/processes.js');
+const { openPage, startBrowser } = require('./support/browser.js');
+const { Desktop } = require('./support/desktop.js');
+const { until } = require('./support/processes.js');
 
 const address = 'ann@example.com';
 const password = 'passw0rd!';
-
-/** A user's desktop with folders of its own. */
-class Desktop {
-    constructor(context) {
-        this.context = context;
-        this.folder = tempFolder(context);
-        this.handled = path.join(this.folder, 'handled');
-        this.environment = { ...process.env };
-        for (const [name, folder] of [['HOME', ''], ['XDG_CONFIG_HOME', 'config'], ['XDG_DATA_HOME', 'data'],
-            ['XDG_STATE_HOME', 'state'], ['XDG_RUNTIME_DIR', 'run']]) {
-            this.environment[name] = path.join(this.folder, folder);
-            fs.mkdirSync(this.environment[name], { recursive: true, mode: 0o700 });
-        }
-        // Without a display xdg-open looks for browsers only; which one it is does not matter.
-        this.environment.DISPLAY = ':0';
-        for (const name of ['WAYLAND_DISPLAY', 'XDG_CURRENT_DESKTOP', 'DESKTOP_SESSION']) {
-            delete this.environment[name];
-        }
-    }
-
-    /** Has the program open sign-in links, through a script that notes its exit status. */
-    registerProgram() {
-        const program = path.join(process.env.QX_BUILD, 'bin/Quorvix');
-        const script = path.join(this.folder, 'handler');
-        fs.writeFileSync(script, `#!/bin/sh\ntimeout -s KILL 60 '${program}' "$@"\necho $? >>'${this.handled}'\n`,
-            { mode: 0o755 });
-        const register = path.join(__dirname, '../../tools/register-deep-link');
-        execFileSync(register, [script], { env: this.environment });
-    }
-
-    /** The exit statuses of the processes that the desktop has started for links. */
-    handlerStatuses() {
-        return fs.existsSync(this.handled) ? fs.readFileSync(this.handled, 'utf8').trim().split('\n') : [];
-    }
-
-    async startInstance() {
-        const program = path.join(process.env.QX_BUILD, 'tests/signInListener');
-        const instance = new RunningProgram(this.context, program, [], { env: this.environment });
-        await instance.line(/^listening$/);
-        return instance;
-    }
-}
-
-/** A page that fails the test where it asks anybody but the service, or breaks its own security policy. */
-async function openPage(browser, origin) {
-    const page = await browser.newPage();
-    const complaints = [];
-    page.on('request', (request) => {
-        if (!request.url().startsWith(`${origin}/`) && !request.url().startsWith('quorvix:')) {
-            complaints.push(`It asked for ${request.url()}`);
-        }
-    });
-    page.on('console', (message) => {
-        // An answer of status 400 is how a form is refused.
-        if (message.type() === 'error' && !message.text().includes('status of 400')) {
-            complaints.push(message.text());
-        }
-    });
-    page.on('pageerror', (error) => complaints.push(String(error)));
-    return { page, complaints };
-}
 
 test('a sign-in in the browser reaches the program', async (t) => {
     const backend = await Backend.start(t);

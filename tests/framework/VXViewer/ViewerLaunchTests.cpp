@@ -141,6 +141,19 @@ TEST_F(ViewerLaunchTests, KeepsTheArgumentsWhole)
     EXPECT_EQ(arguments, (std::vector<std::string>{"-creds", "a file.json"}));
 }
 
+TEST_F(ViewerLaunchTests, CountsTheLaunchesOfTheProcess)
+{
+    std::vector<int> counts;
+    params_.whenLoaded = [&](Viewer& viewer)
+    {
+        counts.push_back(viewer.launchCount());
+        viewer.requestClose();
+    };
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(launchViewer({}, params_, ViewerSetup()), 0);
+    EXPECT_EQ(counts.at(1), counts.at(0) + 1);
+}
+
 TEST_F(ViewerLaunchTests, EndsWithTheExitCodeOfTheViewer)
 {
     params_.files = {folder_.path() / "missing.stl"};

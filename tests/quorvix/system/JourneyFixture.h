@@ -30,11 +30,14 @@
 namespace VX::Test
 {
 
-/// The application's menu, which asks its user at the start once the start was counted, though nobody sees the window.
+/// The application's menu, which asks its user at the start though nobody sees the window, from when it is told to.
 class AskingMenu : public QuorvixRibbonMenu
 {
+public:
+    bool asksAtStart = false;
+
 protected:
-    [[nodiscard]] bool mayAskAtStart_() const override { return getViewerInstance().launchCount() > 0; }
+    [[nodiscard]] bool mayAskAtStart_() const override { return asksAtStart; }
 };
 
 /// The product with that menu. Other than in a window that nobody sees, the user's settings are kept.
@@ -82,7 +85,9 @@ protected:
         params.serveAgents = false;
         params.whenLoaded = [&](Viewer& viewer)
         {
-            viewer.setLaunchCount(++launches_);
+            // As in a process of its own.
+            viewer.setLaunchCount(1);
+            std::dynamic_pointer_cast<AskingMenu>(viewer.getMenuPlugin())->asksAtStart = true;
             redraw_();
             user();
             viewer.requestClose();
@@ -101,9 +106,12 @@ protected:
     /// Presses the widget as soon as it can be pressed.
     void press_(const std::string& label, const std::string& window = {})
     {
-        EXPECT_TRUE(
-            driver_.waitFor([&] { return driver_.find(label, window).value_or(UiItem{.enabled = false}).enabled; }))
-            << "\"" << label << "\" cannot be pressed";
+        const auto isReady = [&]
+        {
+            const auto item = driver_.find(label, window);
+            return item && item->enabled;
+        };
+        EXPECT_TRUE(driver_.waitFor(isReady)) << "\"" << label << "\" cannot be pressed";
         driver_.press(label, window);
     }
 
@@ -147,8 +155,6 @@ private:
         UserInfo::setAccessToken({});
         SessionLogs::reset();
     }
-
-    int launches_ = 0;
 };
 
 } // namespace VX::Test

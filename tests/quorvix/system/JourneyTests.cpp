@@ -7,6 +7,7 @@
 
 #include <backend/accounts/UserCommand.h>
 
+#include <imgui_internal.h>
 #include <iostream>
 
 namespace VX::Test
@@ -108,6 +109,13 @@ protected:
     void manageSettings_()
     {
         EXPECT_FALSE(shows_(welcomeCard));
+        std::cerr << "OBST " << driver_.obstacle("Manage Settings") << "\n";
+        redraw_();
+        std::cerr << "OBST " << driver_.obstacle("Manage Settings") << "\n";
+        for (int i = 0; i < 6; ++i) redraw_();
+        std::cerr << "OBST " << driver_.obstacle("Manage Settings") << "\n";
+        for (const auto* w : ImGui::GetCurrentContext()->Windows) if (w->Active) std::cerr << w->Name << " " << w->Pos.x << " " << w->Pos.y << " " << w->Size.x << " " << w->Size.y << "\n";
+        const auto* h = ImGui::GetCurrentContext()->HoveredWindow; std::cerr << "HOVERED " << (h ? h->Name : "none") << " id " << ImGui::GetCurrentContext()->HoveredId << " active " << ImGui::GetCurrentContext()->ActiveId << " nav " << (ImGui::GetCurrentContext()->NavWindow ? ImGui::GetCurrentContext()->NavWindow->Name : "") << " dishov " << ImGui::GetCurrentContext()->NavDisableMouseHover << " mouse " << ImGui::GetIO().MousePos.x << "\n";
         press_("Manage Settings");
         see_("Collect Usage Statistics");
         dump_();

@@ -25,4 +25,23 @@ async function startBrowser(context, origin, options = {}) {
     return browser;
 }
 
-module.exports = { startBrowser };
+/** A page that fails the test where it asks anybody but the service, or breaks its own security policy. */
+async function openPage(browser, origin) {
+    const page = await browser.newPage();
+    const complaints = [];
+    page.on('request', (request) => {
+        if (!request.url().startsWith(`${origin}/`) && !request.url().startsWith('quorvix:')) {
+            complaints.push(`It asked for ${request.url()}`);
+        }
+    });
+    page.on('console', (message) => {
+        // An answer of status 400 is how a form is refused.
+        if (message.type() === 'error' && !message.text().includes('status of 400')) {
+            complaints.push(message.text());
+        }
+    });
+    page.on('pageerror', (error) => complaints.push(String(error)));
+    return { page, complaints };
+}
+
+module.exports = { openPage, startBrowser };

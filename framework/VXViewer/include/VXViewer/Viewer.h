@@ -138,7 +138,7 @@ public:
 
     void setSettingsManager(std::unique_ptr<ViewerSettingsManager> manager);
 
-    /// How many times the program was started by this user, this time included; 0 before the settings are read.
+    /// How many times the viewer was launched in this process, this time included; 0 before the first launch.
     [[nodiscard]] int launchCount() const;
 
     void setLaunchCount(int count);

@@ -24,8 +24,6 @@ namespace VX
 namespace
 {
 
-constexpr const char* launchCountKey = "launchCount";
-
 tl::expected<std::unique_ptr<Window>, std::string> createWindow(const LaunchParams& params)
 {
     if (!params.hidden)
@@ -64,11 +62,11 @@ bool keepsSettings(const Viewer& viewer, const LaunchParams& params)
     return params.showInterface && viewer.glfwWindow() && viewer.settingsManager();
 }
 
-void countLaunch(Viewer& viewer)
+/// The viewer itself starts anew with every launch.
+int nextLaunch()
 {
-    const int count = viewer.settingsManager()->loadInt(launchCountKey, 0) + 1;
-    viewer.settingsManager()->saveInt(launchCountKey, count);
-    viewer.setLaunchCount(count);
+    static int launches = 0;
+    return ++launches;
 }
 
 void shutDown(Viewer& viewer, const LaunchParams& params, const ViewerSetup& setup)
@@ -92,10 +90,7 @@ void runLoop(Viewer& viewer, const LaunchParams& params)
 {
     viewer.recentFiles().setRecording(keepsSettings(viewer, params));
     if (keepsSettings(viewer, params))
-    {
-        countLaunch(viewer);
         viewer.settingsManager()->loadSettings(viewer);
-    }
     if (params.showInterface)
         viewer.startUi();
     viewer.loop().layOut();
@@ -126,6 +121,7 @@ int launchViewer(std::vector<std::string> arguments, const LaunchParams& params,
 {
     Logger::instance();
     Viewer& viewer = getViewerInstance();
+    viewer.setLaunchCount(nextLaunch());
     viewer.setCommandLineArguments(std::move(arguments));
     if (params.fileMessage)
         viewer.fileOpening().setMessageHandler(params.fileMessage);
