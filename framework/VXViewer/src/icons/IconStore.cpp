@@ -158,7 +158,10 @@ const Image* IconStore::sheet_(Family& family, int size)
 {
     const auto known = family.sheets.find(size);
     if (known != family.sheets.end())
-        return known->second ? &*known->second : nullptr;
+    {
+        const std::optional<Image>& sheet = known->second;
+        return sheet ? &*sheet : nullptr;
+    }
     auto read = readPng(sheetFolder() / (family.name + "-" + std::to_string(size) + ".png"));
     if (!read)
         spdlog::warn("Some icons of the interface are missing.");

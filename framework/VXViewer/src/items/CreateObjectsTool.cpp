@@ -87,6 +87,7 @@ void CreateObjectsTool::ended_()
 void CreateObjectsTool::drawContent_()
 {
     std::vector<std::string> names;
+    names.reserve(shapes_.size());
     for (const SimpleShape& shape : shapes_)
         names.push_back(tr(nameOf(shape)));
     ImGui::SetNextItemWidth(UI::px(fieldWidth));

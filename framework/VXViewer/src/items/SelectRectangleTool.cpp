@@ -85,7 +85,8 @@ bool SelectRectangleTool::handleButton_(const MouseButtonEvent& event)
     }
     if (event.pressed || !left)
         return true;
-    const Drag drag = *std::exchange(drag_, std::nullopt);
+    const Drag drag = *drag_;
+    drag_.reset();
     viewer_().incrementForceRedrawFrames();
     selectFaces(viewer_(), translatable("Select Rectangle"),
                 viewer_().view().visibleFaces(pixelsBetween(drag.from, event.position)), faceSelectionMode(event.mods));
