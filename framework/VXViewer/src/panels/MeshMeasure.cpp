@@ -36,8 +36,7 @@ MeshMeasure measureMesh(const Mesh& mesh, const Transform& toScene)
         for (std::size_t i = range.begin(); i != range.end(); ++i)
         {
             const Triangle& t = mesh.triangles[i];
-            const auto corner = [&](int k)
-            { return Vector3d(linear * (mesh.points[t[static_cast<std::size_t>(k)]].cast<double>() - origin)); };
+            const auto corner = [&](int k) { return Vector3d(linear * (mesh.points[t[k]].cast<double>() - origin)); };
             const Vector3d a = corner(0);
             const Vector3d b = corner(1);
             const Vector3d c = corner(2);
