@@ -2,6 +2,7 @@
 #include <quorvix/auth/AuthWidgets.h>
 #include <quorvix/auth/AuthWindow.h>
 #include <quorvix/auth/UserInfo.h>
+#include <quorvix/setup/Translate.h>
 
 #include <algorithm>
 #include <cmath>
@@ -13,7 +14,7 @@ namespace VX
 namespace
 {
 
-using AuthWidgets::tr;
+using Product::tr;
 
 constexpr float side = 28;
 constexpr float iconSize = 16;

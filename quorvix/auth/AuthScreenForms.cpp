@@ -1,6 +1,7 @@
 #include <quorvix/auth/AuthScreens.h>
 #include <quorvix/auth/AuthWidgets.h>
 #include <quorvix/auth/PasswordRules.h>
+#include <quorvix/setup/Translate.h>
 
 #include <VXViewer/Locale.h>
 
@@ -15,6 +16,7 @@ namespace
 {
 
 using namespace AuthWidgets; // NOLINT(google-build-using-namespace): the screens are made of these alone
+using Product::tr;
 
 constexpr float centered = 0.5F;
 constexpr float atRight = 1;
@@ -28,11 +30,10 @@ constexpr float ruleLine = 17;
 constexpr float buttonWidth = 240;
 constexpr float buttonHeight = 32;
 
-/// "Error: …" in the user's language.
-std::string errorLine(const std::string& error)
+/// "Error: TEXT" in the user's language.
+std::string errorLine(const std::string& text)
 {
     const std::string word = tr("Error");
-    const std::string text = tr(error.c_str());
     try
     {
         return fmt::format(fmt::runtime(tr("{}: {}")), word, text);
@@ -84,7 +85,7 @@ void AuthScreens::drawError_()
     constexpr float textTop = 124;
     constexpr float retryTop = 164;
     logo(36, largeLogo);
-    centeredText(textTop, tr(window_.errorText.c_str()), UI::Font::Regular);
+    centeredText(textTop, shownError_(), UI::Font::Regular);
     bool retried = false;
     {
         const UI::ScopedDisabled disabled(window_.busy);
@@ -95,7 +96,7 @@ void AuthScreens::drawError_()
     if (linkInFront(linksTop, centered, tr("Sign Out"), tr("and try with another account.")))
         window_.signOut();
     else if (retried)
-        window_.requestSignIn_(loadAuthToken());
+        retry_();
 }
 
 void AuthScreens::drawBrowser_()
@@ -115,7 +116,7 @@ void AuthScreens::drawBrowser_()
     if (window_.busy)
         drawBusy_(errorTop);
     else if (!window_.errorText.empty())
-        message(errorTop, centered, errorLine(window_.errorText), UI::Color::Warning);
+        message(errorTop, centered, errorLine(shownError_()), UI::Color::Warning);
     const std::string remember = tr("Remember me");
     moveTo(margin, rememberTop);
     const float rememberWidth = ImGui::CalcTextSize(remember.c_str()).x + UI::px(markAndGap);
@@ -127,7 +128,7 @@ void AuthScreens::drawBrowser_()
 
 void AuthScreens::drawSignIn_()
 {
-    constexpr float rememberTop = 178;
+    constexpr float rememberTop = 180;
     logo(logoTop, smallLogo);
     bool entered = drawField_(Field::Email, translatable("Email"), firstField);
     entered |= drawField_(Field::Password, translatable("Password"), firstField + fieldHeight);
@@ -144,7 +145,7 @@ void AuthScreens::drawSignIn_()
     else if (isNew)
         goTo_(Screen::SignUp);
     else if (sent)
-        window_.requestSignIn_({});
+        window_.requestSignIn({});
 }
 
 void AuthScreens::drawSignUp_()
@@ -157,7 +158,7 @@ void AuthScreens::drawSignUp_()
     if (linkLine(linksTop, centered, tr("Already have an account?"), tr("Sign In")))
         goTo_(Screen::SignIn);
     else if (sent)
-        window_.requestSignUp_();
+        window_.requestSignUp();
 }
 
 void AuthScreens::drawConfirmSignUp_()
@@ -177,7 +178,7 @@ void AuthScreens::drawConfirmSignUp_()
     else if (resent)
         resend_();
     else if (sent)
-        window_.requestConfirmSignUp_();
+        window_.requestConfirmSignUp();
 }
 
 void AuthScreens::drawResetPassword_()
@@ -189,7 +190,7 @@ void AuthScreens::drawResetPassword_()
     if (linkLine(linksTop, centered, tr("Back to"), tr("Sign In")))
         goTo_(Screen::SignIn);
     else if (sent)
-        window_.requestForgot_();
+        window_.requestForgot();
 }
 
 void AuthScreens::drawConfirmReset_()
@@ -205,7 +206,7 @@ void AuthScreens::drawConfirmReset_()
     if (linkLine(linksTop, centered, tr("Back to"), tr("Sign In")))
         goTo_(Screen::SignIn);
     else if (sent)
-        window_.requestConfirmForgot_();
+        window_.requestConfirmForgot();
 }
 
 void AuthScreens::drawSent_(float top, const std::string& sent, const std::string& what) const

@@ -2,6 +2,7 @@
 #include <quorvix/auth/AuthWidgets.h>
 #include <quorvix/auth/Credentials.h>
 #include <quorvix/auth/PasswordRules.h>
+#include <quorvix/setup/Translate.h>
 
 #include <VXViewer/Locale.h>
 #include <VXViewer/Viewer.h>
@@ -9,6 +10,7 @@
 #include <imgui_internal.h>
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace VX
@@ -17,7 +19,7 @@ namespace VX
 namespace
 {
 
-using AuthWidgets::tr;
+using Product::tr;
 
 constexpr ImGuiWindowFlags backgroundFlags = ImGuiWindowFlags_NoTitleBar | ImGuiWindowFlags_NoResize |
                                              ImGuiWindowFlags_NoMove | ImGuiWindowFlags_NoScrollbar |
@@ -31,7 +33,6 @@ constexpr float rounding = 8;
 constexpr float buttonHeight = 32;
 constexpr float eyeSize = 28;
 constexpr float eyeGap = 4;
-constexpr float fieldTop = 19; ///< of what one types into, below the label
 constexpr std::size_t mostCharacters = 1024;
 
 /// The keyboard reaches a field in the second frame after that was asked for.
@@ -191,6 +192,16 @@ std::string AuthScreens::problem_(Field field) const
     }
 }
 
+std::string AuthScreens::shownError_() const
+{
+    const std::string& error = window_.errorText;
+    if (!error.ends_with(sessionExpired))
+        return translated(error);
+    // What stands before it is the service's.
+    const std::size_t length = error.size() - std::string_view(sessionExpired).size();
+    return translated(error.substr(0, length)) + tr(sessionExpired);
+}
+
 bool AuthScreens::check_()
 {
     window_.errorText.clear();
@@ -226,7 +237,14 @@ void AuthScreens::resend_()
 {
     errors_ = {};
     window_.errorText.clear();
-    window_.requestResendConfirm_();
+    window_.requestResendConfirm();
+}
+
+void AuthScreens::retry_()
+{
+    // The sign-in that is stored may be another user's.
+    const AuthToken stored = loadAuthToken();
+    window_.requestSignIn(stored.login == window_.email ? stored : AuthToken());
 }
 
 void AuthScreens::cancel_()
@@ -262,7 +280,7 @@ bool AuthScreens::drawField_(Field field, const char* name, float top)
 
 void AuthScreens::drawEye_(float top)
 {
-    AuthWidgets::moveTo(AuthWidgets::margin + AuthWidgets::column - eyeSize, top + fieldTop);
+    AuthWidgets::moveTo(AuthWidgets::margin + AuthWidgets::column - eyeSize, top + AuthWidgets::labelHeight);
     if (UI::iconButton(isRevealed_ ? "eye-off" : "eye", isRevealed_ ? tr("Hide password") : tr("Show password"), false,
                        {UI::px(eyeSize), UI::px(eyeSize)}))
         isRevealed_ = !isRevealed_;
@@ -282,7 +300,7 @@ void AuthScreens::drawMessage_()
     if (window_.busy)
         drawBusy_(AuthWidgets::messageTop);
     else if (!window_.errorText.empty() && !hasFieldErrors_())
-        AuthWidgets::message(AuthWidgets::messageTop, 0, translated(window_.errorText), UI::Color::Error);
+        AuthWidgets::message(AuthWidgets::messageTop, 0, shownError_(), UI::Color::Error);
 }
 
 void AuthScreens::drawBusy_(float top)

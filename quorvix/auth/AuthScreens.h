@@ -2,6 +2,8 @@
 
 #include <quorvix/auth/AuthWindow.h>
 
+#include <VXViewer/Locale.h>
+
 #include <array>
 #include <optional>
 #include <string>
@@ -9,6 +11,9 @@
 
 namespace VX
 {
+
+/// Stands behind the service's message, in English, where the stored sign-in is too old.
+inline constexpr const char* sessionExpired = translatable(" Session expired. Please log in again.");
 
 /// What the sign-in window shows: the screen of the window's state over a background that hides all else. What the
 /// user types goes into the window's fields, and what is wrong with it is told beside each field.
@@ -72,9 +77,15 @@ private:
     [[nodiscard]] std::string& text_(Field field) const;
     [[nodiscard]] std::string& error_(Field field);
     [[nodiscard]] bool hasFieldErrors_() const;
+
+    /// The window's error in the user's language.
+    [[nodiscard]] std::string shownError_() const;
     void edited_(Field field);
     void focusOn_(Field field);
     void resend_();
+
+    /// Signs the user of the window in again.
+    void retry_();
 
     /// Leaves the screen, and with it the request that it made.
     void goTo_(Screen screen);

@@ -1,6 +1,5 @@
 #include <quorvix/auth/AuthWidgets.h>
 
-#include <VXViewer/Locale.h>
 #include <VXViewer/RibbonIcons.h>
 #include <VXViewer/UiTree.h>
 
@@ -15,7 +14,6 @@ namespace VX::AuthWidgets
 namespace
 {
 
-constexpr float labelHeight = 19;
 constexpr float labelGap = 12;
 constexpr float linkHeight = 24;
 constexpr float markSize = 16;
@@ -34,11 +32,8 @@ float spaceWidth()
 /// One line of text at the cursor, in the middle of the height of a link.
 void lineText(const std::string& text)
 {
-    const float top = ImGui::GetCursorPosY();
-    ImGui::SetCursorPosY(top + std::floor((UI::px(linkHeight) - ImGui::GetTextLineHeight()) / 2));
+    ImGui::SetCursorPosY(ImGui::GetCursorPosY() + std::floor((UI::px(linkHeight) - ImGui::GetTextLineHeight()) / 2));
     UI::secondaryText(text);
-    ImGui::SameLine(0, spaceWidth());
-    ImGui::SetCursorPosY(top);
 }
 
 void beginLine(float top, float align, const std::string& first, const std::string& second)
@@ -49,11 +44,6 @@ void beginLine(float top, float align, const std::string& first, const std::stri
 }
 
 } // namespace
-
-std::string tr(const char* text)
-{
-    return Locale::translate(text, Locale::findDomain("Quorvix"));
-}
 
 void moveTo(float x, float y)
 {
@@ -146,6 +136,8 @@ bool linkLine(float top, float align, const std::string& text, const std::string
 {
     beginLine(top, align, text, name);
     lineText(text);
+    ImGui::SameLine(0, spaceWidth());
+    ImGui::SetCursorPosY(UI::px(top));
     return link(name);
 }
 

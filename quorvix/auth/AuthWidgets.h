@@ -22,10 +22,8 @@ inline constexpr float messageTop = 222;
 inline constexpr float buttonTop = 258;
 inline constexpr float linksTop = 298;
 
-inline constexpr float fieldHeight = 53; ///< with its label above and the gap below
-
-/// `text` of the application in the user's language.
-[[nodiscard]] std::string tr(const char* text);
+inline constexpr float labelHeight = 21; ///< from the top of a label to that of its field
+inline constexpr float fieldHeight = 56; ///< with its label above and the gap below
 
 /// The next widget begins here.
 void moveTo(float x, float y);

@@ -1,10 +1,11 @@
 #include <quorvix/auth/AuthScreens.h>
 #include <quorvix/auth/AuthWindow.h>
 #include <quorvix/auth/Credentials.h>
-#include <quorvix/auth/Secret.h>
 #include <quorvix/auth/UserInfo.h>
 #include <quorvix/converter/WebAnswer.h>
+#include <quorvix/setup/Translate.h>
 
+#include <VXMesh/Secret.h>
 #include <VXMesh/StringConvert.h>
 #include <VXViewer/CommandLoop.h>
 #include <VXViewer/Locale.h>
@@ -36,6 +37,13 @@ constexpr std::size_t passwordRoom = 4 * 1024 + 1;
 std::shared_ptr<RibbonMenu> ribbonMenu()
 {
     return std::dynamic_pointer_cast<RibbonMenu>(getViewerInstance().getMenuPlugin());
+}
+
+/// The menu has not drawn a frame since the sign-in that is over.
+void takeBackFirstFrame()
+{
+    if (const auto menu = ribbonMenu())
+        menu->clearFirstSignInFrame();
 }
 
 std::string codeDestination(const Json::Value& answer)
@@ -98,10 +106,8 @@ void AuthWindow::drawIfNeeded()
 
 void AuthWindow::coveringBegins_()
 {
-    if (std::exchange(backgroundShown, true))
-        return;
-    if (const auto menu = ribbonMenu())
-        menu->clearFirstSignInFrame();
+    if (!std::exchange(backgroundShown, true))
+        takeBackFirstFrame();
 }
 
 void AuthWindow::start_()
@@ -111,7 +117,7 @@ void AuthWindow::start_()
         email = credentials->email;
         password.assign(credentials->password);
         wipe(credentials->password);
-        requestSignIn_({});
+        requestSignIn({});
         return;
     }
     const AuthToken stored = loadAuthToken();
@@ -120,7 +126,7 @@ void AuthWindow::start_()
         return;
     state = Screen::Starting;
     retriesLeft = startRetries;
-    requestSignIn_(stored);
+    requestSignIn(stored);
 }
 
 Cognito::Callback AuthWindow::beginRequest_(AnswerHandler handler)
@@ -154,7 +160,7 @@ void AuthWindow::abandonRequest_()
     request_.reset();
 }
 
-void AuthWindow::requestSignIn_(const AuthToken& token)
+void AuthWindow::requestSignIn(const AuthToken& token)
 {
     auto answered = beginRequest_([this, token](const Json::Value& answer) { signInAnswered_(token, answer); });
     if (token.token.empty() || token.endpoint.empty())
@@ -163,28 +169,28 @@ void AuthWindow::requestSignIn_(const AuthToken& token)
         Cognito::signInToken(token.token, token.endpoint, std::move(answered));
 }
 
-void AuthWindow::requestSignUp_()
+void AuthWindow::requestSignUp()
 {
     Cognito::signUp(email, password, beginRequest_([this](const Json::Value& answer) { signUpAnswered_(answer); }));
 }
 
-void AuthWindow::requestConfirmSignUp_()
+void AuthWindow::requestConfirmSignUp()
 {
     Cognito::confirmSignUp(email, code, beginRequest_([this](const Json::Value& answer) { confirmAnswered_(answer); }));
 }
 
-void AuthWindow::requestResendConfirm_()
+void AuthWindow::requestResendConfirm()
 {
     Cognito::resendConfirmationCode(email,
                                     beginRequest_([this](const Json::Value& answer) { resendAnswered_(answer); }));
 }
 
-void AuthWindow::requestForgot_()
+void AuthWindow::requestForgot()
 {
     Cognito::forget(email, beginRequest_([this](const Json::Value& answer) { forgotAnswered_(answer); }));
 }
 
-void AuthWindow::requestConfirmForgot_()
+void AuthWindow::requestConfirmForgot()
 {
     Cognito::confirmForget(email, password, code,
                            beginRequest_([this](const Json::Value& answer) { confirmAnswered_(answer); }));
@@ -202,7 +208,7 @@ void AuthWindow::signInAnswered_(const AuthToken& token, const Json::Value& answ
     if (!result.isObject())
     {
         state = Screen::Error;
-        errorText = "Unknown error.";
+        errorText = translatable("Unknown error.");
         spdlog::warn("Sign in error: \"{}\"", errorText);
         redraw();
         return;
@@ -224,7 +230,7 @@ void AuthWindow::signInFailed_(const AuthToken& token, const std::string& messag
         if (hadRetries && (expired || noAnswer))
         {
             spdlog::warn("Sign in error: \"{}\", retrying ({} left)", message, retriesLeft);
-            requestSignIn_(token);
+            requestSignIn(token);
             return;
         }
     }
@@ -233,7 +239,7 @@ void AuthWindow::signInFailed_(const AuthToken& token, const std::string& messag
     if (!noAnswer && !isServersFault)
         spdlog::warn("Sign in error: \"{}\"", message);
     if (expired)
-        errorText += " Session expired. Please log in again.";
+        errorText += sessionExpired;
     redraw();
 }
 
@@ -316,11 +322,10 @@ void AuthWindow::announceSignIn_()
     const auto menu = ribbonMenu();
     if (!menu)
         return;
-    const int domain = Locale::findDomain("Quorvix");
     RibbonNotification notification;
-    notification.header = Locale::translate("Signed in by the browser", domain);
+    notification.header = Product::tr("Signed in by the browser");
     notification.text = email;
-    notification.buttonName = Locale::translate("Sign Out", domain);
+    notification.buttonName = Product::tr("Sign Out");
     // In the list of earlier ones it stays when this user is gone.
     notification.onButtonClick = [weak = std::weak_ptr(self_), user = email]
     {
@@ -343,6 +348,7 @@ void AuthWindow::resetToSignedOut_()
     screens_->forget();
     state = Screen::SignIn;
     backgroundShown = false;
+    takeBackFirstFrame();
     UserInfo::setAccessToken("");
     UserInfo::setEmail("");
     redraw();
@@ -364,7 +370,7 @@ void AuthWindow::webAuthSignInCallback_()
         return;
     email = stored.login;
     isFromBrowser_ = true;
-    requestSignIn_(stored);
+    requestSignIn(stored);
     if (Window* const window = getViewerInstance().window())
         window->focus();
 }

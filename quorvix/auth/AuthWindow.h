@@ -48,6 +48,15 @@ public:
     /// where the user wants to be remembered.
     void signOut();
 
+    // The requests, of what the user has typed. Each takes the place of the one before, whose answer then does not
+    // count.
+    void requestSignIn(const AuthToken& token); ///< by e-mail and password where `token` or its endpoint is empty
+    void requestSignUp();
+    void requestConfirmSignUp();
+    void requestResendConfirm();
+    void requestForgot();
+    void requestConfirmForgot();
+
 private:
     friend class AuthScreens;
     friend class AuthWindowAccess;
@@ -67,14 +76,6 @@ private:
     using AnswerHandler = std::function<void(const Json::Value&)>;
 
     void start_();
-
-    // The requests. Each takes the place of the one before, whose answer then does not count.
-    void requestSignIn_(const AuthToken& token); ///< by e-mail and password where `token` or its endpoint is empty
-    void requestSignUp_();
-    void requestConfirmSignUp_();
-    void requestResendConfirm_();
-    void requestForgot_();
-    void requestConfirmForgot_();
 
     /// Signs in anew with what is stored, which another process or instance has changed.
     void webAuthSignInCallback_();

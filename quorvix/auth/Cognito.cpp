@@ -1,5 +1,6 @@
 #include <quorvix/auth/ClientMetadata.h>
 #include <quorvix/auth/Cognito.h>
+#include <quorvix/auth/SecretText.h>
 #include <quorvix/setup/Deployment.h>
 
 #include <VXMesh/StringConvert.h>
@@ -33,11 +34,13 @@ Json::Value accountBody(const std::string& email)
 }
 
 /// The service tells the operations apart by the header alone.
-void post(const char* operation, const char* logName, const Json::Value& body, Callback callback)
+/// @param secret  what stands in `body` where the mark does
+void post(const char* operation, const char* logName, const Json::Value& body, Callback callback,
+          const std::string& secret = {})
 {
     WebRequest request;
     request.setMethod(WebRequest::Method::Post);
-    request.setBody(body.toStyledString());
+    request.setBody(textWithSecret(body, secret));
     request.setHeaders({{"x-amz-target", std::string("AWSCognitoIdentityProviderService.") + operation}});
     request.send(deployment().account + "/auth", logName, std::move(callback), true);
 }
@@ -50,8 +53,8 @@ void signInEmail(const std::string& email, const std::string& password, Callback
     body["AuthFlow"] = "USER_PASSWORD_AUTH";
     addRequestMetadata(body, email);
     body["AuthParameters"]["USERNAME"] = email;
-    body["AuthParameters"]["PASSWORD"] = password;
-    post("InitiateAuth", "signInEmail", body, std::move(callback));
+    body["AuthParameters"]["PASSWORD"] = secretMark;
+    post("InitiateAuth", "signInEmail", body, std::move(callback), password);
 }
 
 void signInToken(const std::string& refreshToken, const std::string& endpoint, Callback callback)
@@ -59,16 +62,16 @@ void signInToken(const std::string& refreshToken, const std::string& endpoint, C
     Json::Value body(Json::objectValue);
     body["AuthFlow"] = "REFRESH_TOKEN_AUTH";
     addRequestMetadata(body, {});
-    body["AuthParameters"]["REFRESH_TOKEN"] = refreshToken;
+    body["AuthParameters"]["REFRESH_TOKEN"] = secretMark;
     body["AnalyticsMetadata"]["AnalyticsEndpointId"] = endpoint;
-    post("InitiateAuth", "signInToken", body, std::move(callback));
+    post("InitiateAuth", "signInToken", body, std::move(callback), refreshToken);
 }
 
 void signUp(const std::string& email, const std::string& password, Callback callback)
 {
     Json::Value body = accountBody(email);
-    body["Password"] = password;
-    post("SignUp", "signUp", body, std::move(callback));
+    body["Password"] = secretMark;
+    post("SignUp", "signUp", body, std::move(callback), password);
 }
 
 void confirmSignUp(const std::string& email, const std::string& code, Callback callback)
@@ -86,9 +89,9 @@ void forget(const std::string& email, Callback callback)
 void confirmForget(const std::string& email, const std::string& newPassword, const std::string& code, Callback callback)
 {
     Json::Value body = accountBody(email);
-    body["Password"] = newPassword;
+    body["Password"] = secretMark;
     body["ConfirmationCode"] = code;
-    post("ConfirmForgotPassword", "confirmForget", body, std::move(callback));
+    post("ConfirmForgotPassword", "confirmForget", body, std::move(callback), newPassword);
 }
 
 void resendConfirmationCode(const std::string& email, Callback callback)

@@ -1,4 +1,5 @@
 #include <quorvix/auth/Credentials.h>
+#include <quorvix/auth/Secret.h>
 #include <quorvix/converter/WebAnswer.h>
 
 #include <VXMesh/Json.h>
@@ -68,7 +69,7 @@ std::optional<Credentials> readCredentials()
     const auto file = credentialsFile();
     if (!file)
         return {};
-    const auto record = deserializeJsonValue(*file);
+    auto record = deserializeJsonValue(*file);
     if (!record)
     {
         spdlog::warn("Cannot read credentials file: {}", record.error());
@@ -76,6 +77,7 @@ std::optional<Credentials> readCredentials()
     }
     Credentials credentials{WebAnswer::text(*record, "email").value_or(""),
                             WebAnswer::text(*record, "password").value_or("")};
+    wipe(*record);
     if (credentials.email.empty() || credentials.password.empty())
     {
         spdlog::warn("Credentials file is invalid");

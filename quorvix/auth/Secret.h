@@ -1,20 +1,25 @@
 #pragma once
 
-#include <string>
+#include <VXMesh/Secret.h>
+
+#include <json/value.h>
 
 namespace VX
 {
 
-/// Overwrites all memory of `text` with zeros, also what an earlier, longer text left there, and empties it.
+/// Overwrites the letters of every text in `value` with zeros.
 /// @threads any one at a time
-inline void wipe(std::string& text)
+inline void wipe(Json::Value& value)
 {
-    text.resize(text.capacity());
-    // Volatile: the compiler would leave out what nobody reads again.
-    volatile char* const bytes = text.data();
-    for (std::size_t i = 0; i < text.size(); ++i)
-        bytes[i] = 0;
-    text.clear();
+    for (Json::Value& member : value)
+        wipe(member);
+    const char* begin = nullptr;
+    const char* end = nullptr;
+    if (!value.isString() || !value.getString(&begin, &end))
+        return;
+    // The letters belong to the value, which gives them out to be read only.
+    for (volatile char* letter = const_cast<char*>(begin); letter != end; ++letter)
+        *letter = 0;
 }
 
 } // namespace VX

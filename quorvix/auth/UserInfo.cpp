@@ -16,6 +16,8 @@ namespace
 {
 
 /// A text that changes while references to it are handed out: every value there ever was is kept. A program sees few.
+/// Not even a token that is no longer valid may be overwritten: a reader has its reference and copies it later, without
+/// the lock.
 class KeptText
 {
 public:

@@ -9,6 +9,9 @@ namespace VX::Test
 /// The number of this process.
 [[nodiscard]] int ownProcess();
 
+/// The number of the process that started it.
+[[nodiscard]] int parentProcess();
+
 /// Kills a process, of ours or not.
 void killProcess(int id);
 

@@ -52,6 +52,11 @@ int ownProcess()
     return ::getpid();
 }
 
+int parentProcess()
+{
+    return ::getppid();
+}
+
 void killProcess(int id)
 {
     kill(id, SIGKILL);

@@ -42,17 +42,17 @@ public:
     /// The browser's part, for tests to play.
     void setWebAuth(std::unique_ptr<WebAuthInterface> webAuth) const { window_.webAuth = std::move(webAuth); }
 
-    void requestSignIn(const AuthToken& token = {}) const { window_.requestSignIn_(token); }
+    void requestSignIn(const AuthToken& token = {}) const { window_.requestSignIn(token); }
 
-    void requestSignUp() const { window_.requestSignUp_(); }
+    void requestSignUp() const { window_.requestSignUp(); }
 
-    void requestConfirmSignUp() const { window_.requestConfirmSignUp_(); }
+    void requestConfirmSignUp() const { window_.requestConfirmSignUp(); }
 
-    void requestResendConfirm() const { window_.requestResendConfirm_(); }
+    void requestResendConfirm() const { window_.requestResendConfirm(); }
 
-    void requestForgot() const { window_.requestForgot_(); }
+    void requestForgot() const { window_.requestForgot(); }
 
-    void requestConfirmForgot() const { window_.requestConfirmForgot_(); }
+    void requestConfirmForgot() const { window_.requestConfirmForgot(); }
 
     void webAuthSignInCallback() const { window_.webAuthSignInCallback_(); }
 

@@ -28,6 +28,18 @@ Color pale(const Color& color)
 
 } // namespace
 
+Image cropped(const Image& image, int left, int top, PixelSize size)
+{
+    Image part{size, {}};
+    part.pixels.reserve(static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height));
+    for (int y = top; y < top + size.height; ++y)
+    {
+        for (int x = left; x < left + size.width; ++x)
+            part.pixels.push_back(image.at(x, y));
+    }
+    return part;
+}
+
 ImageDifference compareImages(const Image& actual, const Image& expected)
 {
     if (actual.size != expected.size || actual.pixels.size() != expected.pixels.size() || actual.isEmpty())

@@ -17,6 +17,9 @@ struct ImageDifference
     Image picture;    ///< the pixels that differ in red over a pale copy of the expected picture
 };
 
+/// The part of `image` of this size whose upper left corner is at `left`, `top`; it must lie inside.
+[[nodiscard]] Image cropped(const Image& image, int left, int top, PixelSize size);
+
 /// Two pixels differ when a channel does by more than a rounding error.
 [[nodiscard]] ImageDifference compareImages(const Image& actual, const Image& expected);
 

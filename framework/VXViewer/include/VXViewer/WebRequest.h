@@ -26,6 +26,14 @@ public:
     /// @param url  http or https; it may have a query and a fragment
     explicit WebRequest(std::string url);
 
+    /// Overwrites the body, which may hold a password; whoever carries the request has one of their own.
+    ~WebRequest();
+
+    WebRequest(const WebRequest&) = default;
+    WebRequest(WebRequest&&) = default;
+    WebRequest& operator=(const WebRequest&) = default;
+    WebRequest& operator=(WebRequest&&) = default;
+
     void setMethod(Method method);
 
     /// How long the whole request may take, the transfer of both bodies included. Below 1: the 60 s of the default.

@@ -1,6 +1,7 @@
 #include "CurlTransport.h"
 
 #include "BrokenPipe.h"
+#include "CurlMemory.h"
 #include "WebAnswer.h"
 
 #include <spdlog/spdlog.h>
@@ -52,7 +53,7 @@ private:
 
 CURLM* makeMulti()
 {
-    [[maybe_unused]] static const CURLcode initialised = curl_global_init(CURL_GLOBAL_DEFAULT);
+    [[maybe_unused]] static const CURLcode initialised = initialiseCurl();
     CURLM* multi = curl_multi_init();
     if (!multi)
         throw std::bad_alloc();

@@ -1,6 +1,7 @@
 #include "UploadSource.h"
 
 #include <VXMesh/FileError.h>
+#include <VXMesh/Secret.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -15,6 +16,11 @@ UploadSource::UploadSource(std::string text)
     : text_(std::move(text))
     , size_(text_.size())
 {
+}
+
+UploadSource::~UploadSource()
+{
+    wipe(text_);
 }
 
 tl::expected<UploadSource, std::string> UploadSource::open(const std::filesystem::path& file)

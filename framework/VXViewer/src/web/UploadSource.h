@@ -23,6 +23,12 @@ public:
 
     explicit UploadSource(std::string text);
 
+    /// Overwrites the text, which may hold a password.
+    ~UploadSource();
+
+    UploadSource(UploadSource&&) = default;
+    UploadSource& operator=(UploadSource&&) = default;
+
     /// @return `Cannot open "NAME": REASON.`
     [[nodiscard]] static tl::expected<UploadSource, std::string> open(const std::filesystem::path& file);
 

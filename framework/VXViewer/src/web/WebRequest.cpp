@@ -1,5 +1,6 @@
 #include "WebRequestSender.h"
 
+#include <VXMesh/Secret.h>
 #include <VXViewer/WebRequest.h>
 
 #include <chrono>
@@ -11,6 +12,12 @@ namespace VX
 WebRequest::WebRequest(std::string url)
 {
     data_.url = std::move(url);
+}
+
+WebRequest::~WebRequest()
+{
+    if (data_.body)
+        wipe(*data_.body);
 }
 
 void WebRequest::setMethod(Method method)

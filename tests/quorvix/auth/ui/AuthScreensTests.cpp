@@ -131,9 +131,8 @@ TEST_F(AuthScreensTest, TakeThatBackWhereTheSignInEndsBeforeTheFrame)
     const auto window = show_();
     window.requestSignIn();
     answerAccount_(200, tokens_());
+    ASSERT_TRUE(menu_->auth->isAuthed());
     menu_->auth->signOut();
-    // The frame that is drawn next is the first of the screens, which comes after the menu has looked.
-    menu_->clearFirstSignInFrame();
     driver_->settle();
     EXPECT_EQ(menu_->firstSignInFrames, 0);
     EXPECT_TRUE(window.isBackgroundShown());
