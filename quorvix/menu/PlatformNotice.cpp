@@ -1,6 +1,6 @@
 #include <quorvix/menu/PlatformNotice.h>
-#include <quorvix/menu/Translate.h>
 #include <quorvix/menu/WebsiteLink.h>
+#include <quorvix/setup/Translate.h>
 
 #include <VXMesh/StringConvert.h>
 #include <VXMesh/SystemInfo.h>

@@ -1,5 +1,5 @@
 #include <quorvix/menu/QuickSetupWindow.h>
-#include <quorvix/menu/Translate.h>
+#include <quorvix/setup/Translate.h>
 
 #include <VXViewer/ColorTheme.h>
 #include <VXViewer/ImGuiMenu.h>
@@ -8,11 +8,15 @@
 #include <VXViewer/Viewer.h>
 #include <VXViewer/ViewerSettingsManager.h>
 
+#include <imgui_internal.h>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <functional>
 #include <iterator>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -32,18 +36,26 @@ constexpr float greetingTop = 40;
 constexpr float titleTop = 95;
 constexpr float listPadding = 8;
 constexpr float comboGap = 16; ///< right of the labels
+constexpr float leastCombo = 200;
 constexpr float footerMargin = 56;
 constexpr float footerFromBottom = 20;
+
+constexpr const char* languageLabel = translatable("Language");
+constexpr const char* themeLabel = translatable("Color Theme");
+constexpr const char* labelWithoutRow = translatable("Rotate With");
+constexpr std::array labels{languageLabel, themeLabel, labelWithoutRow};
 
 constexpr std::array presets{ColorTheme::Preset::Dark, ColorTheme::Preset::Light};
 
 /// Begins a row with its label; the combo box comes next. @return its left edge
 float comboLeft()
 {
-    const std::array labels{Product::tr("Language"), Product::tr("Color Theme")};
     float widest = 0;
-    for (const std::string& label : labels)
-        widest = std::max(widest, ImGui::CalcTextSize(label.c_str()).x);
+    for (const char* label : labels)
+    {
+        if (std::string_view(label) != labelWithoutRow)
+            widest = std::max(widest, ImGui::CalcTextSize(Product::tr(label).c_str()).x);
+    }
     return ImGui::GetStyle().WindowPadding.x + widest + UI::px(comboGap);
 }
 
@@ -54,7 +66,7 @@ bool choiceRow(const char* label, const char* name, int& current, const std::vec
     ImGui::AlignTextToFramePadding();
     UI::text(Product::tr(label));
     ImGui::SameLine(left);
-    ImGui::SetNextItemWidth(ImGui::GetContentRegionAvail().x);
+    ImGui::SetNextItemWidth(std::max(ImGui::GetContentRegionAvail().x, UI::px(leastCombo)));
     ImGui::PushStyleVar(ImGuiStyleVar_WindowPadding, ImVec2(UI::px(listPadding), UI::px(listPadding)));
     const bool changed = UI::combo(name, current, choices);
     ImGui::PopStyleVar();
@@ -80,10 +92,9 @@ void QuickSetupWindow::openIfDue(const Viewer& viewer)
 
 void QuickSetupWindow::draw()
 {
-    if (!modal_.begin(size))
+    if (!modal_.begin(size, StartupModal::Width::Content))
         return;
-    ImGui::SetCursorPos({UI::px(exitButton.x), UI::px(exitButton.y)});
-    const bool exitPressed = ImGui::ModalExitButton();
+    const bool exitPressed = drawExitButton_();
     {
         const UI::ScopedFont headline(UI::Font::Headline);
         StartupModal::centeredText(Product::tr("Getting started with Quorvix"), greetingTop);
@@ -97,13 +108,24 @@ void QuickSetupWindow::draw()
     StartupModal::end();
 }
 
+bool QuickSetupWindow::drawExitButton_()
+{
+    // It reaches into the padding of the window, which is not to grow for it.
+    ImVec2& extent = ImGui::GetCurrentWindow()->DC.CursorMaxPos;
+    const ImVec2 before = extent;
+    ImGui::SetCursorPos({UI::px(exitButton.x), UI::px(exitButton.y)});
+    const bool pressed = ImGui::ModalExitButton();
+    extent = before;
+    return pressed;
+}
+
 void QuickSetupWindow::drawLanguage_()
 {
     const std::vector<std::string> languages = Locale::getAvailableLocales();
     std::vector<std::string> names;
     std::ranges::transform(languages, std::back_inserter(names), Locale::getDisplayName);
     auto current = static_cast<int>(std::ranges::find(languages, Locale::getName()) - languages.begin());
-    if (choiceRow(translatable("Language"), "##Language", current, names))
+    if (choiceRow(languageLabel, "##Language", current, names))
         Locale::set(languages[static_cast<std::size_t>(current)]);
 }
 
@@ -118,7 +140,7 @@ void QuickSetupWindow::drawTheme_()
     int current = ColorTheme::getType() == ColorTheme::Type::User
                       ? static_cast<int>(presets.size()) + static_cast<int>(found)
                       : static_cast<int>(ColorTheme::getPreset());
-    if (!choiceRow(translatable("Color Theme"), "##ThemeName", current, names))
+    if (!choiceRow(themeLabel, "##ThemeName", current, names))
         return;
     if (current == static_cast<int>(ColorTheme::Preset::Dark))
     {
@@ -154,7 +176,7 @@ bool QuickSetupWindow::isClosedByUser_()
     if (ImGui::IsKeyPressed(ImGuiKey_Escape, false))
         return !listWasOpen;
     // An open list belongs to the window.
-    return ImGui::IsMouseClicked(ImGuiMouseButton_Left) && !ImGui::IsAnyItemHovered() &&
+    return std::ranges::any_of(ImGui::GetIO().MouseClicked, std::identity()) && !ImGui::IsAnyItemHovered() &&
            !ImGui::IsWindowHovered(ImGuiHoveredFlags_RootAndChildWindows | ImGuiHoveredFlags_AllowWhenBlockedByPopup);
 }
 

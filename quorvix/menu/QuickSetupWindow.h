@@ -21,6 +21,7 @@ public:
     void draw();
 
 private:
+    [[nodiscard]] static bool drawExitButton_();
     static void drawLanguage_();
     static void drawTheme_();
     static void drawFooter_();

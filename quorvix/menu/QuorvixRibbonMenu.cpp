@@ -89,6 +89,7 @@ void QuorvixRibbonMenu::shutdown()
 {
     SessionLogs::logAction("Close Application", true);
     SessionLogs::flushIfNeeded(true);
+    // The end of the program was the last that is reported: what tools report as they are ended is dropped.
     RibbonMenu::shutdown();
     account_.reset();
     auth_.reset();
@@ -158,11 +159,13 @@ bool QuorvixRibbonMenu::mayAskAtStart_() const
 
 void QuorvixRibbonMenu::openStartupModals_()
 {
+    // Before the quick setup counts as shown: a run that nobody sees leaves no trace in the settings, which are stored
+    // at once, and does not keep the window from the user.
     if (!mayAskAtStart_())
         return;
     quickSetup_->openIfDue(*viewer_());
     // Its way to the settings leads behind the sign-in, and nothing is reported before that.
-    if (!quickSetup_->isShown() && !isCovered())
+    if (!quickSetup_->isShown() && isUserLetIn_())
         disclaimer_->openIfDue();
 }
 

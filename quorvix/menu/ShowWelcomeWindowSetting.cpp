@@ -1,5 +1,5 @@
 #include <quorvix/menu/ShowWelcomeWindowSetting.h>
-#include <quorvix/menu/Translate.h>
+#include <quorvix/setup/Translate.h>
 
 #include <VXMesh/Config.h>
 #include <VXViewer/UI.h>

@@ -25,7 +25,7 @@ bool isAnyPopupOpen()
 
 } // namespace
 
-bool StartupModal::begin(ImVec2 size)
+bool StartupModal::begin(ImVec2 size, Width width)
 {
     if (!open_)
         return false;
@@ -38,7 +38,7 @@ bool StartupModal::begin(ImVec2 size)
     const ImGuiViewport& viewport = *ImGui::GetMainViewport();
     const ImVec2 least(std::min(UI::px(size.x), viewport.Size.x), std::min(UI::px(size.y), viewport.Size.y));
     ImGui::SetNextWindowPos(viewport.GetCenter(), ImGuiCond_Always, {0.5F, 0.5F});
-    ImGui::SetNextWindowSizeConstraints(least, {least.x, viewport.Size.y});
+    ImGui::SetNextWindowSizeConstraints(least, {width == Width::Fixed ? least.x : viewport.Size.x, viewport.Size.y});
     ImGui::PushStyleVar(ImGuiStyleVar_WindowPadding, ImVec2(UI::px(padding.x), UI::px(padding.y)));
     ImGui::PushStyleVar(ImGuiStyleVar_ItemSpacing, ImVec2(UI::px(spacing.x), UI::px(spacing.y)));
     ImGui::PushStyleColor(ImGuiCol_PopupBg, UI::color(UI::Color::Panel));
@@ -63,7 +63,8 @@ void StartupModal::close()
 
 void StartupModal::centeredText(const std::string& text, float top)
 {
-    ImGui::SetCursorPos({std::round((ImGui::GetWindowWidth() - ImGui::CalcTextSize(text.c_str()).x) / 2), UI::px(top)});
+    const float left = std::round((ImGui::GetWindowWidth() - ImGui::CalcTextSize(text.c_str()).x) / 2);
+    ImGui::SetCursorPos({std::max(left, ImGui::GetStyle().WindowPadding.x), UI::px(top)});
     UI::text(text);
 }
 

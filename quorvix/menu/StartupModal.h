@@ -26,10 +26,16 @@ public:
     /// To be called between `begin` and `end`.
     void close();
 
-    /// Begins the window in the middle of the program's. @param size  the least, in units of the design; the width is
-    /// always that, or the window's where it is less
+    enum class Width
+    {
+        Fixed,
+        Content ///< it grows with what is in it
+    };
+
+    /// Begins the window in the middle of the program's, never larger than that.
+    /// @param size  the least, in units of the design; the height grows with the content
     /// @return true when it is drawn: call `end` then
-    [[nodiscard]] bool begin(ImVec2 size);
+    [[nodiscard]] bool begin(ImVec2 size, Width width);
 
     static void end();
 

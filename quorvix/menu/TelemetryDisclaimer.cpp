@@ -1,5 +1,5 @@
 #include <quorvix/menu/TelemetryDisclaimer.h>
-#include <quorvix/menu/Translate.h>
+#include <quorvix/setup/Translate.h>
 #include <quorvix/telemetry/SessionLogs.h>
 
 #include <VXMesh/Config.h>
@@ -47,7 +47,7 @@ void TelemetryDisclaimer::openIfDue()
 
 void TelemetryDisclaimer::draw()
 {
-    if (!modal_.begin(size))
+    if (!modal_.begin(size, StartupModal::Width::Fixed))
         return;
     {
         const UI::ScopedFont headline(UI::Font::Headline);

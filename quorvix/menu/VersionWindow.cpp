@@ -1,9 +1,9 @@
 #include <quorvix/menu/CheckForUpdatesSetting.h>
 #include <quorvix/menu/ReleaseVersion.h>
-#include <quorvix/menu/Translate.h>
 #include <quorvix/menu/VersionWindow.h>
 #include <quorvix/menu/WebsiteLink.h>
 #include <quorvix/setup/Deployment.h>
+#include <quorvix/setup/Translate.h>
 
 #include <VXMesh/Version.h>
 #include <VXViewer/ColorTheme.h>
@@ -156,7 +156,11 @@ void VersionWindow::drawContent_()
 
     centerInRow(top, rowHeight, UI::px(crossSize));
     if (ImGui::ModalExitButton())
+    {
         newVersion->clear();
+        ImGui::PopStyleVar();
+        return;
+    }
     ImGui::SameLine();
     centerInRow(top, rowHeight, textSize.y);
     {

@@ -1,13 +1,14 @@
 #include <quorvix/menu/QuorvixRibbonMenu.h>
 #include <quorvix/menu/ShowWelcomeWindowSetting.h>
-#include <quorvix/menu/Translate.h>
 #include <quorvix/menu/WebsiteLink.h>
 #include <quorvix/menu/WelcomeWindow.h>
+#include <quorvix/setup/Translate.h>
 #include <quorvix/telemetry/SessionLogs.h>
 
 #include <VXMesh/Config.h>
 #include <VXMesh/VisualObject.h>
 #include <VXViewer/ColorTheme.h>
+#include <VXViewer/RibbonIcons.h>
 #include <VXViewer/RibbonSchemaHolder.h>
 #include <VXViewer/UI.h>
 #include <VXViewer/Viewer.h>
@@ -45,6 +46,8 @@ constexpr ImVec2 buttonSize{110, 36};
 constexpr ImVec2 dropPicture{148.5F, 102};
 constexpr ImVec2 videoPicture{308, 95.2F};
 constexpr float pictureSize = 128;
+constexpr float dropSource = 128;
+constexpr float videoSource = 130;
 constexpr float dropTitleTop = 269;
 constexpr float dropNoteTop = 361;
 
@@ -110,15 +113,20 @@ void drawLines(const std::array<std::string, 3>& lines)
     ImGui::PopStyleColor();
 }
 
-void drawPicture(const char* name, ImVec2 position)
+/// @param source  of the icon's sizes, the least that will do
+void drawPicture(const char* name, float source, ImVec2 position)
 {
     const float size = pictureSize * UI::scale();
     ImGui::SetCursorPos(scaled(position));
     const ImVec2 corner = ImGui::GetCursorScreenPos();
     ImGui::Dummy({size, size});
     UI::record(UiKind::Icon, {}, name);
-    UI::drawIcon(*ImGui::GetWindowDrawList(), name, {corner.x + size / 2, corner.y + size / 2}, size,
-                 ColorTheme::getRibbonColor(RibbonColor::Icon));
+    const RibbonIcons::Icon* const found = RibbonIcons::find(name, source * UI::scale());
+    if (!found)
+        return;
+    const ImVec2 min(std::round(corner.x), std::round(corner.y));
+    ImGui::GetWindowDrawList()->AddImage(found->texture, min, {min.x + size, min.y + size}, {0, 0}, {1, 1},
+                                         ColorTheme::getRibbonColor(RibbonColor::Icon));
 }
 
 bool drawButton(const std::string& label)
@@ -239,7 +247,7 @@ void WelcomeWindow::beginCard_(const char* name, ImVec2 position, ImVec2 size)
 void WelcomeWindow::drawDragDrop_()
 {
     beginCard_("##DragDropArea", {left, top}, {cardWidth, tallCard});
-    drawPicture("DragDrop", dropPicture);
+    drawPicture("DragDrop", dropSource, dropPicture);
     {
         const UI::ScopedFont headline(UI::Font::Headline);
         ImGui::SetCursorPosY(dropTitleTop * UI::scale());
@@ -260,7 +268,7 @@ void WelcomeWindow::drawQuickstart_()
     drawTitle(Product::tr("Quickstart"));
     drawLines({Product::tr("This curated video collection will"), Product::tr("quickly and efficiently guide you"),
                Product::tr("through the essentials.")});
-    drawPicture("Youtube", videoPicture);
+    drawPicture("Youtube", videoSource, videoPicture);
     if (drawButton(Product::tr("Watch Video")))
     {
         SessionLogs::logAction("Welcome Screen: \"Watch Video\" Clicked", false);

@@ -99,7 +99,7 @@ TEST_F(QuickSetupWindowTest, opensWhereAnEarlierOneWasShown)
     EXPECT_TRUE(shows_());
 }
 
-TEST_F(QuickSetupWindowTest, staysAwayInALaterRun)
+TEST_F(QuickSetupWindowTest, staysAwayWhenTheViewerIsLaunchedAgain)
 {
     start_(roomy);
     haveSettings_(2);
@@ -181,6 +181,15 @@ TEST_F(QuickSetupWindowTest, closesWithAClickBesideIt)
 {
     startFirst_();
     driver_->click({100, 700});
+    redraw_();
+    EXPECT_FALSE(shows_());
+}
+
+TEST_F(QuickSetupWindowTest, closesWithAnyButtonBesideIt)
+{
+    startFirst_();
+    constexpr int right = 1;
+    driver_->click({100, 700}, right);
     redraw_();
     EXPECT_FALSE(shows_());
 }
@@ -275,6 +284,31 @@ TEST_F(QuickSetupWindowTest, namesAThemeThatIsGoneNotSelected)
     std::filesystem::remove(folder / "Sunset.json");
     askAtStart_();
     EXPECT_EQ(combos_().at(themeCombo).value, "Not selected");
+}
+
+TEST_F(QuickSetupWindowTest, isFiveHundredWideInTheMiddle)
+{
+    startFirst_();
+    expectModal_("##quickSetupWindow", {640, 400}, 500);
+    const auto languages = combos_().at(languageCombo);
+    const float widestLabel = std::max(ImGui::CalcTextSize("Language").x, ImGui::CalcTextSize("Color Theme").x);
+    EXPECT_NEAR(languages.min.x(), 640 - 250 + 28 + widestLabel + 16, 1);
+    EXPECT_NEAR(languages.max.x(), 640 + 250 - 28, 1);
+}
+
+TEST_F(QuickSetupWindowTest, growsWithTheScale)
+{
+    start_({2560, 1600}, 2);
+    haveSettings_();
+    setDisclaimer_(0);
+    askAtStart_();
+    expectModal_("##quickSetupWindow", {1280, 800}, 1000);
+    const auto title = driver_->find(quickSetupTitle);
+    const auto close = driver_->find("Close");
+    ASSERT_TRUE(title && close);
+    EXPECT_NEAR(title->min.y(), 800 - 320 + 80, 1);
+    EXPECT_NEAR(close->min.x(), 1280 - 500 + 910, 1);
+    EXPECT_NEAR(combos_().at(languageCombo).max.x(), 1280 + 500 - 56, 1);
 }
 
 TEST_F(QuickSetupWindowTest, standsInTheMiddleInItsSize)

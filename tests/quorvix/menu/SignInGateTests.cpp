@@ -16,6 +16,8 @@ namespace VX
 namespace
 {
 
+using ::testing::Contains;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
 constexpr const char* points = "0 0 0\n1 0 0\n0 1 0\n";
@@ -150,6 +152,21 @@ TEST_F(SignInGateTest, comesBackWithTheSignOut)
     EXPECT_FALSE(showsCards_());
 }
 
+TEST_F(SignInGateTest, outlivesTheLastReport)
+{
+    std::vector<std::string> sentWithSignIn;
+    const auto watching = VX::Test::RecordingTransport::install(
+        [&](const WebRequestData& request)
+        {
+            if (menu_->authWindow_() && request.body)
+                sentWithSignIn.push_back(*request.body);
+            return std::nullopt;
+        });
+    start_(roomy);
+    end_();
+    EXPECT_THAT(sentWithSignIn, Contains(HasSubstr("Close Application")));
+}
+
 TEST_F(SignInGateTest, isGoneWithTheEndOfTheMenu)
 {
     startSignedOut_(roomy);
@@ -159,8 +176,9 @@ TEST_F(SignInGateTest, isGoneWithTheEndOfTheMenu)
     EXPECT_FALSE(menu_->isAuthInProcess());
     EXPECT_FALSE(menu_->isCovered());
     menu_->signOut();
-    request.answer(VX::Test::makeAnswer(400, R"({"message": "No."})"));
+    request.answer(VX::Test::makeAnswer(200, R"({"AuthenticationResult": {"AccessToken": "access token"}})"));
     EXPECT_FALSE(menu_->authWindow_());
+    EXPECT_EQ(UserInfo::getAccessToken(), "");
 }
 
 } // namespace

@@ -104,6 +104,18 @@ TEST_F(TelemetryDisclaimerTest, comesAfterTheSignIn)
     EXPECT_TRUE(shows_());
 }
 
+TEST_F(TelemetryDisclaimerTest, waitsWhileAStoredSignInIsTried)
+{
+    constexpr int starting = 0;
+    AuthWindowAccess(*menu_->authWindow_()).setState(starting);
+    startSignedOut_(roomy);
+    askAtStart_();
+    EXPECT_FALSE(shows_());
+    signIn_();
+    redraw_();
+    EXPECT_TRUE(shows_());
+}
+
 TEST_F(TelemetryDisclaimerTest, comesAfterAMessage)
 {
     start_(roomy);
@@ -200,6 +212,25 @@ TEST_F(TelemetryDisclaimerTest, isNotForAWindowThatNobodySees)
     redraw_();
     EXPECT_FALSE(shows_());
     EXPECT_TRUE(showsCards_());
+}
+
+TEST_F(TelemetryDisclaimerTest, isEightHundredWideInTheMiddle)
+{
+    startAgain_();
+    expectModal_("TelemetryDisclaimer##TelemetryDisclaimer", {640, 400}, 800);
+}
+
+TEST_F(TelemetryDisclaimerTest, growsWithTheScale)
+{
+    start_({2560, 1600}, 2);
+    haveSettings_(2);
+    setDisclaimer_(1);
+    askAtStart_();
+    expectModal_("TelemetryDisclaimer##TelemetryDisclaimer", {1280, 800}, 1600);
+    const auto ok = driver_->find("Ok");
+    ASSERT_TRUE(ok);
+    EXPECT_NEAR(ok->min.x(), 1280 - 500, 1);
+    EXPECT_NEAR(ok->max.x() - ok->min.x(), 500 - 16, 1);
 }
 
 TEST_F(TelemetryDisclaimerTest, hasItsButtonsSideBySideInTheMiddle)

@@ -2,11 +2,14 @@
 
 #include <VXMesh/SystemFacts.h>
 #include <VXViewer/CommandLoop.h>
+#include <VXViewer/InputEvent.h>
+#include <VXViewer/MainLoop.h>
 #include <VXViewer/OpenLink.h>
 #include <VXViewer/RibbonConfig.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <imgui_internal.h>
 
 #include <thread>
 
@@ -56,6 +59,14 @@ protected:
     void answerVersion_(const std::string& latest) { answer_(VX::Test::makeAnswer(200, latest)); }
 
     [[nodiscard]] bool shows_() const { return driver_->shows("Get Update"); }
+
+    static void expectWindowAt_(float x, float y)
+    {
+        const ImGuiWindow* const window = ImGui::FindWindowByName("##VersionUpdateWindow");
+        ASSERT_TRUE(window);
+        EXPECT_EQ(window->Pos.x, x);
+        EXPECT_EQ(window->Pos.y, y);
+    }
 };
 
 TEST_F(VersionWindowTest, asksTheServiceOnce)
@@ -196,6 +207,42 @@ TEST_F(VersionWindowTest, waitsForTheSignIn)
     signIn_();
     redraw_();
     EXPECT_TRUE(shows_());
+}
+
+TEST_F(VersionWindowTest, drawsNothingButItsCrossInTheFrameThatClosesIt)
+{
+    start_();
+    answerVersion_("1.10.0.0");
+    const auto close = driver_->find("Close");
+    ASSERT_TRUE(close);
+    const Vector2f middle = (close->min + close->max) / 2;
+    for (const bool pressed : {true, false})
+        session_->window().inject(MouseButtonEvent{.pressed = pressed, .position = middle});
+    while (shows_() && viewer_().loop().turn(false))
+    {
+    }
+    EXPECT_TRUE(driver_->shows("Close"));
+    EXPECT_FALSE(driver_->shows("Version  is available"));
+    driver_->settle();
+    EXPECT_FALSE(driver_->shows("Close"));
+}
+
+TEST_F(VersionWindowTest, standsBelowTheRibbonAtTheRight)
+{
+    start_({1000, 700});
+    answerVersion_("1.10.0.0");
+    expectWindowAt_(680, 120);
+}
+
+TEST_F(VersionWindowTest, growsWithTheScale)
+{
+    start_({2000, 1400}, 2);
+    answerVersion_("1.10.0.0");
+    expectWindowAt_(1360, 240);
+    const auto button = driver_->find("Get Update");
+    ASSERT_TRUE(button);
+    EXPECT_NEAR(button->max.y() - button->min.y(), 48, 1);
+    EXPECT_GE(button->max.x() - button->min.x(), 176 - 1);
 }
 
 TEST_F(VersionWindowTest, fitsIntoTheWindow)

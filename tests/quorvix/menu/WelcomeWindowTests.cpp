@@ -13,6 +13,16 @@ namespace
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
+/// Draws a welcome window that tests can look into.
+class OwnWindowMenu : public VX::Test::OpenMenu
+{
+public:
+    WelcomeWindow window;
+
+protected:
+    void drawWelcomeWindow_() override { window.draw(); }
+};
+
 class WelcomeWindowTest : public VX::Test::WelcomeFixture
 {
 };
@@ -130,6 +140,23 @@ TEST_F(WelcomeWindowTest, isNotDrawnWhereTheWindowIsAPixelTooNarrow)
     EXPECT_FALSE(showsCards_());
     // The hint on how files are opened takes the place.
     EXPECT_TRUE(driver_->shows("Open a file or drop it here"));
+}
+
+TEST_F(WelcomeWindowTest, countsAsOpenWhereTheWindowIsAPixelTooNarrow)
+{
+    const auto menu = std::make_shared<OwnWindowMenu>();
+    menu->window.init(menu.get(), {});
+    menu->window.setShowOnStartup(false, true);
+    menu->window.setShowOnStartup(true, false);
+    ASSERT_FALSE(menu->window.isOpen());
+    constexpr int signedIn = 7;
+    AuthWindowAccess(*menu->authWindow_()).setState(signedIn);
+    session_.emplace(menu, PixelSize{280 + 897, 800});
+    driver_.emplace(*session_);
+    driver_->settle();
+    EXPECT_FALSE(showsCards_());
+    EXPECT_TRUE(menu->window.isOpen());
+    menu->window.shutdown();
 }
 
 TEST_F(WelcomeWindowTest, needsRoomBelowTheRibbon)

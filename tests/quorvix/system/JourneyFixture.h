@@ -112,6 +112,8 @@ protected:
             return item && item->enabled;
         };
         EXPECT_TRUE(driver_.waitFor(isReady)) << "\"" << label << "\" cannot be pressed";
+        // A window may not be in its place yet.
+        driver_.settle();
         driver_.press(label, window);
     }
 
@@ -150,7 +152,8 @@ private:
     static void leaveProcess_()
     {
         WebRequests::reset();
-        SessionLogs::allow(false);
+        // First, so that nothing is reported of what follows.
+        SessionLogs::reset();
         UserInfo::setEmail({});
         UserInfo::setAccessToken({});
         SessionLogs::reset();

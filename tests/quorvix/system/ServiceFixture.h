@@ -10,7 +10,12 @@
 
 #include <gtest/gtest.h>
 
+#include <backend/SqliteDatabase.h>
+
 #include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace VX::Test
 {
@@ -37,6 +42,23 @@ protected:
 
     /// The code of the newest message.
     [[nodiscard]] std::string newestCode_() const { return codeIn(newestMail(data_ / "outbox")); }
+
+    /// The first column of what the telemetry service has stored.
+    [[nodiscard]] std::vector<std::string> stored_(std::string_view query) const
+    {
+        std::vector<std::string> texts;
+        auto database = SqliteDatabase::open(data_ / "telemetry.sqlite").value();
+        auto statement = database.prepare(query);
+        while (statement.step().value())
+            texts.push_back(statement.text(0));
+        return texts;
+    }
+
+    /// The names of all actions that it has.
+    [[nodiscard]] std::vector<std::string> actions_() const
+    {
+        return stored_("SELECT name FROM actions ORDER BY session, id");
+    }
 
     const TempConfig config_{"Quorvix"};
     const TempDir folder_;

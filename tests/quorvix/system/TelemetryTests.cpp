@@ -11,8 +11,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <backend/SqliteDatabase.h>
-
 namespace VX::Test
 {
 
@@ -38,22 +36,6 @@ protected:
         UserInfo::setAccessToken({});
         SessionLogs::reset();
         ServiceFixture::TearDown();
-    }
-
-    /// The first column of what the service has stored.
-    [[nodiscard]] std::vector<std::string> stored_(std::string_view query) const
-    {
-        std::vector<std::string> texts;
-        auto database = SqliteDatabase::open(data_ / "telemetry.sqlite").value();
-        auto statement = database.prepare(query);
-        while (statement.step().value())
-            texts.push_back(statement.text(0));
-        return texts;
-    }
-
-    [[nodiscard]] std::vector<std::string> actions_() const
-    {
-        return stored_("SELECT name FROM actions ORDER BY session, id");
     }
 
     /// Sends what is gathered until the service has so many actions.
