@@ -118,7 +118,9 @@ Service::Impl::Impl(ServerConfig config, const DataFolder& folder, const Signing
     , logs_(std::move(stores.logs))
     , converter_(*queue_, blobs_, links_, converterSettings(config_, publicUrl_.get_future().share(), *accounts_))
     , storage_(blobs_, links_)
-    , telemetry_(*logs_, [this](const std::string& token) { return accounts_->userOf(token); })
+    , telemetry_(
+          *logs_, [this](const std::string& token) { return accounts_->userOf(token); },
+          [this] { return blobs_.incomingFile(); })
     , workers_(*queue_, blobs_, conversionSettings(config_, folder_))
 {
     addRoutes_();

@@ -1,10 +1,10 @@
 #include "StorageApi.h"
 
+#include "AnnouncedLength.h"
 #include "BlobStore.h"
 #include "DiskFull.h"
 #include "JsonAnswer.h"
 
-#include <charconv>
 #include <system_error>
 
 namespace VX
@@ -12,18 +12,6 @@ namespace VX
 
 namespace
 {
-
-/// The length that the client announces; nothing where it does not.
-std::optional<std::uint64_t> announcedLength(const HttpRequest& head)
-{
-    const auto header = head.headers.find("Content-Length");
-    if (header == head.headers.end())
-        return std::nullopt;
-    const std::string& text = header->second;
-    std::uint64_t length = 0;
-    const auto parsed = std::from_chars(text.data(), text.data() + text.size(), length);
-    return parsed.ec == std::errc() ? std::optional(length) : std::nullopt;
-}
 
 HttpResponse forbiddenAnswer()
 {

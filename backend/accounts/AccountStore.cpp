@@ -251,7 +251,7 @@ tl::expected<bool, std::string> AccountStore::setPassword(std::string_view addre
     auto transaction = SqliteTransaction::begin(database_);
     if (!transaction)
         return tl::unexpected(transaction.error());
-    const auto set = setPassword_(address, passwordHash);
+    auto set = setPassword_(address, passwordHash);
     if (!set)
         return set;
     if (auto done = transaction->commit(); !done)

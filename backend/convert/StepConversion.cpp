@@ -219,7 +219,7 @@ tl::expected<void, std::string> convertStepFile(const std::filesystem::path& inp
     if (format == fileFormats().end())
         return tl::unexpected<std::string>("This program cannot write scene files.");
     StageClock clock(times);
-    auto saved = format->save(**scene, output, {});
+    auto saved = format->save(**scene, output, {}, AtomicFile::Existing::Replace);
     clock.finish("save");
     return saved;
 }

@@ -17,16 +17,19 @@ namespace
 
 using Result = tl::expected<void, std::string>;
 
+constexpr const char* noObject = "The request must be a JSON object.";
+
 /// Of names of actions, addresses, platforms and versions, in bytes.
 constexpr std::size_t longestText = 500;
 constexpr std::size_t longestMessage = 64U << 10U;
-constexpr unsigned mostLines = 50'000;
+/// Of a line as JSON, which is read as a whole.
+constexpr std::size_t longestItem = 8U << 20U;
 
 tl::expected<Json::Value, std::string> parseObject(const std::string& body)
 {
     auto document = deserializeJsonValue(body);
     if (!document || !document->isObject())
-        return tl::unexpected(std::string("The request must be a JSON object."));
+        return tl::unexpected(std::string(noObject));
     return document;
 }
 
@@ -138,20 +141,24 @@ tl::expected<StatsRequest, std::string> StatsRequest::parse(const std::string& b
     return request;
 }
 
-tl::expected<std::vector<LoggedLine>, std::string> parseLogLines(const std::string& body)
+tl::expected<std::vector<LoggedLine>, std::string> readLogLines(LogItemsReader& items, std::size_t most)
 {
-    const auto document = parseObject(body);
-    if (!document)
-        return tl::unexpected(document.error());
-    const Json::Value& items = (*document)["items"];
-    if (!items.isArray())
-        return tl::unexpected(std::string("\"items\" must be a list."));
-    if (items.size() > mostLines)
-        return tl::unexpected(fmt::format("\"items\" must hold at most {} lines.", mostLines));
     std::vector<LoggedLine> lines;
-    for (const Json::Value& item : items)
-        if (auto read = readLine(item, lines.emplace_back()); !read)
+    while (lines.size() < most)
+    {
+        const auto text = items.next();
+        if (!items.error().empty())
+            return tl::unexpected(items.error());
+        if (!text)
+            break;
+        if (text->size() > longestItem)
+            return tl::unexpected(std::string("\"items\" must hold lines of at most 8 MiB."));
+        const auto item = deserializeJsonValue(std::string(*text));
+        if (!item)
+            return tl::unexpected(std::string(noObject));
+        if (auto read = readLine(*item, lines.emplace_back()); !read)
             return tl::unexpected(std::move(read.error()));
+    }
     return lines;
 }
 

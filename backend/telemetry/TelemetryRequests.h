@@ -1,9 +1,11 @@
 #pragma once
 
+#include "LogItemsReader.h"
 #include "LogStore.h"
 
 #include <tl/expected.hpp>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -33,8 +35,10 @@ struct StatsRequest
     [[nodiscard]] static tl::expected<StatsRequest, std::string> parse(const std::string& body);
 };
 
-/// Reads the body of POST /v1/logs: {"items":[…]}, of 50,000 lines at most. Of a message the first 64 KiB count.
-/// @return the lines, without an account; or one sentence about what is missing, of the wrong type or too long
-[[nodiscard]] tl::expected<std::vector<LoggedLine>, std::string> parseLogLines(const std::string& body);
+/// Reads the next lines of the body of POST /v1/logs, {"items":[…]}. Of a message the first 64 KiB count.
+/// @param most  lines that are read, above 0
+/// @return the lines, without an account, none at the end; or one sentence about what is missing, of the wrong type or
+///         too long
+[[nodiscard]] tl::expected<std::vector<LoggedLine>, std::string> readLogLines(LogItemsReader& items, std::size_t most);
 
 } // namespace VX

@@ -1,5 +1,6 @@
 #include <quorvix/auth/UserInfo.h>
 #include <quorvix/telemetry/LogBatch.h>
+#include <quorvix/telemetry/LogLines.h>
 #include <quorvix/telemetry/ServerSendSink.h>
 #include <quorvix/telemetry/SessionLogs.h>
 
@@ -11,14 +12,15 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
 #include <optional>
 #include <utility>
-#include <vector>
 
 namespace VX
 {
 
-/// Its lock is held for reading and changing it alone: a request writes lines of the log, and so comes back.
+/// Its lock is held for reading and changing it alone: a request writes lines of the log, and so comes back. A send
+/// copies and frees no line under it, however many wait.
 struct ServerSendSink::State
 {
     State(Params p, Clock c)
@@ -32,15 +34,15 @@ struct ServerSendSink::State
     Mutex mutex;
     bool enabled VX_GUARDED_BY(mutex) = true;
     std::optional<std::chrono::system_clock::time_point> lastSendTime VX_GUARDED_BY(mutex);
-    std::vector<LogRecord> pending VX_GUARDED_BY(mutex);
-    std::vector<LogRecord> inFlight VX_GUARDED_BY(mutex); ///< being sent, or waiting to be sent again
-    std::uint64_t handedOver VX_GUARDED_BY(mutex) = 0;    ///< how many records ever came into `inFlight`
+    LogLines pending VX_GUARDED_BY(mutex);
+    LogChunks inFlight VX_GUARDED_BY(mutex);           ///< being sent, or waiting to be sent again
+    std::uint64_t handedOver VX_GUARDED_BY(mutex) = 0; ///< how many chunks ever came into `inFlight`
     bool sending VX_GUARDED_BY(mutex) = false;
     bool shuttingDown VX_GUARDED_BY(mutex) = false;
 
     [[nodiscard]] bool isBatchDue() VX_REQUIRES(mutex);
     [[nodiscard]] bool handOver(bool allowed);
-    [[nodiscard]] std::pair<std::vector<LogRecord>, std::uint64_t> beginSend();
+    [[nodiscard]] std::pair<LogChunks, std::uint64_t> beginSend();
     void endSend(bool arrived, std::uint64_t end);
     static void send(const std::shared_ptr<State>& state, bool async, const std::string& token, bool mayRefresh);
     static void refresh(const std::shared_ptr<State>& state, bool async);
@@ -48,6 +50,17 @@ struct ServerSendSink::State
 
 namespace
 {
+
+/// Long enough for the service to store what gathered while it was away; the usual time-out for usual batches.
+int timeoutMs(const LogChunks& lines)
+{
+    constexpr std::size_t usual = 60'000;
+    constexpr std::size_t linesPerMs = 10;
+    std::size_t count = 0;
+    for (const auto& chunk : lines)
+        count += chunk->count();
+    return static_cast<int>(std::clamp<std::size_t>(count / linesPerMs, usual, std::numeric_limits<int>::max()));
+}
 
 /// The HTTP status; 0 where there was no answer.
 int statusOf(const Json::Value& answer)
@@ -62,7 +75,7 @@ int statusOf(const Json::Value& answer)
 
 bool ServerSendSink::State::isBatchDue()
 {
-    if (!enabled || sending || shuttingDown || pending.size() < static_cast<std::size_t>(params.batchSize))
+    if (!enabled || sending || shuttingDown || pending.count() < static_cast<std::size_t>(params.batchSize))
         return false;
     return !lastSendTime ||
            std::chrono::duration_cast<std::chrono::seconds>(clock() - *lastSendTime).count() >= params.sendIntervalSec;
@@ -71,14 +84,11 @@ bool ServerSendSink::State::isBatchDue()
 /// Moves what waits behind what could not be sent. @return whether there is to be a send
 bool ServerSendSink::State::handOver(bool allowed)
 {
-    std::vector<LogRecord> dropped; // freed without the lock
+    LogChunks dropped; // freed without the lock
     const MutexLock lock(mutex);
-    handedOver += pending.size();
-    if (inFlight.empty())
-        pending.swap(inFlight);
-    else
-        std::ranges::move(pending, std::back_inserter(inFlight));
-    pending.clear();
+    LogChunks chunks = pending.take();
+    handedOver += chunks.size();
+    std::ranges::move(chunks, std::back_inserter(inFlight));
     if (allowed)
         return true;
     lastSendTime = clock();
@@ -86,8 +96,8 @@ bool ServerSendSink::State::handOver(bool allowed)
     return false;
 }
 
-/// @return the records to send, and the value of `handedOver` behind the last of them
-std::pair<std::vector<LogRecord>, std::uint64_t> ServerSendSink::State::beginSend()
+/// @return the lines to send, and the value of `handedOver` behind the last of them
+std::pair<LogChunks, std::uint64_t> ServerSendSink::State::beginSend()
 {
     const MutexLock lock(mutex);
     sending = true;
@@ -98,7 +108,7 @@ std::pair<std::vector<LogRecord>, std::uint64_t> ServerSendSink::State::beginSen
 /// @param end  of `beginSend`: what the end of the program handed over while this send was under way stays
 void ServerSendSink::State::endSend(bool arrived, std::uint64_t end)
 {
-    std::vector<LogRecord> kept;
+    LogChunks kept;
     const MutexLock lock(mutex);
     sending = false;
     if (!arrived)
@@ -111,11 +121,12 @@ void ServerSendSink::State::endSend(bool arrived, std::uint64_t end)
 void ServerSendSink::State::send(const std::shared_ptr<State>& state, bool async, const std::string& token,
                                  bool mayRefresh)
 {
-    const auto [records, end] = state->beginSend();
+    const auto [lines, end] = state->beginSend();
     WebRequest request;
     request.setMethod(WebRequest::Method::Post);
     request.setHeaders({{"Content-Type", "application/json"}, {"Authorization", "Bearer " + token}});
-    request.setBody(logBatchBody(records, state->params));
+    request.setTimeout(timeoutMs(lines));
+    request.setBody(logBatchBody(lines, state->params));
     request.send(
         state->params.url, "sendLogs",
         [state, async, mayRefresh, end = end](const Json::Value& answer)
@@ -146,18 +157,18 @@ ServerSendSink::ServerSendSink(Params params, Clock clock)
 
 void ServerSendSink::enable(bool enabled)
 {
-    std::vector<LogRecord> dropped;
+    LogChunks dropped;
     const MutexLock lock(state_->mutex);
     state_->enabled = enabled;
     if (!enabled)
-        dropped.swap(state_->pending);
+        dropped = state_->pending.take();
 }
 
 void ServerSendSink::setLogLevel(spdlog::level::level_enum level)
 {
     const MutexLock lock(state_->mutex);
     set_level(level);
-    std::erase_if(state_->pending, [level](const LogRecord& record) { return record.level < level; });
+    state_->pending.dropBelow(level);
 }
 
 void ServerSendSink::preShutdown()
@@ -170,7 +181,7 @@ void ServerSendSink::shutdown()
 {
     {
         const MutexLock lock(state_->mutex);
-        if (state_->pending.empty())
+        if (state_->pending.count() == 0)
             return;
     }
     trySendBatch(false);
@@ -190,8 +201,9 @@ void ServerSendSink::sink_it_(const spdlog::details::log_msg& message)
     const MutexLock lock(state_->mutex);
     if (!state_->enabled || !should_log(message.level))
         return;
-    state_->pending.push_back({std::chrono::floor<LogRecord::Ticks>(state_->clock()), message.level,
-                               std::string(message.payload.data(), message.payload.size())});
+    state_->pending.add({std::chrono::floor<LogRecord::Ticks>(state_->clock()),
+                         message.level,
+                         {message.payload.data(), message.payload.size()}});
 }
 
 void ServerSendSink::flush_()

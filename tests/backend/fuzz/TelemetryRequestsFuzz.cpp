@@ -11,8 +11,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto stats = VX::StatsRequest::parse(body);
     if (!stats && stats.error().empty())
         std::abort();
-    const auto lines = VX::parseLogLines(body);
-    if (!lines && lines.error().empty())
-        std::abort();
+    VX::LogItemsReader items(body);
+    for (;;)
+    {
+        const auto lines = VX::readLogLines(items, 2);
+        if (!lines && lines.error().empty())
+            std::abort();
+        if (!lines || lines->empty())
+            break;
+    }
     return 0;
 }

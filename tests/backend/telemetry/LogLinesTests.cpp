@@ -150,12 +150,8 @@ TEST_F(LogLinesTest, haveLimits)
     body["items"][0]["platform"] = std::string(501, 'x');
     EXPECT_EQ(send(body).errorMessage(), "\"platform\" is too long.");
 
-    std::string many = R"({"items":[0)";
-    for (int i = 0; i < 50'000; ++i)
-        many += ",0";
-    EXPECT_EQ(sendText(many + "]}").errorMessage(), "\"items\" must hold at most 50000 lines.");
-
-    EXPECT_EQ(sendText(std::string((8U << 20U) + 1, ' ')).status, 413);
+    body = lines({std::string((8U << 20U) + 1, 'x')});
+    EXPECT_EQ(send(body).errorMessage(), "\"items\" must hold lines of at most 8 MiB.");
     EXPECT_TRUE(messages().empty());
 }
 
@@ -174,6 +170,51 @@ TEST_F(LogLinesTest, comeInLargeBatches)
         many.push_back("line " + std::to_string(i));
     EXPECT_EQ(send(lines(many)).status, 201);
     EXPECT_EQ(messages(), many);
+}
+
+/// More than a megabyte, which goes another way.
+std::vector<std::string> manyMessages()
+{
+    std::vector<std::string> many;
+    for (int i = 0; i < 60'000; ++i)
+        many.push_back("line " + std::to_string(i));
+    return many;
+}
+
+TEST_F(LogLinesTest, comeInBatchesOfAnySize)
+{
+    const auto many = manyMessages();
+    const auto answer = send(lines(many));
+    EXPECT_EQ(answer.status, 201);
+    EXPECT_EQ(answer.body, "{}");
+    EXPECT_EQ(messages(), many);
+    EXPECT_EQ(stored("SELECT DISTINCT account FROM lines"), (std::vector<std::string>{"ann@example.com"}));
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "batch"));
+}
+
+TEST_F(LogLinesTest, areStoredOnceInALargeBatchToo)
+{
+    const auto many = manyMessages();
+    ASSERT_EQ(send(lines({many.front(), many.back()})).status, 201);
+    EXPECT_EQ(send(lines(many)).status, 201);
+    EXPECT_EQ(stored("SELECT count(*) FROM lines").front(), std::to_string(many.size()));
+}
+
+TEST_F(LogLinesTest, areNotStoredWhereAnyOfALargeBatchIsWrong)
+{
+    Json::Value body = lines(manyMessages());
+    body["items"][59'999]["message"] = 2;
+    const auto answer = send(body);
+    EXPECT_EQ(answer.status, 400);
+    EXPECT_EQ(answer.errorMessage(), "\"message\" must be a string.");
+    EXPECT_TRUE(messages().empty());
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "batch"));
+}
+
+TEST_F(LogLinesTest, areNotTakenOfStrangersInALargeBatch)
+{
+    EXPECT_EQ(send(lines(manyMessages()), "bad").status, 401);
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "batch"));
 }
 
 TEST_F(LogLinesTest, areForgottenWhenTheyAreOld)

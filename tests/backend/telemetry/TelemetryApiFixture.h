@@ -47,7 +47,7 @@ public:
     TempDir folder;
     const std::filesystem::path file = folder.path() / "telemetry.sqlite";
     std::unique_ptr<LogStore> store = LogStore::open(file).value();
-    TelemetryApi api{*store, userOf};
+    TelemetryApi api{*store, userOf, [this] { return folder.path() / "batch"; }};
     Router router;
     std::unique_ptr<HttpServer> server = HttpServer::start({}, router).value();
     const Client client{server->port()};

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 #include <json/value.h>
+#include <json/writer.h>
 
 #include <string_view>
 
@@ -27,9 +28,17 @@ ServerSendSink::Params params()
     return params;
 }
 
+std::string body(const std::vector<LogRecord>& records)
+{
+    LogLines lines;
+    for (const LogRecord& record : records)
+        lines.add(record);
+    return logBatchBody(lines.take(), params());
+}
+
 Json::Value sentItem(const LogRecord& record)
 {
-    return deserializeJsonValue(logBatchBody({record}, params())).value()["items"][0];
+    return deserializeJsonValue(body({record})).value()["items"][0];
 }
 
 std::string sentTime(LogRecord::Time time)
@@ -54,22 +63,22 @@ TEST(LogBatch, isAnObjectOfItemsInTheWritersOwnLayout)
                                       "\t]\n"
                                       "}";
     const LogRecord record{morning + LogRecord::Ticks(1234567), spdlog::level::warn, "text"};
-    EXPECT_EQ(logBatchBody({record}, params()), expected);
+    EXPECT_EQ(body({record}), expected);
 }
 
 TEST(LogBatch, hasItsRecordsInTheirOrder)
 {
-    const auto body = deserializeJsonValue(
-        logBatchBody({{morning, spdlog::level::info, "one"}, {morning, spdlog::level::info, "two"}}, params()));
-    ASSERT_TRUE(body);
-    ASSERT_EQ((*body)["items"].size(), 2U);
-    EXPECT_EQ((*body)["items"][0]["message"], "one");
-    EXPECT_EQ((*body)["items"][1]["message"], "two");
+    const auto sent =
+        deserializeJsonValue(body({{morning, spdlog::level::info, "one"}, {morning, spdlog::level::info, "two"}}));
+    ASSERT_TRUE(sent);
+    ASSERT_EQ((*sent)["items"].size(), 2U);
+    EXPECT_EQ((*sent)["items"][0]["message"], "one");
+    EXPECT_EQ((*sent)["items"][1]["message"], "two");
 }
 
 TEST(LogBatch, isAListWithoutRecordsToo)
 {
-    EXPECT_EQ(logBatchBody({}, params()), "{\n\t\"items\" : []\n}");
+    EXPECT_EQ(body({}), "{\n\t\"items\" : []\n}");
 }
 
 TEST(LogBatch, writesTimesWithSevenDecimals)
@@ -96,6 +105,43 @@ TEST(LogBatch, takesAnyBytesForAMessage)
     const std::string bytes("quote \" line\n nul \0 \xFF \xC3\xA9", 24);
     EXPECT_EQ(sentItem({morning, spdlog::level::info, bytes})["message"].asString(),
               std::string("quote \" line\n nul \0 \xEF\xBF\xBD \xC3\xA9", 26));
+}
+
+/// The same items as a tree, and written by the library.
+std::string bodyOfTheLibrary(const std::vector<LogRecord>& records)
+{
+    Json::Value document;
+    for (const LogRecord& record : records)
+    {
+        Json::Value item = sentItem(record);
+        item["message"] = Json::Value(record.message.data(), record.message.data() + record.message.size());
+        document["items"].append(item);
+    }
+    return Json::writeString(Json::StreamWriterBuilder(), document);
+}
+
+TEST(LogBatch, hasTheBytesOfTheLibrarysWriterWhateverIsInAMessage)
+{
+    std::string everyByte;
+    for (int byte = 0; byte < 256; ++byte)
+        everyByte += static_cast<char>(byte);
+    std::vector<LogRecord> records;
+    for (std::size_t i = 0; i < everyByte.size(); ++i)
+        records.push_back({morning + seconds(i), spdlog::level::info, std::string_view(everyByte).substr(i, 1)});
+    records.push_back({morning, spdlog::level::err, everyByte});
+    records.push_back({morning, spdlog::level::warn, ""});
+    records.push_back({morning, spdlog::level::warn, "a/b \\ \" \t \n \xC3\xA9 \xF0\x9F\x98\x80 \xE2\x80\xA8 <tag>"});
+    EXPECT_EQ(body(records), bodyOfTheLibrary(records));
+}
+
+TEST(LogBatch, writesTheNamesOfTheServiceAsTheLibraryDoes)
+{
+    ServerSendSink::Params special = params();
+    special.platform = "quote \" and \xC3\xA9";
+    LogLines lines;
+    lines.add({morning, spdlog::level::info, "text"});
+    const std::string text = logBatchBody(lines.take(), special);
+    EXPECT_NE(text.find("\"platform\" : \"quote \\\" and \\u00e9\""), std::string::npos) << text;
 }
 
 } // namespace
