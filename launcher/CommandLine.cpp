@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdint>
 #include <functional>
+#include <limits>
 
 namespace VX
 {
@@ -42,15 +44,18 @@ bool parseSize(CommandLine& line, const std::string& text)
     return true;
 }
 
-bool parsePort(CommandLine& line, const std::string& text)
+/// An option that stores its value, a whole number from 1 to `largest`, in `member`.
+auto storeNumberIn(std::optional<int> CommandLine::* member, int largest)
 {
-    constexpr int largestPort = 65535;
-    int port = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
-    if (error != std::errc() || end != text.data() + text.size() || port < 1 || port > largestPort)
-        return false;
-    line.mcpPort = port;
-    return true;
+    return [member, largest](CommandLine& line, const std::string& text)
+    {
+        int number = 0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+        if (error != std::errc() || end != text.data() + text.size() || number < 1 || number > largest)
+            return false;
+        line.*member = number;
+        return true;
+    };
 }
 
 /// An option that stores its value as a path or text in `member`.
@@ -90,10 +95,12 @@ const std::vector<Option>& options()
         {"-url", "LINK", "sign-in link of the browser, for the program that runs",
          [](CommandLine&, const std::string& link) { return !link.empty(); }},
         {"-mcpPort", "N", "port for agents (1 to 65535) that must be free; 7431 or the next free one without it",
-         parsePort},
+         storeNumberIn(&CommandLine::mcpPort, std::numeric_limits<std::uint16_t>::max())},
         {"-mcpStdio", "",
          "connect an agent on standard input and output to the running program; with -hidden, start one",
          raise(&CommandLine::mcpStdio)},
+        {"-exitWithParent", "PID", "end when the process PID, which started this one, has ended",
+         storeNumberIn(&CommandLine::parent, std::numeric_limits<int>::max())},
         {"-noTelemetry", "", "send no usage telemetry", raise(&CommandLine::noTelemetry)},
         {"-version", "", "print the version, exit", raise(&CommandLine::version)},
         {"-help", "", "print this text, exit", raise(&CommandLine::help)},

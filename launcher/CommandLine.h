@@ -28,6 +28,7 @@ struct CommandLine
     std::optional<std::filesystem::path> credentials; ///< e-mail address and password to sign in with
     bool noTelemetry = false;
     std::optional<int> mcpPort; ///< where agents are served
+    std::optional<int> parent;  ///< the process that this one is not to outlive
     bool mcpStdio = false;      ///< passes the protocol of agents on between standard input and a running program
     std::optional<std::filesystem::path> screenshot; ///< picture of the scene alone
     std::optional<std::filesystem::path> windowShot; ///< picture of the whole window

@@ -3,6 +3,7 @@
 #include "launcher/BatchOutput.h"
 #include "launcher/LocalAccount.h"
 #include "launcher/LocalServices.h"
+#include "launcher/ParentWatch.h"
 #include "launcher/StepOpener.h"
 #include "launcher/TerminationSignals.h"
 #include "launcher/UiDocument.h"
@@ -23,6 +24,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -146,6 +148,9 @@ int runLauncher(const CommandLine& line, std::vector<std::string> arguments, Dee
 
     const TerminationSignals signals([batch = line.isBatch()]
                                      { CommandLoop::appendCommand([batch] { endOnRequest(batch); }); });
+    std::optional<ParentWatch> parent;
+    if (line.parent)
+        parent.emplace(*line.parent, [] { CommandLoop::appendCommand([] { getViewerInstance().requestClose(); }); });
     if (line.isPlain())
         return launchViewer(std::move(arguments), launchParams(line), ViewerSetup());
     applyUiDocumentWhenReady(uiDocumentSources(line.uiDocument));

@@ -137,7 +137,8 @@ try
 }
 catch (const std::exception& error)
 {
-    spdlog::warn("There is no account at the services of this computer: {}", error.what());
+    spdlog::warn("There is no account at the services of this computer.");
+    spdlog::debug("The account cannot be made: {}", error.what());
     return {};
 }
 

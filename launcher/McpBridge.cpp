@@ -1,14 +1,14 @@
 #include "launcher/McpBridge.h"
 
+#include "launcher/McpPost.h"
+
 #include <VXMesh/Json.h>
 
-#include <curl/curl.h>
 #include <fmt/format.h>
 #include <json/json.h>
 
 #include <algorithm>
 #include <atomic>
-#include <string_view>
 #include <thread>
 #include <utility>
 
@@ -24,6 +24,12 @@ constexpr int parseErrorCode = -32700;
 constexpr int invalidRequestCode = -32600;
 constexpr int unreachableCode = -32000;
 
+// Of HTTP.
+constexpr long succeeded = 200;
+constexpr long sessionLost = 404;
+
+/// For messages that come back at once, where the server is well.
+constexpr auto deliveryLimit = std::chrono::milliseconds(5000);
 constexpr auto finishStep = std::chrono::milliseconds(10);
 
 constexpr const char* notRunning = "Quorvix is not running, or its server for agents is switched off. Start Quorvix, "
@@ -43,23 +49,6 @@ std::string textAt(const Json::Value& value, const char* key)
     return value.isObject() && value[key].isString() ? value[key].asString() : std::string();
 }
 
-struct Headers
-{
-    Headers() = default;
-    Headers(const Headers&) = delete;
-    Headers& operator=(const Headers&) = delete;
-
-    ~Headers() { curl_slist_free_all(list); }
-
-    void add(const std::string& name, const std::string& value)
-    {
-        if (!value.empty())
-            list = curl_slist_append(list, (name + ": " + value).c_str());
-    }
-
-    curl_slist* list = nullptr;
-};
-
 } // namespace
 
 /// What the client sent.
@@ -73,6 +62,9 @@ struct McpBridge::Message
     [[nodiscard]] std::string method() const { return textAt(body, "method"); }
 
     [[nodiscard]] bool isRequest() const { return body.isMember("method") && body.isMember("id"); }
+
+    /// Whether it begins a session of the older revisions.
+    [[nodiscard]] bool isBeginning() const { return method() == "initialize" && ownRevision().empty(); }
 
     /// The revision that a message of the newer ones carries itself.
     [[nodiscard]] std::string ownRevision() const
@@ -94,82 +86,27 @@ struct McpBridge::Message
 /// A message on its way, and what comes back.
 struct McpBridge::Request
 {
-    explicit Request(Message sent)
+    Request(Message sent, std::function<void(const std::string&)> answer)
         : message(std::move(sent))
+        , take(std::move(answer))
+        , post([this](const std::string& text) { receive(text); })
     {
+    }
+
+    void receive(const std::string& text)
+    {
+        answered = true;
+        take(text);
     }
 
     const Message message;
-    std::atomic<bool> abandoned = false;
+    const std::function<void(const std::string&)> take;
+    McpPost post;
     std::atomic<bool> done = false;
     std::thread thread;
-
-    std::function<void(const std::string&)> received;
-    std::string contentType;
-    std::string session;
-    std::string text; ///< what came and was not handed on yet
-    long status = 0;
-    bool reachable = false;
+    std::string session; ///< that it was sent in
     bool answered = false;
-
-    [[nodiscard]] bool isStream() const { return contentType.starts_with("text/event-stream"); }
-
-    /// Hands on the events that are complete.
-    void takeEvents()
-    {
-        for (std::size_t end = text.find("\n\n"); end != std::string::npos; end = text.find("\n\n"))
-        {
-            std::string data;
-            std::string_view rest = std::string_view(text).substr(0, end);
-            while (!rest.empty())
-            {
-                const std::string_view line = rest.substr(0, rest.find('\n'));
-                rest.remove_prefix(std::min(rest.size(), line.size() + 1));
-                if (line.starts_with("data:"))
-                    data += line.substr(line.starts_with("data: ") ? 6 : 5);
-            }
-            text.erase(0, end + 2);
-            if (!data.empty())
-                received(data);
-        }
-    }
-
-    static std::size_t take(char* bytes, std::size_t size, std::size_t count, void* self)
-    {
-        auto& request = *static_cast<Request*>(self);
-        for (const char c : std::string_view(bytes, size * count))
-        {
-            if (c != '\r')
-                request.text += c;
-        }
-        if (request.isStream())
-            request.takeEvents();
-        return size * count;
-    }
-
-    static std::size_t takeHeader(char* bytes, std::size_t size, std::size_t count, void* self)
-    {
-        auto& request = *static_cast<Request*>(self);
-        const std::string_view line(bytes, size * count);
-        const std::size_t colon = line.find(':');
-        if (colon == std::string_view::npos)
-            return size * count;
-        std::string name(line.substr(0, colon));
-        std::ranges::transform(name, name.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? char(c + 32) : c; });
-        std::string_view value = line.substr(colon + 1);
-        value.remove_prefix(std::min(value.find_first_not_of(" \t"), value.size()));
-        value = value.substr(0, value.find_last_not_of("\r\n \t") + 1);
-        if (name == "content-type")
-            request.contentType = value;
-        else if (name == "mcp-session-id")
-            request.session = value;
-        return size * count;
-    }
-
-    static int isToStop(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
-    {
-        return static_cast<Request*>(self)->abandoned ? 1 : 0;
-    }
+    bool isOurs = false; ///< the client did not send it
 };
 
 McpBridge::McpBridge(FindPort findPort, Write write, std::string token)
@@ -184,7 +121,7 @@ McpBridge::~McpBridge()
     {
         const MutexLock lock(mutex_);
         for (const std::shared_ptr<Request>& request : running_)
-            request->abandoned = true;
+            request->post.abandon();
     }
     reap_(true);
 }
@@ -208,12 +145,7 @@ void McpBridge::handle(const std::string& line)
     Message message(std::move(*value));
     if (message.method() == "notifications/cancelled" && cancel_(message))
         return;
-    auto request = std::make_shared<Request>(std::move(message));
-    request->received = [this, raw = request.get()](const std::string& text)
-    {
-        raw->answered = true;
-        write_(text);
-    };
+    auto request = std::make_shared<Request>(std::move(message), [this](const std::string& text) { write_(text); });
     if (request->message.isRequest())
         start_(std::move(request));
     else
@@ -222,13 +154,15 @@ void McpBridge::handle(const std::string& line)
 
 bool McpBridge::cancel_(const Message& message)
 {
+    if (!message.body["params"].isObject())
+        return false;
     const Json::Value& id = message.body["params"]["requestId"];
     const MutexLock lock(mutex_);
     const auto found = std::ranges::find_if(running_, [&](const auto& each) { return each->message.body["id"] == id; });
     // The newer revisions have no such message over HTTP: who cancels closes the stream.
     if (found == running_.end() || (*found)->message.ownRevision().empty())
         return false;
-    (*found)->abandoned = true;
+    (*found)->post.abandon();
     return true;
 }
 
@@ -247,69 +181,89 @@ void McpBridge::start_(std::shared_ptr<Request> request)
 
 void McpBridge::deliver_(Request& request)
 {
-    const auto port = findPort_();
-    const std::unique_ptr<CURL, void (*)(CURL*)> curl(port ? curl_easy_init() : nullptr, curl_easy_cleanup);
-    if (curl)
-    {
-        const std::string url = fmt::format("http://127.0.0.1:{}/mcp", *port);
-        const std::string body = lineOf(request.message.body);
-        const std::string own = request.message.ownRevision();
-        Headers headers;
-        headers.add("Content-Type", "application/json");
-        headers.add("Accept", "application/json, text/event-stream");
-        headers.add("Authorization", token_.empty() ? std::string() : "Bearer " + token_);
-        headers.add("Expect", " ");
-        if (!own.empty())
-        {
-            headers.add("MCP-Protocol-Version", own);
-            headers.add("Mcp-Method", request.message.method());
-            headers.add("Mcp-Name", request.message.name());
-        }
-        else
-        {
-            const MutexLock lock(mutex_);
-            headers.add("Mcp-Session-Id", session_);
-            headers.add("MCP-Protocol-Version", revision_);
-        }
-        curl_easy_setopt(curl.get(), CURLOPT_URL, url.c_str());
-        curl_easy_setopt(curl.get(), CURLOPT_PROXY, "");
-        curl_easy_setopt(curl.get(), CURLOPT_NOSIGNAL, 1L);
-        curl_easy_setopt(curl.get(), CURLOPT_HTTPHEADER, headers.list);
-        curl_easy_setopt(curl.get(), CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size()));
-        curl_easy_setopt(curl.get(), CURLOPT_POSTFIELDS, body.c_str());
-        curl_easy_setopt(curl.get(), CURLOPT_WRITEFUNCTION, Request::take);
-        curl_easy_setopt(curl.get(), CURLOPT_WRITEDATA, &request);
-        curl_easy_setopt(curl.get(), CURLOPT_HEADERFUNCTION, Request::takeHeader);
-        curl_easy_setopt(curl.get(), CURLOPT_HEADERDATA, &request);
-        curl_easy_setopt(curl.get(), CURLOPT_NOPROGRESS, 0L);
-        curl_easy_setopt(curl.get(), CURLOPT_XFERINFOFUNCTION, Request::isToStop);
-        curl_easy_setopt(curl.get(), CURLOPT_XFERINFODATA, &request);
-        request.reachable = curl_easy_perform(curl.get()) == CURLE_OK;
-        curl_easy_getinfo(curl.get(), CURLINFO_RESPONSE_CODE, &request.status);
-    }
-    if (request.abandoned)
+    send_(request);
+    if (isSessionLost_(request) && beginAgain_(request.session))
+        send_(request);
+    if (request.post.isAbandoned())
         return;
     learn_(request);
-    if (!request.isStream() && request.text.starts_with('{'))
-        request.received(request.text);
+    if (const std::string answer = request.post.message(); !answer.empty())
+        request.receive(answer);
     if (!request.message.isRequest() || request.answered)
         return;
     writeError_(request.message.body["id"],
-                !request.reachable
+                !request.post.isAnswered()
                     ? notRunning
                     : fmt::format("The server for agents answered with the HTTP status {}. If it wants a token, "
                                   "check \"mcpToken\" in the configuration.",
-                                  request.status),
+                                  request.post.status()),
                 unreachableCode);
+}
+
+void McpBridge::send_(Request& request)
+{
+    const auto port = findPort_();
+    if (!port)
+        return;
+    McpPost::Headers headers{{"Content-Type", "application/json"},
+                             {"Accept", "application/json, text/event-stream"},
+                             {"Authorization", token_.empty() ? std::string() : "Bearer " + token_},
+                             {"Expect", " "}};
+    if (const std::string own = request.message.ownRevision(); !own.empty())
+    {
+        headers.emplace_back("MCP-Protocol-Version", own);
+        headers.emplace_back("Mcp-Method", request.message.method());
+        headers.emplace_back("Mcp-Name", request.message.name());
+    }
+    else if (!request.message.isBeginning())
+    {
+        const MutexLock lock(mutex_);
+        request.session = session_;
+        headers.emplace_back("Mcp-Session-Id", session_);
+        headers.emplace_back("MCP-Protocol-Version", revision_);
+    }
+    // Tools may take their time. What nobody waits for may not: the next message would wait for it.
+    const auto limit = request.message.isRequest() && !request.isOurs ? std::chrono::milliseconds(0) : deliveryLimit;
+    request.post.send(*port, lineOf(request.message.body), headers, limit);
+}
+
+bool McpBridge::isSessionLost_(const Request& request)
+{
+    return request.post.status() == sessionLost && !request.session.empty() && !request.post.isAbandoned();
+}
+
+bool McpBridge::beginAgain_(const std::string& lost)
+{
+    const MutexLock oneAtATime(beginning_);
+    Json::Value initialize;
+    {
+        const MutexLock lock(mutex_);
+        if (session_ != lost)
+            return true;
+        initialize = initialize_;
+    }
+    Request again{Message(std::move(initialize)), [](const std::string&) {}};
+    again.isOurs = true;
+    send_(again);
+    if (again.post.status() != succeeded)
+        return false;
+    learn_(again);
+    Json::Value text;
+    text["jsonrpc"] = "2.0";
+    text["method"] = "notifications/initialized";
+    Request initialized{Message(std::move(text)), [](const std::string&) {}};
+    send_(initialized);
+    return true;
 }
 
 void McpBridge::learn_(const Request& request)
 {
-    if (request.message.method() != "initialize" || !request.message.ownRevision().empty())
+    if (!request.message.isBeginning() || request.post.status() != succeeded)
         return;
-    const auto answer = deserializeJsonValue(request.text);
+    const auto answer = deserializeJsonValue(request.post.message());
     const MutexLock lock(mutex_);
-    session_ = request.session;
+    initialize_ = request.message.body;
+    session_ = request.post.session();
     if (answer && answer->isObject())
         revision_ = textAt((*answer)["result"], "protocolVersion");
 }

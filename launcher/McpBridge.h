@@ -16,7 +16,8 @@ namespace VX
 {
 
 /// Passes messages of the Model Context Protocol on from a client that writes and reads lines to the server of a
-/// running program, and back. Requests are under way side by side.
+/// running program, and back. Requests are under way side by side. A session that the server does not know, since
+/// another program serves by now, is begun again as the client has begun it.
 class McpBridge
 {
 public:
@@ -35,7 +36,8 @@ public:
     McpBridge(const McpBridge&) = delete;
     McpBridge& operator=(const McpBridge&) = delete;
 
-    /// Passes on a message of the client. Returns at once for a request; waits until anything else is delivered.
+    /// Passes on a message of the client. Returns at once for a request; waits until anything else is delivered, but no
+    /// longer than five seconds.
     void handle(const std::string& line);
 
     /// Waits until all requests are answered, but no longer than that.
@@ -48,6 +50,9 @@ private:
     void start_(std::shared_ptr<Request> request);
     [[nodiscard]] bool cancel_(const Message& message);
     void deliver_(Request& request);
+    void send_(Request& request);
+    [[nodiscard]] static bool isSessionLost_(const Request& request);
+    [[nodiscard]] bool beginAgain_(const std::string& lost);
     void learn_(const Request& request);
     void reap_(bool all);
     void write_(const std::string& line);
@@ -57,9 +62,11 @@ private:
     const Write writeLine_;
     const std::string token_;
     Mutex mutex_;
-    std::string session_ VX_GUARDED_BY(mutex_);  ///< of the older revisions
-    std::string revision_ VX_GUARDED_BY(mutex_); ///< that the server has agreed to, of the older ones
+    std::string session_ VX_GUARDED_BY(mutex_);    ///< of the older revisions
+    std::string revision_ VX_GUARDED_BY(mutex_);   ///< that the server has agreed to, of the older ones
+    Json::Value initialize_ VX_GUARDED_BY(mutex_); ///< with which the client has begun the session
     std::vector<std::shared_ptr<Request>> running_ VX_GUARDED_BY(mutex_);
+    Mutex beginning_; ///< held while a session is begun again
     Mutex writing_;
 };
 

@@ -196,6 +196,7 @@ asio::awaitable<bool> Connection::exchange_()
     if (const int status = co_await readBody_(parser, *sink, request); status != goOn)
         co_return co_await refuse_(status);
 
+    const HttpReplyGate::Exchange onItsWay(gate_);
     auto response = co_await ask_(std::move(request));
     co_return co_await send_(std::move(response), form);
 }

@@ -21,6 +21,26 @@ void HttpReplyGate::close()
     isOpen_ = false;
 }
 
+HttpReplyGate::Exchange::Exchange(std::shared_ptr<HttpReplyGate> gate)
+    : gate_(std::move(gate))
+{
+    const std::lock_guard lock(gate_->mutex_);
+    ++gate_->exchanges_;
+}
+
+HttpReplyGate::Exchange::~Exchange()
+{
+    const std::lock_guard lock(gate_->mutex_);
+    if (--gate_->exchanges_ == 0)
+        gate_->allAnswered_.notify_all();
+}
+
+void HttpReplyGate::waitForExchanges(std::chrono::milliseconds limit)
+{
+    std::unique_lock lock(mutex_);
+    allAnswered_.wait_for(lock, limit, [this] { return exchanges_ == 0; });
+}
+
 HttpReply::HttpReply(std::shared_ptr<HttpReplyGate> gate, std::weak_ptr<HttpReplyTaker> to)
     : gate_(std::move(gate))
     , to_(std::move(to))

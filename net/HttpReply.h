@@ -3,6 +3,8 @@
 #include <net/HttpServer.h>
 
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <memory>
 #include <mutex>
 
@@ -37,12 +39,32 @@ public:
     /// @threads any
     void close();
 
+    /// A request on its way from the handler's call to the end of its answer, while it lives.
+    class Exchange
+    {
+    public:
+        explicit Exchange(std::shared_ptr<HttpReplyGate> gate);
+        ~Exchange();
+
+        Exchange(const Exchange&) = delete;
+        Exchange& operator=(const Exchange&) = delete;
+
+    private:
+        const std::shared_ptr<HttpReplyGate> gate_;
+    };
+
+    /// Waits until no request is on its way, but no longer than that.
+    /// @threads any
+    void waitForExchanges(std::chrono::milliseconds limit);
+
     /// Connections that are open now.
     std::atomic<unsigned> connections = 0;
 
 private:
     std::mutex mutex_;
     bool isOpen_ = true;
+    unsigned exchanges_ = 0;
+    std::condition_variable allAnswered_;
 };
 
 /// The one reply to a request: the first that is given, or status 500 when the handler lets go of it.

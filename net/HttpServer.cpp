@@ -57,6 +57,8 @@ public:
 
     void run();
 
+    void finish(std::chrono::milliseconds limit) { gate_->waitForExchanges(limit); }
+
     [[nodiscard]] std::uint16_t port() const { return port_; }
 
     [[nodiscard]] unsigned connections() const { return gate_->connections; }
@@ -186,6 +188,11 @@ tl::expected<std::unique_ptr<HttpServer>, std::string> HttpServer::start(Setting
     {
         return tl::unexpected(std::string("The HTTP server cannot be started: ") + exception.what());
     }
+}
+
+void HttpServer::finish(std::chrono::milliseconds limit)
+{
+    impl_->finish(limit);
 }
 
 std::uint16_t HttpServer::port() const

@@ -106,6 +106,9 @@ public:
     HttpServer(const HttpServer&) = delete;
     HttpServer& operator=(const HttpServer&) = delete;
 
+    /// Waits until the requests that the handler has are answered and the answers sent, but no longer than that.
+    void finish(std::chrono::milliseconds limit);
+
     [[nodiscard]] std::uint16_t port() const;
 
     /// Connections that are open now.

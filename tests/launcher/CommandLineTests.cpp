@@ -47,10 +47,10 @@ TEST(CommandLine, TakesNothingButAPortForAgents)
 
 TEST(CommandLine, ReadsEveryOption)
 {
-    const auto line =
-        parsed({"-screenshot",  "s.png",       "-windowShot", "w.png",     "-sceneInfo", "-",      "-size",
-                "640x480",      "-deployment", "d.json",      "-uiConfig", "u.json",     "-creds", "c.json",
-                "-noTelemetry", "-mcpPort",    "7500",        "-mcpStdio", "-version",   "-help"});
+    const auto line = parsed({"-screenshot", "s.png",   "-windowShot",     "w.png",    "-sceneInfo", "-",
+                              "-size",       "640x480", "-deployment",     "d.json",   "-uiConfig",  "u.json",
+                              "-creds",      "c.json",  "-noTelemetry",    "-mcpPort", "7500",       "-mcpStdio",
+                              "-version",    "-help",   "-exitWithParent", "42"});
     EXPECT_EQ(line.screenshot, "s.png");
     EXPECT_EQ(line.windowShot, "w.png");
     EXPECT_EQ(line.sceneInfo, "-");
@@ -63,6 +63,7 @@ TEST(CommandLine, ReadsEveryOption)
     EXPECT_TRUE(line.noTelemetry);
     EXPECT_EQ(line.mcpPort, 7500);
     EXPECT_TRUE(line.mcpStdio);
+    EXPECT_EQ(line.parent, 42);
     EXPECT_TRUE(line.version);
     EXPECT_TRUE(line.help);
 }

@@ -2,6 +2,7 @@
 
 #include <future>
 #include <string>
+#include <thread>
 
 namespace VX::Test
 {
@@ -230,6 +231,22 @@ TEST_F(HttpServerLimitsTests, ConnectionsOverTheLimitAreClosed)
     EXPECT_EQ(second.receiveAll(), "");
     first.send("GET / HTTP/1.1\r\nHost: x\r\n\r\n");
     EXPECT_TRUE(first.receiveAnswer().ends_with("GET / "));
+}
+
+TEST_F(HttpServerLimitsTests, WaitsForTheLastAnswersButNotForLong)
+{
+    std::promise<Respond> taken;
+    answer = [&](const HttpRequest&, Respond respond) { taken.set_value(std::move(respond)); };
+    serve();
+    auto socket = connect();
+    socket.send("GET / HTTP/1.1\r\nHost: x\r\n\r\n");
+    const Respond respond = taken.get_future().get();
+    server->finish(1ms);
+    std::thread answering([&] { respond({.body = "late"}); });
+    server->finish(10s);
+    server.reset();
+    answering.join();
+    EXPECT_TRUE(socket.receiveAll().ends_with("late"));
 }
 
 TEST_F(HttpServerLimitsTests, ATruncatedBodyDoesNotReachTheHandler)

@@ -35,6 +35,22 @@ bool has(const std::string& text, std::string_view part)
     return !std::ranges::search(text, part, same).empty();
 }
 
+/// What the header names, without its parameters.
+std::string mediaTypeOf(const std::string& contentType)
+{
+    std::string type = contentType.substr(0, contentType.find(';'));
+    type.erase(type.find_last_not_of(" \t") + 1);
+    type.erase(0, type.find_first_not_of(" \t"));
+    return type;
+}
+
+bool isJson(const std::string& contentType)
+{
+    constexpr std::string_view json = "application/json";
+    const std::string type = mediaTypeOf(contentType);
+    return type.size() == json.size() && has(type, json);
+}
+
 Exchange::Accepts acceptedBy(const HttpRequest& request)
 {
     const std::string accept = headerOf(request, "Accept");
@@ -81,7 +97,7 @@ tl::expected<HttpBodySink, HttpResponse> Endpoint::acceptBody(const HttpRequest&
         return tl::unexpected(std::move(*refusal));
     if (head.path != path)
         return tl::unexpected(HttpResponse{.status = 404});
-    if (head.method == "POST" && !has(headerOf(head, "Content-Type"), "application/json"))
+    if (head.method == "POST" && !isJson(headerOf(head, "Content-Type")))
         return tl::unexpected(HttpResponse{.status = 415});
     return HttpBodySink{.limit = bodyLimit};
 }

@@ -1,5 +1,6 @@
 #include "Methods.h"
 
+#include "ClientInfo.h"
 #include "EventStream.h"
 #include "ModernRequest.h"
 #include "Offers.h"
@@ -57,10 +58,8 @@ void initialize(const SharedPtr& shared, const RequestPtr& request)
     const Json::Value& params = request->message.params;
     if (!params["protocolVersion"].isString())
         return replyInvalidParams(*request, "The member \"protocolVersion\" is missing.");
-    const Json::Value& client = params["clientInfo"];
-    const std::string name = client.isObject() && client["name"].isString() ? client["name"].asString() : "";
-    const auto session = shared->sessions.open(
-        name, params["capabilities"].isObject() ? params["capabilities"] : Json::Value(Json::objectValue));
+    const auto session =
+        shared->sessions.open(clientNameOf(params["clientInfo"]), capabilityFlags(params["capabilities"]));
 
     const auto info = shared->registry.info();
     Json::Value result(Json::objectValue);

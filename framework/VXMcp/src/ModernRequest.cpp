@@ -1,5 +1,6 @@
 #include "ModernRequest.h"
 
+#include "ClientInfo.h"
 #include "Secrets.h"
 
 namespace VX::Mcp
@@ -116,9 +117,8 @@ std::optional<Refusal> readModernRequest(const HttpRequest& http, ClientRequest&
         return refusal;
 
     out.isModern = true;
-    out.capabilities = meta[capabilitiesKey];
-    if (meta[clientKey].isObject() && meta[clientKey]["name"].isString())
-        out.clientName = meta[clientKey]["name"].asString();
+    out.capabilities = capabilityFlags(meta[capabilitiesKey]);
+    out.clientName = clientNameOf(meta[clientKey]);
     if (meta[logLevelKey].isString())
         out.logLevel = logLevelOf(meta[logLevelKey].asString());
     return std::nullopt;

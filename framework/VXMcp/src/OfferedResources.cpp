@@ -64,7 +64,13 @@ bool read(const SharedPtr& shared, const RequestPtr& request, const std::string&
 {
     if (const auto resource = shared->registry.findResource(uri))
     {
-        resource->read(answerTo(shared, request, uri, resource->mimeType));
+        const auto answer = answerTo(shared, request, uri, resource->mimeType);
+        auto allowed =
+            resource->tool.empty() ? tl::expected<void, std::string>() : shared->registry.validate(resource->tool);
+        if (allowed)
+            resource->read(answer);
+        else
+            answer(tl::unexpected(std::move(allowed).error()));
         return true;
     }
     for (const auto& [pattern, entry] : shared->registry.resourceTemplates())

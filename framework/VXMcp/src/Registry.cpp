@@ -57,6 +57,21 @@ void Registry::addAlias(std::string alias, std::string toolName)
     aliases_[std::move(alias)] = std::move(toolName);
 }
 
+void Registry::clear()
+{
+    // Destroyed without the lock: what a tool owns may take its time to end.
+    Table<Tool> tools;
+    Table<Resource> resources;
+    Table<ResourceTemplate> resourceTemplates;
+    Table<Prompt> prompts;
+    const MutexLock lock(mutex_);
+    tools.swap(tools_);
+    resources.swap(resources_);
+    resourceTemplates.swap(resourceTemplates_);
+    prompts.swap(prompts_);
+    aliases_.clear();
+}
+
 void Registry::setToolValidator(Server::ToolValidator validator)
 {
     auto entry = validator ? std::make_shared<const Server::ToolValidator>(std::move(validator)) : nullptr;

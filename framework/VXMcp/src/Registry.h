@@ -31,6 +31,7 @@ public:
     void addResourceTemplate(ResourceTemplate resourceTemplate);
     void addPrompt(Prompt prompt);
     void addAlias(std::string alias, std::string toolName);
+    void clear(); ///< all but the validator and the info
     void setToolValidator(Server::ToolValidator validator);
     void setInfo(Info info);
 

@@ -17,6 +17,8 @@ namespace
 constexpr unsigned portsTried = 64;
 /// More than one, so that a tool which thinks for a moment holds up nobody.
 constexpr unsigned serverThreads = 4;
+/// For how long cancelled calls may still answer when the server stops.
+constexpr std::chrono::milliseconds lastAnswers{500};
 
 } // namespace
 
@@ -55,6 +57,13 @@ void Server::addResource(Resource resource)
 {
     impl_->shared->registry.addResource(std::move(resource));
     impl_->shared->listeners.publish({.kind = Change::Kind::ResourceList});
+}
+
+void Server::clear()
+{
+    impl_->shared->registry.clear();
+    for (const auto kind : {Change::Kind::ToolList, Change::Kind::ResourceList, Change::Kind::PromptList})
+        impl_->shared->listeners.publish({.kind = kind});
 }
 
 void Server::addResourceTemplate(ResourceTemplate resourceTemplate)
@@ -127,6 +136,8 @@ void Server::stop()
     if (!http)
         return;
     impl_->shared->calls.cancelAll();
+    impl_->shared->listeners.endAll();
+    http->finish(lastAnswers);
     http.reset();
     // What a request that was just being served has left behind.
     impl_->shared->calls.cancelAll();

@@ -67,6 +67,13 @@ TEST_F(AccessTests, OtherPathsAndTypesAreRefused)
     EXPECT_TRUE(socket.receiveAnswer().starts_with("HTTP/1.1 404 "));
 }
 
+TEST_F(AccessTests, TheTypeIsWhatComesBeforeItsParameters)
+{
+    EXPECT_EQ(send("POST", {{"Content-Type", "Application/JSON ; charset=utf-8"}}, ping).status, 200);
+    for (const char* type : {"text/plain; a=application/json", "application/json-seq", "xapplication/json"})
+        EXPECT_EQ(send("POST", {{"Content-Type", type}}, ping).status, 415) << type;
+}
+
 TEST_F(AccessTests, ABodyOverTheLimitIsRefusedUnread)
 {
     auto socket = connect();

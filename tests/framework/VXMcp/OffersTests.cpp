@@ -170,4 +170,24 @@ TEST_F(OffersTests, SuggestionsAreLimited)
     EXPECT_TRUE(completion["hasMore"].asBool());
 }
 
+TEST_F(OffersTests, AResourceIsRefusedWithTheToolThatTellsTheSame)
+{
+    server.addResource({.uri = "x://a",
+                        .mimeType = "text/plain",
+                        .tool = "secrets.tell",
+                        .read = [](const Mcp::Resource::Answer& answer) { answer(std::string("secret")); }});
+    server.setToolValidator(
+        [](const std::string& name) -> tl::expected<void, std::string>
+        {
+            if (name == "secrets.tell")
+                return tl::unexpected(std::string("Sign in first."));
+            return {};
+        });
+    for (const auto& answer :
+         {modern("resources/read", object("uri", "x://a")), legacy("resources/read", object("uri", "x://a"))})
+        EXPECT_EQ(answer.json["error"]["message"], "Sign in first.");
+    server.setToolValidator({});
+    EXPECT_EQ(modern("resources/read", object("uri", "x://a")).json["result"]["contents"][0]["text"], "secret");
+}
+
 } // namespace VX::Test

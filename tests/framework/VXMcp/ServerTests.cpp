@@ -100,6 +100,44 @@ TEST_F(ServerTests, ToStopIsToCancel)
     late(Mcp::ToolResult{}); // a tool may notice late
 }
 
+TEST_F(ServerTests, TheAnswersOfCancelledCallsArriveBeforeItStops)
+{
+    std::promise<void> started;
+    server.addTool({.name = "long",
+                    .run = [&](std::shared_ptr<Mcp::ToolCall> call, const Mcp::Tool::Answer& answer)
+                    {
+                        call->onCanceled([answer] { answer(Mcp::ToolResult::error("closing")); });
+                        started.set_value();
+                    }});
+    auto socket = connect();
+    socket.send(legacyBytes("tools/call", object("name", "long"), initialize()));
+    started.get_future().wait();
+    server.stop();
+    EXPECT_THAT(socket.receiveAll(), testing::HasSubstr("closing"));
+}
+
+TEST_F(ServerTests, OffersNothingOnceItIsCleared)
+{
+    addTool("good", [](Mcp::ToolCall&) { return Mcp::ToolResult{}; });
+    server.addAlias("well", "good");
+    server.addResource({.uri = "x://a"});
+    server.addPrompt({.name = "p"});
+    server.clear();
+    EXPECT_EQ(legacy("tools/call", object("name", "well")).error(), -32602);
+    EXPECT_EQ(legacy("resources/list").json["result"]["resources"].size(), 0U);
+    EXPECT_EQ(legacy("prompts/list").json["result"]["prompts"].size(), 0U);
+}
+
+TEST_F(ServerTests, RemembersTheBeginningOfALongName)
+{
+    addTool("good", [](Mcp::ToolCall&) { return Mcp::ToolResult{}; });
+    Json::Value params = object("name", "good");
+    std::string name(99, 'a');
+    params["_meta"]["io.modelcontextprotocol/clientInfo"]["name"] = name + "\u00e4bc";
+    modern("tools/call", params);
+    EXPECT_EQ(server.status().lastCalls.front().client, name);
+}
+
 TEST_F(ServerTests, AToolMayAnswerWhenTheServerIsGone)
 {
     std::promise<Mcp::Tool::Answer> kept;

@@ -19,6 +19,7 @@ struct Resource
     std::string title{};
     std::string description{};
     std::string mimeType{}; ///< what begins with "text/" or ends with "json" or "xml" is sent as text, else as bytes
+    std::string tool{};     ///< that tells the same: where it may not be called, this may not be read; empty: none
     /// Called on a server thread. Answers exactly once, on any thread, with the content or the reason why there is
     /// none.
     std::function<void(Answer)> read{};

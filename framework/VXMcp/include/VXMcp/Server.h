@@ -74,6 +74,9 @@ public:
     /// Takes calls of `alias` for calls of `toolName`. Aliases are listed nowhere.
     void addAlias(std::string alias, std::string toolName);
 
+    /// Forgets all tools, aliases, resources, templates and prompts. Calls in progress keep what they use.
+    void clear();
+
     /// Asks `validator` before each call, with the tool's name and before the tool is looked up. Its error is what the
     /// client gets in place of a result. It is called on server threads, several at a time; empty: all are allowed.
     void setToolValidator(ToolValidator validator);
@@ -86,7 +89,8 @@ public:
     /// @return an error sentence where no port is to be had
     [[nodiscard]] tl::expected<void, std::string> start(const Settings& settings);
 
-    /// Cancels the calls in progress and closes all connections. Does nothing where the server does not run.
+    /// Cancels the calls in progress, gives them half a second to answer and closes all connections. Does nothing where
+    /// the server does not run.
     void stop();
 
     [[nodiscard]] bool isRunning() const;
