@@ -1,4 +1,5 @@
 #include "agent/AllowedFolders.h"
+#include "tests/support/Processes.h"
 #include "tests/support/WaitUntil.h"
 #include "tests/system/AgentClient.h"
 #include "tests/system/ProgramRun.h"
@@ -11,6 +12,9 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <csignal>
+#include <set>
+#include <string>
 
 namespace VX::Test
 {
@@ -38,6 +42,16 @@ protected:
     }
 
     [[nodiscard]] std::string withPath_(const std::string& path) const { return R"({"path": ")" + path + "\"}"; }
+
+    /// A bridge whose input does not end, and which starts a program.
+    [[nodiscard]] RunningProgram bridge_(const std::string& arguments) const
+    {
+        const std::string input = "\"" + (program_.folder().path() / "input").string() + "\"";
+        const auto script = program_.folder().write(
+            "bridge.sh", "mkfifo " + input + "; exec 3<>" + input +
+                             "; exec \"" QX_BIN_DIR "/Quorvix\" -mcpStdio -hidden " + arguments + " <&3\n");
+        return RunningProgram("/bin/sh", {script.string()}, program_.folder().path());
+    }
 
     ProgramRun program_;
     std::vector<std::string> lines_; ///< that a bridge wrote
@@ -73,16 +87,35 @@ TEST_F(AgentJourney, WorksOnAPartFromAStepFile)
 
     const Json::Value loaded = agent.use("scene.loadFile", withPath_(sample_()));
     EXPECT_FALSE(loaded["objects"].empty());
-    const Json::Value montage = agent.call("viewer.captureMontage");
-    EXPECT_EQ(montage["structuredContent"]["views"].size(), 4U);
+    std::set<std::string> pictures;
+    Json::Value top;
+    for (const char* view : {"front", "right", "isometric", "top"})
+    {
+        const Json::Value taken = agent.call("viewer.captureScreenshot", fmt::format(R"({{"view": "{}"}})", view));
+        pictures.insert(taken["content"][0]["data"].asString());
+        top = taken["structuredContent"];
+    }
+    EXPECT_EQ(pictures.size(), 4U);
 
     const Json::Value meshes = agent.use("scene.list", R"({"sortBy": "size", "type": "ObjectMesh"})");
     const Json::Value largest = meshes["objects"][0];
     const std::string id = largest["id"].asString();
     EXPECT_GT(agent.use("scene.getObject", R"({"id": )" + id + "}")["area"].asDouble(), 0);
 
-    const Json::Value region = agent.use("select.primitive", R"({"face": 0, "id": )" + id + "}");
-    EXPECT_GT(region["selectedFaces"].asInt(), 0);
+    // The round top of the upright.
+    Json::Value middle;
+    middle["x"] = top["width"].asInt() / 2;
+    middle["y"] = top["height"].asInt() / 2;
+    middle["picture"] = top;
+    const Json::Value hit = agent.use("select.pick", middle.toStyledString());
+    EXPECT_EQ(hit["object"]["id"], largest["id"]);
+    Json::Value start;
+    start["id"] = largest["id"];
+    start["face"] = hit["element"];
+    const Json::Value region = agent.use("select.primitive", start.toStyledString());
+    start["angleTolerance"] = 1;
+    EXPECT_GT(region["found"].asInt(), agent.use("select.primitive", start.toStyledString())["found"].asInt());
+    agent.use("history.undo");
     EXPECT_EQ(agent.use("select.delete")["deletedFaces"], region["selectedFaces"]);
     const std::string triangles = "triangles";
     EXPECT_LT(agent.use("scene.getObject", R"({"id": )" + id + "}")[triangles].asInt(), largest[triangles].asInt());
@@ -137,6 +170,27 @@ TEST_F(AgentJourney, ABridgeTellsWhatIsNoMessage)
     ASSERT_EQ(lines_.size(), 2U);
     EXPECT_THAT(lines_[0], HasSubstr("-32700"));
     EXPECT_THAT(lines_[1], HasSubstr("-32600"));
+}
+
+TEST_F(AgentJourney, AProgramEndsWithTheBridgeThatStartedItAlsoWhereThatIsKilled)
+{
+    RunningProgram bridge = bridge_("-creds missing.json");
+    ASSERT_TRUE(AgentClient::waitForServer());
+    const auto started = static_cast<int>(findAgentInstances().front().process);
+    ASSERT_NE(started, bridge.id());
+    bridge.send(SIGKILL);
+    bridge.wait();
+    EXPECT_TRUE(waitUntil([&] { return !isRunning(started); }));
+    EXPECT_TRUE(findAgentInstances().empty());
+}
+
+TEST_F(AgentJourney, TheFirstCallThroughABridgeFindsTheProgramSignedIn)
+{
+    const auto script = program_.folder().write(
+        "bridge.sh", "printf '%s\\n' '{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"tools/call\",\"params\":{\"name\":"
+                     "\"viewer.getStatus\",\"arguments\":{}}}' | \"" QX_BIN_DIR "/Quorvix\" -mcpStdio -hidden\n");
+    const ProgramResult result = RunningProgram("/bin/sh", {script.string()}, program_.folder().path()).wait();
+    EXPECT_THAT(result.output, HasSubstr("unsavedChanges"));
 }
 
 TEST_F(AgentJourney, ABridgeIsTheProgramItself)

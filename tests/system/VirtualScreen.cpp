@@ -95,6 +95,15 @@ void VirtualScreen::drag(Point from, Point to) const
     input_(events);
 }
 
+void VirtualScreen::copy(const std::string& text) const
+{
+    // The process that offers the text goes on until another program offers something, or the server ends.
+    const auto file = toolFolder_.write("copied", text);
+    const ProgramResult result =
+        RunningProgram("/usr/bin/xclip", {"-selection", "clipboard", "-in", file.string()}, toolFolder_.path()).wait();
+    EXPECT_EQ(result.status, 0) << result.errors;
+}
+
 std::string VirtualScreen::clipboard(const std::string& type) const
 {
     return RunningProgram("/usr/bin/xclip", {"-selection", "clipboard", "-target", type, "-out"}, toolFolder_.path())

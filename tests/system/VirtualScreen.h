@@ -44,6 +44,9 @@ public:
     /// With the left button.
     void drag(Point from, Point to) const;
 
+    /// Puts a text onto the clipboard, where it stays until another takes its place.
+    void copy(const std::string& text) const;
+
     /// What lies on the clipboard as `type`; empty where nothing does.
     [[nodiscard]] std::string clipboard(const std::string& type) const;
 

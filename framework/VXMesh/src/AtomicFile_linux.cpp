@@ -7,8 +7,10 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <random>
 #include <utility>
 
@@ -36,6 +38,26 @@ bool isSpecial(const std::filesystem::path& target)
 }
 
 // Zero or the error number.
+int renameToNew(const std::filesystem::path& from, const std::filesystem::path& to)
+{
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
+        return 0;
+    // Some file systems do not know the flag; a second name is never given in place of another file either.
+    if (errno != EINVAL && errno != ENOSYS)
+        return errno;
+    if (::link(from.c_str(), to.c_str()) != 0)
+        return errno;
+    ::unlink(from.c_str());
+    return 0;
+}
+
+// Zero or the error number.
+int renameOver(const std::filesystem::path& from, const std::filesystem::path& to)
+{
+    return ::rename(from.c_str(), to.c_str()) == 0 ? 0 : errno;
+}
+
+// Zero or the error number.
 int writeAll(int descriptor, std::string_view bytes)
 {
     while (!bytes.empty())
@@ -52,7 +74,7 @@ int writeAll(int descriptor, std::string_view bytes)
 } // namespace
 
 tl::expected<AtomicFile, std::string> AtomicFile::create(const std::filesystem::path& target,
-                                                         std::filesystem::perms mode)
+                                                         std::filesystem::perms mode, Existing existing)
 {
     if (isSpecial(target))
         return writeError(target, EOPNOTSUPP);
@@ -64,22 +86,24 @@ tl::expected<AtomicFile, std::string> AtomicFile::create(const std::filesystem::
         const FileDescriptor file(
             ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, static_cast<mode_t>(mode)));
         if (file.isOpen())
-            return AtomicFile(target, std::move(path));
+            return AtomicFile(target, std::move(path), existing);
         if (errno != EEXIST)
             return writeError(target, errno);
     }
     return writeError(target, EEXIST);
 }
 
-AtomicFile::AtomicFile(std::filesystem::path target, std::filesystem::path temporaryPath)
+AtomicFile::AtomicFile(std::filesystem::path target, std::filesystem::path temporaryPath, Existing existing)
     : target_(std::move(target))
     , temporaryPath_(std::move(temporaryPath))
+    , existing_(existing)
 {
 }
 
 AtomicFile::AtomicFile(AtomicFile&& other) noexcept
     : target_(std::move(other.target_))
     , temporaryPath_(std::exchange(other.temporaryPath_, {}))
+    , existing_(other.existing_)
 {
 }
 
@@ -87,6 +111,7 @@ AtomicFile& AtomicFile::operator=(AtomicFile&& other) noexcept
 {
     std::swap(target_, other.target_);
     std::swap(temporaryPath_, other.temporaryPath_);
+    std::swap(existing_, other.existing_);
     return *this;
 }
 
@@ -111,8 +136,9 @@ tl::expected<void, std::string> AtomicFile::commit(Flush flush)
         if (!file.isOpen() || ::fsync(file.get()) != 0)
             error = errno;
     }
-    if (error == 0 && ::rename(temporaryPath_.c_str(), target_.c_str()) != 0)
-        error = errno;
+    if (error == 0)
+        error =
+            existing_ == Existing::Keep ? renameToNew(temporaryPath_, target_) : renameOver(temporaryPath_, target_);
     if (error != 0)
     {
         discard_();

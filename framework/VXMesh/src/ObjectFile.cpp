@@ -96,14 +96,14 @@ tl::expected<LoadedObjects, std::string> loadObjectFromFile(const std::filesyste
 }
 
 tl::expected<void, std::string> saveObjectToFile(const Object& root, const std::filesystem::path& path,
-                                                 const ProgressCallback& progress)
+                                                 const ProgressCallback& progress, AtomicFile::Existing existing)
 {
     const FileFormat* format = findFormat(path);
     if (!format || !format->save)
         return tl::unexpected(unknownFormatText(path, true));
     try
     {
-        return format->save(root, path, progress);
+        return format->save(root, path, progress, existing);
     }
     catch (const std::bad_alloc&)
     {

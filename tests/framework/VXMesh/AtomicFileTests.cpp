@@ -134,4 +134,28 @@ TEST(AtomicFile, ThatIsAssignedOverLeavesNothing)
     EXPECT_EQ(entriesOf(temp.path()), 1U);
 }
 
+TEST(AtomicFile, KeepsAFileThatCameMeanwhileWhereToldTo)
+{
+    const TempDir temp;
+    const auto path = temp.path() / "file";
+    auto file = AtomicFile::create(path, documentFileMode, AtomicFile::Existing::Keep);
+    ASSERT_TRUE(file);
+    write(*file, "ours");
+    temp.write("file", "theirs");
+    EXPECT_EQ(errorOf(file->commit(AtomicFile::Flush::No)), "Cannot write \"file\": file exists.");
+    EXPECT_EQ(readFile(path), "theirs");
+    EXPECT_EQ(entriesOf(temp.path()), 1U);
+}
+
+TEST(AtomicFile, TakesAFreeNameWhereItKeepsOthers)
+{
+    const TempDir temp;
+    auto file = AtomicFile::create(temp.path() / "file", documentFileMode, AtomicFile::Existing::Keep);
+    ASSERT_TRUE(file);
+    write(*file, "ours");
+    ASSERT_TRUE(file->commit(AtomicFile::Flush::No));
+    EXPECT_EQ(readFile(temp.path() / "file"), "ours");
+    EXPECT_EQ(entriesOf(temp.path()), 1U);
+}
+
 } // namespace VX

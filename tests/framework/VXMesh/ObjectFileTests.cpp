@@ -138,6 +138,18 @@ TEST(ObjectFile, SavingThatIsCanceledWhenAllIsWrittenLeavesTheOldFileInEveryForm
     }
 }
 
+TEST(ObjectFile, SavingKeepsAFileOfTheNameInEveryFormatWhereToldTo)
+{
+    const TempDir folder;
+    const auto mesh = makeMeshObject(makeTetrahedron());
+    for (const FileFormat& format : fileFormats())
+    {
+        const auto path = folder.write("part" + format.extensions.front(), "old");
+        EXPECT_FALSE(saveObjectToFile(*mesh, path, {}, AtomicFile::Existing::Keep)) << path;
+        EXPECT_EQ(readFile(path), "old");
+    }
+}
+
 TEST(ObjectFile, CanceledLoadingSaysSoInEveryFormat)
 {
     const TempDir folder;

@@ -34,12 +34,20 @@ public:
         Yes
     };
 
+    /// What `commit` does where something has the final name already.
+    enum class Existing
+    {
+        Replace,
+        Keep ///< fails with the system's "file exists", however late it came there
+    };
+
     /// Creates the empty temporary file beside `target`.
     /// @param mode  of the file, less the bits of the process's mask; its owner may write
     /// @return `Cannot write "NAME": REASON.`
     /// @threads any
     [[nodiscard]] static tl::expected<AtomicFile, std::string> create(const std::filesystem::path& target,
-                                                                      std::filesystem::perms mode = documentFileMode);
+                                                                      std::filesystem::perms mode = documentFileMode,
+                                                                      Existing existing = Existing::Replace);
 
     AtomicFile(AtomicFile&& other) noexcept;
     AtomicFile& operator=(AtomicFile&& other) noexcept;
@@ -53,11 +61,12 @@ public:
     [[nodiscard]] tl::expected<void, std::string> commit(Flush flush = Flush::Yes);
 
 private:
-    AtomicFile(std::filesystem::path target, std::filesystem::path temporaryPath);
+    AtomicFile(std::filesystem::path target, std::filesystem::path temporaryPath, Existing existing);
     void discard_() noexcept;
 
     std::filesystem::path target_;
     std::filesystem::path temporaryPath_; ///< empty once renamed
+    Existing existing_;
 };
 
 /// Puts `bytes` into `path` so that at any moment, also after a crash, it holds either the old content or the new one.

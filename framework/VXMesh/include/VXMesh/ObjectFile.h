@@ -1,5 +1,6 @@
 #pragma once
 
+#include <VXMesh/AtomicFile.h>
 #include <VXMesh/Object.h>
 #include <VXMesh/Progress.h>
 
@@ -28,7 +29,7 @@ struct FileFormat
     std::function<tl::expected<LoadedObjects, std::string>(const std::filesystem::path&, const ProgressCallback&)> load;
     /// Writes `root` and all below it.
     std::function<tl::expected<void, std::string>(const Object& root, const std::filesystem::path&,
-                                                  const ProgressCallback&)>
+                                                  const ProgressCallback&, AtomicFile::Existing)>
         save;
 };
 
@@ -43,10 +44,12 @@ VXMESH_API const std::vector<FileFormat>& fileFormats();
                                                                                      const ProgressCallback& progress);
 
 /// Saves `root` and all below it in the format of the extension of `path`, through a temporary file that takes the
-/// place of an old one only when it is complete.
+/// name only when it is complete.
+/// @param existing  what becomes of a file that has the name already
 /// @return one sentence that names the file and what went wrong; or "Operation was canceled"
 /// @threads any, while nobody changes the tree; uses the TBB pool
 [[nodiscard]] VXMESH_API tl::expected<void, std::string>
-saveObjectToFile(const Object& root, const std::filesystem::path& path, const ProgressCallback& progress);
+saveObjectToFile(const Object& root, const std::filesystem::path& path, const ProgressCallback& progress,
+                 AtomicFile::Existing existing = AtomicFile::Existing::Replace);
 
 } // namespace VX

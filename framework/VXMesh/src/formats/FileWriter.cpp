@@ -30,9 +30,10 @@ void append(std::string& text, Value value)
 
 } // namespace
 
-tl::expected<FileWriter, std::string> FileWriter::create(const std::filesystem::path& path)
+tl::expected<FileWriter, std::string> FileWriter::create(const std::filesystem::path& path,
+                                                         AtomicFile::Existing existing)
 {
-    auto file = AtomicFile::create(path);
+    auto file = AtomicFile::create(path, documentFileMode, existing);
     if (!file)
         return tl::unexpected(file.error());
     Stream stream(std::fopen(file->temporaryPath().string().c_str(), "wb"), &std::fclose);

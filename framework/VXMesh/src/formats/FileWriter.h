@@ -22,7 +22,8 @@ class FileWriter
 {
 public:
     /// @return `Cannot write "NAME": REASON.`
-    [[nodiscard]] static tl::expected<FileWriter, std::string> create(const std::filesystem::path& path);
+    [[nodiscard]] static tl::expected<FileWriter, std::string> create(const std::filesystem::path& path,
+                                                                      AtomicFile::Existing existing);
 
     [[nodiscard]] tl::expected<void, std::string> write(std::string_view bytes);
 

@@ -19,6 +19,6 @@ class Source;
 
 /// Writes what is visible of `root` and below it in scene coordinates, each object as an "o" of its own.
 [[nodiscard]] tl::expected<void, std::string> writeObj(const Object& root, const std::filesystem::path& path,
-                                                       const ProgressCallback& progress);
+                                                       const ProgressCallback& progress, AtomicFile::Existing existing);
 
 } // namespace VX

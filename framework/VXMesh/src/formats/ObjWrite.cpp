@@ -83,12 +83,12 @@ public:
             objects_.front().name.clear();
     }
 
-    [[nodiscard]] tl::expected<void, std::string> write(const std::filesystem::path& path,
-                                                        const ProgressCallback& progress) const
+    [[nodiscard]] tl::expected<void, std::string>
+    write(const std::filesystem::path& path, const ProgressCallback& progress, AtomicFile::Existing existing) const
     {
         if (objects_.empty())
             return tl::unexpected(fileErrorText("write", path, "nothing with points is visible."));
-        auto file = FileWriter::create(path);
+        auto file = FileWriter::create(path, existing);
         if (!file)
             return tl::unexpected(file.error());
         const auto fill = [&](std::size_t i, std::string& text) { appendBlock_(blocks_[i], text); };
@@ -220,9 +220,9 @@ private:
 } // namespace
 
 tl::expected<void, std::string> writeObj(const Object& root, const std::filesystem::path& path,
-                                         const ProgressCallback& progress)
+                                         const ProgressCallback& progress, AtomicFile::Existing existing)
 {
-    return ObjWriter(root).write(path, progress);
+    return ObjWriter(root).write(path, progress, existing);
 }
 
 } // namespace VX

@@ -18,6 +18,6 @@ class Source;
 
 /// Writes what is visible of `root` and below it as one mesh in scene coordinates.
 [[nodiscard]] tl::expected<void, std::string> writeOff(const Object& root, const std::filesystem::path& path,
-                                                       const ProgressCallback& progress);
+                                                       const ProgressCallback& progress, AtomicFile::Existing existing);
 
 } // namespace VX

@@ -29,12 +29,12 @@ public:
     {
     }
 
-    [[nodiscard]] tl::expected<void, std::string> write(const std::filesystem::path& path,
-                                                        const ProgressCallback& progress) const
+    [[nodiscard]] tl::expected<void, std::string>
+    write(const std::filesystem::path& path, const ProgressCallback& progress, AtomicFile::Existing existing) const
     {
         if (parts_.empty())
             return tl::unexpected(fileErrorText("write", path, "nothing with points is visible."));
-        auto file = FileWriter::create(path);
+        auto file = FileWriter::create(path, existing);
         if (!file)
             return tl::unexpected(file.error());
         const auto pointBlocks =
@@ -118,9 +118,9 @@ private:
 } // namespace
 
 tl::expected<void, std::string> writeOff(const Object& root, const std::filesystem::path& path,
-                                         const ProgressCallback& progress)
+                                         const ProgressCallback& progress, AtomicFile::Existing existing)
 {
-    return OffWriter(root).write(path, progress);
+    return OffWriter(root).write(path, progress, existing);
 }
 
 } // namespace VX

@@ -41,14 +41,14 @@ public:
             faceCount_ += item.geometry->triangles.size();
     }
 
-    [[nodiscard]] tl::expected<void, std::string> write(const std::filesystem::path& path,
-                                                        const ProgressCallback& progress) const
+    [[nodiscard]] tl::expected<void, std::string>
+    write(const std::filesystem::path& path, const ProgressCallback& progress, AtomicFile::Existing existing) const
     {
         if (pointCount_ == 0)
             return tl::unexpected(fileErrorText("write", path, "nothing with points is visible."));
         if (pointCount_ > std::numeric_limits<std::int32_t>::max())
             return tl::unexpected(fileErrorText("write", path, "PLY files hold at most 2,147,483,647 points."));
-        auto file = FileWriter::create(path);
+        auto file = FileWriter::create(path, existing);
         if (!file)
             return tl::unexpected(file.error());
         const auto pointBlocks =
@@ -131,9 +131,9 @@ private:
 } // namespace
 
 tl::expected<void, std::string> writePly(const Object& root, const std::filesystem::path& path,
-                                         const ProgressCallback& progress)
+                                         const ProgressCallback& progress, AtomicFile::Existing existing)
 {
-    return PlyWriter(root).write(path, progress);
+    return PlyWriter(root).write(path, progress, existing);
 }
 
 } // namespace VX

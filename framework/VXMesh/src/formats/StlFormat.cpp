@@ -306,7 +306,7 @@ void appendTriangle(const MeshItem& item, std::size_t i, std::string& bytes)
 }
 
 tl::expected<void, std::string> writeStl(const Object& root, const std::filesystem::path& path,
-                                         const ProgressCallback& progress)
+                                         const ProgressCallback& progress, AtomicFile::Existing existing)
 {
     const SaveItems items = collectSaveItems(root);
     const auto blocks =
@@ -319,7 +319,7 @@ tl::expected<void, std::string> writeStl(const Object& root, const std::filesyst
     if (triangles > std::numeric_limits<std::uint32_t>::max())
         return tl::unexpected(fileErrorText("write", path, "STL files hold at most 4,294,967,295 triangles."));
 
-    auto file = FileWriter::create(path);
+    auto file = FileWriter::create(path, existing);
     if (!file)
         return tl::unexpected(file.error());
     std::string header = "Binary STL, unit mm";

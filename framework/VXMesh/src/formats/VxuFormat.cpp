@@ -154,9 +154,10 @@ bool addEntry(zip_t* zip, const char* name, const std::string& bytes)
 }
 
 tl::expected<void, std::string> writeArchive(const VxuDocument& document, const std::vector<std::string>& entries,
-                                             const std::filesystem::path& path, const ProgressCallback& progress)
+                                             const std::filesystem::path& path, const ProgressCallback& progress,
+                                             AtomicFile::Existing existing)
 {
-    auto file = AtomicFile::create(path);
+    auto file = AtomicFile::create(path, documentFileMode, existing);
     if (!file)
         return tl::unexpected(file.error());
     Json::StreamWriterBuilder builder;
@@ -179,7 +180,7 @@ tl::expected<void, std::string> writeArchive(const VxuDocument& document, const 
 }
 
 tl::expected<void, std::string> writeVxu(const Object& root, const std::filesystem::path& path,
-                                         const ProgressCallback& progress)
+                                         const ProgressCallback& progress, AtomicFile::Existing existing)
 {
     const auto document = describeScene(root);
     if (!document)
@@ -187,7 +188,7 @@ tl::expected<void, std::string> writeVxu(const Object& root, const std::filesyst
     std::vector<std::string> entries;
     if (!encodeGeometries(document->geometries, entries, subprogress(progress, 0.0F, 0.7F)))
         return tl::unexpected(operationCanceledText());
-    return writeArchive(*document, entries, path, subprogress(progress, 0.7F, 1.0F));
+    return writeArchive(*document, entries, path, subprogress(progress, 0.7F, 1.0F), existing);
 }
 
 } // namespace

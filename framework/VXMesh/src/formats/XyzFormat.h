@@ -19,6 +19,6 @@ class Source;
 /// Writes the points of what is visible of `root` and below it in scene coordinates, with colours where any point has
 /// one, else with normals where all points have one.
 [[nodiscard]] tl::expected<void, std::string> writeXyz(const Object& root, const std::filesystem::path& path,
-                                                       const ProgressCallback& progress);
+                                                       const ProgressCallback& progress, AtomicFile::Existing existing);
 
 } // namespace VX

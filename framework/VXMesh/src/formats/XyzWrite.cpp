@@ -11,7 +11,7 @@ namespace VX
 {
 
 tl::expected<void, std::string> writeXyz(const Object& root, const std::filesystem::path& path,
-                                         const ProgressCallback& progress)
+                                         const ProgressCallback& progress, AtomicFile::Existing existing)
 {
     constexpr std::size_t kBlockSize = 16384;
     const SaveItems items = collectSaveItems(root);
@@ -23,7 +23,7 @@ tl::expected<void, std::string> writeXyz(const Object& root, const std::filesyst
     const bool hasNormals =
         !hasColors && std::ranges::none_of(parts, [](const PointsPart& part) { return part.normals.empty(); });
 
-    auto file = FileWriter::create(path);
+    auto file = FileWriter::create(path, existing);
     if (!file)
         return tl::unexpected(file.error());
     const auto blocks = splitItems(parts, kBlockSize, [](const PointsPart& part) { return part.points.size(); });

@@ -1,5 +1,9 @@
 #include "AgentCall.h"
 
+#include <VXMesh/Progress.h>
+#include <VXViewer/HistoryStore.h>
+#include <VXViewer/Viewer.h>
+
 #include <utility>
 
 namespace VX
@@ -15,7 +19,7 @@ AgentCall::AgentCall(Viewer& viewer, std::shared_ptr<Mcp::ToolCall> call, Mcp::T
 
 AgentCall::~AgentCall()
 {
-    answer(tl::unexpected(lostText_));
+    answer(tl::unexpected(call_->isCanceled() ? operationCanceledText() : lostText_));
 }
 
 void AgentCall::answer(AgentResult result)
@@ -23,6 +27,14 @@ void AgentCall::answer(AgentResult result)
     if (answered_.exchange(true))
         return;
     answer_(result ? std::move(*result) : Mcp::ToolResult::error(std::move(result.error())));
+}
+
+bool AgentCall::refuseDuringUsersEdit()
+{
+    if (!viewer_.getGlobalHistoryStore()->isScopeOpen())
+        return false;
+    answer(tl::unexpected(std::string("The user is in the middle of an edit. Try again in a moment.")));
+    return true;
 }
 
 } // namespace VX

@@ -19,8 +19,8 @@ class Viewer;
 /// What a tool gives back, or a text for the agent: what is wrong and what to do about it.
 using AgentResult = tl::expected<Mcp::ToolResult, std::string>;
 
-/// A call of one of the viewer's tools, while it is under way. It is answered once; a call that nobody answers, since
-/// the viewer closes, says so.
+/// A call of one of the viewer's tools, while it is under way. It is answered once; a call that nobody answers says
+/// that it was canceled where it was, else that the viewer closes.
 /// @threads any for `answer`, `tool` and the end; else the UI thread
 class AgentCall
 {
@@ -38,11 +38,15 @@ public:
     /// Progress, and whether somebody still waits.
     [[nodiscard]] Mcp::ToolCall& tool() const { return *call_; }
 
-    /// What a call that ends unanswered says, in place of that the viewer closes.
+    /// What a call that ends unanswered, and not canceled, says in place of that the viewer closes.
     void setLostText(std::string text) { lostText_ = std::move(text); }
 
     /// Answers, unless that was done already.
     void answer(AgentResult result);
+
+    /// What is edited now would become part of the step that the user is in the middle of, such as a drag.
+    /// @return true where that is so: the call is answered then
+    bool refuseDuringUsersEdit();
 
 private:
     Viewer& viewer_;

@@ -50,7 +50,7 @@ void drawAddress(const Mcp::Server::Status& status)
         UI::wrappedText(tr("Switched off: no program can drive the viewer."));
         return;
     }
-    UI::secondaryText(tr("Programs of this user can drive the viewer here:"));
+    UI::wrappedText(tr("Programs of this user can drive the viewer here:"));
     ImGui::AlignTextToFramePadding();
     UI::text(status.address);
     ImGui::SameLine();

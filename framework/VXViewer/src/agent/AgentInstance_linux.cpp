@@ -9,7 +9,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -30,7 +29,8 @@ std::filesystem::path ownFile()
 
 bool isRunning(std::int64_t process)
 {
-    return process > 0 && (::kill(static_cast<pid_t>(process), 0) == 0 || errno == EPERM);
+    // A process of another user has the number of one that is gone.
+    return process > 0 && ::kill(static_cast<pid_t>(process), 0) == 0;
 }
 
 bool isInstanceFile(const std::filesystem::path& file)

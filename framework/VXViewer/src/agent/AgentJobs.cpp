@@ -7,6 +7,7 @@
 #include <VXViewer/MainLoop.h>
 #include <VXViewer/ProgressBar.h>
 #include <VXViewer/Viewer.h>
+#include <VXViewer/ViewerSignals.h>
 
 #include <fmt/format.h>
 
@@ -62,6 +63,7 @@ void AgentJobs::begin(const std::shared_ptr<AgentCall>& call, std::uint64_t id, 
         job.call = call;
         job.timer = call->viewer().loop().callEvery(reportInterval,
                                                     [waiting = std::weak_ptr(call), id] { report(waiting, id); });
+        job.closing = call->viewer().signals().shutdown.connect([this, id] { release_(id); });
         call->tool().onCanceled([id] { CommandLoop::appendCommand([id] { ProgressBar::cancel(id); }); });
     }
     jobs_.push_front(std::move(job));
@@ -78,12 +80,20 @@ void AgentJobs::end(std::uint64_t id, AgentResult result)
         return;
     job->ended = true;
     job->timer.reset();
+    job->closing.disconnect();
     if (result)
         job->result = result->structured;
     else
         job->error = result.error();
     if (const std::shared_ptr<AgentCall> call = std::exchange(job->call, nullptr))
         call->answer(std::move(result));
+}
+
+void AgentJobs::release_(std::uint64_t id)
+{
+    const auto job = std::ranges::find(jobs_, id, &Job::id);
+    if (job != jobs_.end())
+        job->call.reset();
 }
 
 Json::Value AgentJobs::endedJson_(const Job& job)
@@ -109,31 +119,32 @@ tl::expected<Json::Value, std::string> AgentJobs::describe(std::uint64_t id) con
     return tl::unexpected(fmt::format("There is no job {}. Call \"jobs.list\" for those that there are.", id));
 }
 
-Json::Value AgentJobs::list() const
+std::vector<Json::Value> AgentJobs::list() const
 {
-    Json::Value value;
-    value["jobs"] = Json::Value(Json::arrayValue);
+    std::vector<Json::Value> all;
     for (const ProgressInfo& task : ProgressBar::tasks())
-        value["jobs"].append(runningJson(task));
+        all.push_back(runningJson(task));
     for (const Job& job : jobs_)
     {
         if (job.ended)
-            value["jobs"].append(endedJson_(job));
+            all.push_back(endedJson_(job));
     }
-    return value;
+    return all;
 }
 
 Json::Value AgentJobs::schema()
 {
     using namespace AgentSchema;
-    return result({{"job", count("Its number.")},
-                   {"title", text("What it does, in the user's language.")},
-                   {"state", choice("What it is doing.", {"waiting", "running", "done", "failed", "canceled"})},
-                   {"progress", number("How much is done, 0 to 1, while it runs.", 0, 1)},
-                   {"seconds", number("For how long it has run, while it does.")},
-                   {"result", result({})},
-                   {"error", text("Why there is no result.")}},
-                  {"job", "title", "state"});
+    return result(
+        {{"job", count("Its number.")},
+         {"title", text("What it does, in the user's language.")},
+         {"state", choice("What it is doing.", {"waiting", "running", "done", "failed", "canceled"})},
+         {"progress", number("How much is done, 0 to 1, while it runs.", 0, 1)},
+         {"seconds", number("For how long it has run, while it does.")},
+         {"result", described(result({}), "What the tool that began it would have answered, once it is done: the "
+                                          "fields of that tool's output schema.")},
+         {"error", text("Why there is no result.")}},
+        {"job", "title", "state"});
 }
 
 } // namespace VX

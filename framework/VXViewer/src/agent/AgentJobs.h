@@ -4,12 +4,14 @@
 
 #include <VXMcp/Tool.h>
 
+#include <boost/signals2/connection.hpp>
 #include <json/value.h>
 
 #include <cstdint>
 #include <deque>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace VX
 {
@@ -31,8 +33,8 @@ public:
     /// @return `There is no job N. …`
     [[nodiscard]] tl::expected<Json::Value, std::string> describe(std::uint64_t id) const;
 
-    /// All that run, whoever began them, and those of agents that ended lately.
-    [[nodiscard]] Json::Value list() const;
+    /// What is known of all that run, whoever began them, and of those of agents that ended lately.
+    [[nodiscard]] std::vector<Json::Value> list() const;
 
     [[nodiscard]] static Json::Value schema();
 
@@ -41,13 +43,15 @@ private:
     {
         std::uint64_t id = 0;
         std::string title;
-        std::shared_ptr<AgentCall> call; ///< waits; null where it does not
-        std::shared_ptr<void> timer;     ///< reports progress
+        std::shared_ptr<AgentCall> call;            ///< waits; null where it does not
+        std::shared_ptr<void> timer;                ///< reports progress
+        boost::signals2::scoped_connection closing; ///< lets the call go when the viewer closes
         bool ended = false;
         std::string error;
         Json::Value result;
     };
 
+    void release_(std::uint64_t id);
     [[nodiscard]] static Json::Value endedJson_(const Job& job);
 
     std::deque<Job> jobs_; ///< the newest in front

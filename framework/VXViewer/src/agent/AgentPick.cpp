@@ -52,11 +52,12 @@ tl::expected<Aim, std::string> aimOf(const Viewer& viewer, const AgentArguments&
     const auto picture = pictureOf(viewer, arguments);
     if (!picture)
         return tl::unexpected(picture.error());
-    const Vector2d pixel(arguments.number("x", 0), arguments.number("y", 0));
+    const Vector2d pixel = Vector2d(arguments.number("x", 0), arguments.number("y", 0)) - pictureCorner(arguments);
     if (pixel.x() < 0 || pixel.y() < 0 || pixel.x() > picture->size.width || pixel.y() > picture->size.height)
         return tl::unexpected("The point lies outside of the picture, which is " + std::to_string(picture->size.width) +
                               " x " + std::to_string(picture->size.height) +
-                              " pixels. Give \"picture\" as \"viewer.captureScreenshot\" answered it.");
+                              " pixels. Give \"picture\" as \"viewer.captureScreenshot\" answered it, or the view of "
+                              "\"viewer.captureMontage\" that the point is in.");
     return Aim{*picture, pixel};
 }
 
@@ -68,10 +69,15 @@ Json::Value pictureArgumentSchema()
     return described(
         object({{"width", integer("In pixels.", 1, largestSide)},
                 {"height", integer("In pixels.", 1, largestSide)},
-                {"camera", cameraArgumentSchema()}},
+                {"camera", cameraArgumentSchema()},
+                {"x", integer("Of a view: where it begins in the montage, in pixels from the left.", 0, largestSide)},
+                {"y", integer("Of a view: where it begins in the montage, in pixels from the top.", 0, largestSide)},
+                {"view", text("Of a view: its name, which does not matter here.")},
+                {"mimeType", text("Does not matter here.")}},
                {"width", "height"}),
-        "The picture in which pixels are counted: width, height and camera as \"viewer.captureScreenshot\" "
-        "answered them. The user's view, as \"camera.get\" tells, if left out.");
+        "The picture in which pixels are counted: what \"viewer.captureScreenshot\" answered, or one of the \"views\" "
+        "of \"viewer.captureMontage\", pixels being counted in the whole montage then. The user's view, as "
+        "\"camera.get\" tells, if left out.");
 }
 
 void addPointSchema(Json::Value& schema)
@@ -104,6 +110,12 @@ tl::expected<SceneCapture, std::string> pictureOf(const Viewer& viewer, const Ag
         capture.camera = *camera;
     }
     return capture;
+}
+
+Vector2d pictureCorner(const AgentArguments& arguments)
+{
+    const auto picture = arguments.below("picture");
+    return picture ? Vector2d(picture->integer("x", 0), picture->integer("y", 0)) : Vector2d(Vector2d::Zero());
 }
 
 void pickFor(const std::shared_ptr<AgentCall>& call, std::function<void(const std::optional<PickResult>&)> done)

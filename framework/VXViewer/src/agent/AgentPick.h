@@ -28,6 +28,9 @@ void addPointSchema(Json::Value& schema);
 /// @threads the UI thread
 [[nodiscard]] tl::expected<SceneCapture, std::string> pictureOf(const Viewer& viewer, const AgentArguments& arguments);
 
+/// Where that picture begins in the one that pixels are counted in: not at 0, 0 for a view of a montage.
+[[nodiscard]] Vector2d pictureCorner(const AgentArguments& arguments);
+
 /// Finds what "x" and "y", or "ray", of `call` point at. `done` comes on the UI thread, with nothing on the background;
 /// what cannot be found answers the call.
 /// @threads the UI thread

@@ -2,11 +2,13 @@
 
 #include "AgentChip.h"
 #include "AgentSettings.h"
+#include "ResourceNews.h"
 
 #include <VXMcp/Mcp.h>
 #include <VXMesh/Config.h>
 #include <VXViewer/AgentInstance.h>
 #include <VXViewer/AgentTools.h>
+#include <VXViewer/CommandLoop.h>
 #include <VXViewer/Viewer.h>
 #include <VXViewer/ViewerSettingsPlugin.h>
 
@@ -15,6 +17,8 @@
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
+#include <future>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -44,7 +48,22 @@ std::optional<std::uint16_t> portOf(const std::vector<std::string>& arguments)
     return port;
 }
 
+/// Calls wait for the loop, which turns no more. What they have posted is dropped, also what cancelled work posts yet:
+/// each of them answers by that.
+void stopWithoutLoop()
+{
+    constexpr auto step = std::chrono::milliseconds(2);
+    CommandLoop::clear();
+    const auto stopped = std::async(std::launch::async, [] { Mcp::getDefaultServer().stop(); });
+    while (stopped.wait_for(step) != std::future_status::ready)
+        CommandLoop::clear();
+}
+
 } // namespace
+
+AgentServer::AgentServer() = default;
+
+AgentServer::~AgentServer() = default;
 
 AgentServer& AgentServer::instance()
 {
@@ -61,6 +80,7 @@ tl::expected<void, std::string> AgentServer::begin(Viewer& viewer)
     registerAgentTools(viewer, Mcp::getDefaultServer());
     ViewerSettingsPlugin::instance()->addComboSettings(ViewerSettingsPlugin::TabType::Application,
                                                        std::make_shared<AgentSettings>());
+    news_ = std::make_unique<ResourceNews>(viewer, Mcp::getDefaultServer());
     statusConnection_ = Mcp::getDefaultServer().onStatusChanged(AgentChip::refresh);
     offered_ = true;
     return start_();
@@ -76,7 +96,11 @@ bool AgentServer::end()
     if (!std::exchange(offered_, false))
         return false;
     statusConnection_.disconnect();
-    static_cast<void>(setOn(false));
+    news_.reset();
+    withdrawAgentInstance();
+    stopWithoutLoop();
+    // They use the viewer.
+    Mcp::getDefaultServer().clear();
     return true;
 }
 

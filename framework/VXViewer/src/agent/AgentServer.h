@@ -6,12 +6,14 @@
 #include <tl/expected.hpp>
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace VX
 {
 
+class ResourceNews;
 class Viewer;
 
 /// The server through which agents drive the viewer of this process: the default one of VXMcp, with the viewer's tools.
@@ -33,7 +35,8 @@ public:
     /// Whether "-mcpPort" is among the viewer's arguments.
     [[nodiscard]] static bool isPortNamed(const Viewer& viewer);
 
-    /// Serves no more, for good. @return false where it had not begun
+    /// Serves no more, for good: the loop turns no more, and calls that wait for it are told that the viewer closes.
+    /// @return false where it had not begun
     bool end();
 
     /// True from `begin` to `end`: there is something to switch on and off.
@@ -46,12 +49,14 @@ public:
     tl::expected<void, std::string> setOn(bool on);
 
 private:
-    AgentServer() = default;
+    AgentServer();
+    ~AgentServer();
 
     [[nodiscard]] tl::expected<void, std::string> start_();
 
     bool offered_ = false;
     boost::signals2::scoped_connection statusConnection_;
+    std::unique_ptr<ResourceNews> news_;
     std::uint16_t port_ = 0; ///< that the user named; 0: none
 };
 

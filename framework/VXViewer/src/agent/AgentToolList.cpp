@@ -9,6 +9,7 @@
 #include <spdlog/spdlog.h>
 
 #include <exception>
+#include <new>
 #include <utility>
 
 namespace VX
@@ -20,22 +21,29 @@ namespace
 /// Computations at once.
 constexpr std::size_t maxWorkers = 2;
 
-void run(const AgentToolList::Start& begin, const std::shared_ptr<AgentCall>& call)
+/// Does `work`; what it throws answers `call`.
+void guard(const std::shared_ptr<AgentCall>& call, const std::function<void()>& work)
 {
     try
     {
-        begin(call);
+        work();
     }
     catch (const Json::Exception&)
     {
         call->answer(tl::unexpected(
             std::string("The arguments do not fit the tool's input schema. Look it up and call again.")));
     }
-    catch (const std::exception& e)
+    catch (const std::bad_alloc&)
     {
-        spdlog::error("A tool failed: {}", e.what());
         call->answer(tl::unexpected(
             std::string("There is not enough memory for this. Try it with less: a smaller picture or fewer objects.")));
+    }
+    catch (const std::exception& e)
+    {
+        spdlog::error("A tool for agents failed.");
+        spdlog::debug("The tool failed: {}", e.what());
+        call->answer(tl::unexpected(std::string("The viewer could not do this; the fault is its own. Look with "
+                                                "\"viewer.getStatus\" at what is there, and try it another way.")));
     }
 }
 
@@ -44,26 +52,31 @@ void run(const AgentToolList::Start& begin, const std::shared_ptr<AgentCall>& ca
 AgentContext::AgentContext(Viewer& viewerToUse)
     : viewer(viewerToUse)
     , jobs(std::make_unique<AgentJobs>())
-    , workers(maxWorkers)
+    , workers_(maxWorkers)
 {
 }
 
 AgentContext::~AgentContext() = default;
+
+void AgentContext::compute(std::shared_ptr<AgentCall> call, std::function<void()> work)
+{
+    workers_.start([call = std::move(call), work = std::move(work)] { guard(call, work); });
+}
 
 void AgentToolList::start(Mcp::Tool tool, Start begin)
 {
     // What only reads changes nothing that is to be seen.
     const auto post = tool.readOnly ? appendQuietCommand : [](std::function<void()> command)
     { CommandLoop::appendCommand(std::move(command)); };
-    tool.run = [&viewer = context_->viewer, begin = std::move(begin), post](std::shared_ptr<Mcp::ToolCall> called,
-                                                                            Mcp::Tool::Answer answer)
+    tool.run = [&viewer = context_->viewer, begin = std::move(begin), post,
+                readOnly = tool.readOnly](std::shared_ptr<Mcp::ToolCall> called, Mcp::Tool::Answer answer)
     {
         auto call = std::make_shared<AgentCall>(viewer, std::move(called), std::move(answer));
         post(
-            [begin, call = std::move(call)]
+            [begin, readOnly, call = std::move(call)]
             {
-                if (!call->tool().isCanceled())
-                    run(begin, call);
+                if (!call->tool().isCanceled() && (readOnly || !call->refuseDuringUsersEdit()))
+                    guard(call, [&] { begin(call); });
             });
     };
     tools_.push_back(std::move(tool));

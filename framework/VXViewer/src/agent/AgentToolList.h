@@ -25,11 +25,15 @@ struct AgentContext
 
     Viewer& viewer;
     std::unique_ptr<AgentJobs> jobs;
-    /// Computes what would hold up the UI thread.
-    BackgroundTasks workers;
+    /// Does `work` of `call`, which would hold up the UI thread, on a worker. What it throws answers the call.
+    void compute(std::shared_ptr<AgentCall> call, std::function<void()> work);
+
+private:
+    BackgroundTasks workers_;
 };
 
-/// The viewer's tools, each of which does its work on the UI thread: a call is posted to the loop.
+/// The viewer's tools, each of which does its work on the UI thread: a call is posted to the loop. Those that change
+/// something are refused while the user is in the middle of an edit.
 class AgentToolList
 {
 public:

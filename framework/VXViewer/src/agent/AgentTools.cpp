@@ -77,8 +77,8 @@ private:
     Mcp::Resource::Answer answer_;
 };
 
-Mcp::Resource makeResource(Viewer& viewer, const char* name, const char* title, const char* description,
-                           Json::Value (*read)(Viewer&))
+Mcp::Resource makeResource(Viewer& viewer, const char* name, const char* tool, const char* title,
+                           const char* description, Json::Value (*read)(Viewer&))
 {
     Mcp::Resource resource;
     resource.uri = std::string("viewer://") + name;
@@ -86,6 +86,7 @@ Mcp::Resource makeResource(Viewer& viewer, const char* name, const char* title, 
     resource.title = title;
     resource.description = description;
     resource.mimeType = "application/json";
+    resource.tool = tool;
     resource.read = [&viewer, read](Mcp::Resource::Answer answer)
     {
         appendQuietCommand([&viewer, read, reply = std::make_shared<ResourceReply>(std::move(answer))]
@@ -137,10 +138,11 @@ void registerAgentTools(Viewer& viewer, Mcp::Server& server)
         server.addAlias(std::move(alias), tool.name);
         server.addTool(std::move(tool));
     }
-    server.addResource(makeResource(viewer, "scene", "The objects of the scene",
+    server.addResource(makeResource(viewer, "scene", "scene.list", "The objects of the scene",
                                     "The first 1000 objects in the order of the scene, with counts and boxes.",
                                     sceneOf));
-    server.addResource(makeResource(viewer, "status", "What the viewer is doing", "What \"viewer.getStatus\" tells.",
+    server.addResource(makeResource(viewer, "status", "viewer.getStatus", "What the viewer is doing",
+                                    "What \"viewer.getStatus\" tells.",
                                     [](Viewer& each) { return viewerStatus(each); }));
     server.addPrompt(inspectionPrompt());
 }

@@ -52,7 +52,8 @@ AgentResult set(Viewer& viewer, const AgentArguments& arguments)
     if (view)
         camera.setStandardView(*view);
     auto changed = changedCamera(camera, arguments);
-    if (changed && arguments.flag("fit", view.has_value()))
+    const bool isPlaced = arguments.has("eye") || arguments.has("target");
+    if (changed && arguments.flag("fit", view && !isPlaced))
         changed = fitted(viewer, arguments, *changed);
     return show(viewer, std::move(changed));
 }
@@ -98,7 +99,8 @@ void addCameraTools(AgentToolList& list)
     setTool.inputSchema["properties"]["view"] =
         choice("A standard direction; z is up, the front is where y is smallest.", standardViewNames());
     setTool.inputSchema["properties"]["fit"] =
-        flag("Move in or out until all fills the picture; true if left out with \"view\", else false.");
+        flag("Move in or out until all fills the picture; true if left out with \"view\" and without \"eye\" and "
+             "\"target\", else false.");
     setTool.inputSchema.removeMember("description");
     list.add(std::move(setTool), set);
 

@@ -4,6 +4,7 @@
 #include "AllowedFolders.h"
 #include "ObjectSummary.h"
 
+#include <VXMesh/FileError.h>
 #include <VXMesh/ObjectFile.h>
 #include <VXMesh/Progress.h>
 #include <VXMesh/StringConvert.h>
@@ -15,6 +16,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <system_error>
 #include <utility>
 
 namespace VX
@@ -78,6 +80,13 @@ void load(const std::shared_ptr<AgentContext>& context, const std::shared_ptr<Ag
     context->jobs->begin(call, *id, arguments.flag("wait", true));
 }
 
+std::string existsText(const AgentArguments& arguments)
+{
+    return fmt::format("\"{}\" exists already and was left as it is. Choose another name, or call again with "
+                       "\"overwrite\": true if the user wants it replaced.",
+                       arguments.text("path"));
+}
+
 /// Why "path" cannot be written; else the path.
 tl::expected<std::filesystem::path, std::string> pathToWrite(const AgentArguments& arguments)
 {
@@ -93,9 +102,7 @@ tl::expected<std::filesystem::path, std::string> pathToWrite(const AgentArgument
     if (std::filesystem::is_directory(status))
         return tl::unexpected(fmt::format("\"{}\" is a folder. Add a file name.", arguments.text("path")));
     if (std::filesystem::exists(status) && !arguments.flag("overwrite", false))
-        return tl::unexpected(fmt::format("\"{}\" exists already and was left as it is. Choose another name, or call "
-                                          "again with \"overwrite\": true if the user wants it replaced.",
-                                          arguments.text("path")));
+        return tl::unexpected(existsText(arguments));
     return path;
 }
 
@@ -117,11 +124,13 @@ void save(const std::shared_ptr<AgentContext>& context, const std::shared_ptr<Ag
     }
     SceneFiles& files = viewer.getMenuPlugin()->sceneFiles();
     const JobId id = std::make_shared<std::uint64_t>();
-    const auto done = [context, id, path = *path](const std::string& failure)
+    const auto done = [context, id, path = *path, exists = existsText(arguments)](const std::string& failure)
     {
         if (!failure.empty())
         {
-            context->jobs->end(*id, tl::unexpected(failure));
+            // Somebody else's file that came there meanwhile.
+            const bool cameLate = failure == fileErrorText("write", path, std::make_error_code(std::errc::file_exists));
+            context->jobs->end(*id, tl::unexpected(cameLate ? exists : failure));
             return;
         }
         std::error_code unknown;
@@ -131,7 +140,9 @@ void save(const std::shared_ptr<AgentContext>& context, const std::shared_ptr<Ag
         value["bytes"] = Json::UInt64(unknown ? 0 : size);
         context->jobs->end(*id, Mcp::ToolResult::of(std::move(value)));
     };
-    *id = objects->empty() ? files.saveTo(*path, done) : files.saveTo(*objects, *path, done);
+    const auto existing =
+        arguments.flag("overwrite", false) ? AtomicFile::Existing::Replace : AtomicFile::Existing::Keep;
+    *id = objects->empty() ? files.saveTo(*path, existing, done) : files.saveTo(*objects, *path, existing, done);
     context->jobs->begin(call, *id, arguments.flag("wait", true));
 }
 
@@ -177,7 +188,8 @@ Mcp::Tool saveTool()
     tool.title = "Save the scene or objects";
     tool.description =
         "Writes the scene, or the objects named, to a file of the kind that its extension says; \".vxu\" "
-        "keeps all of the scene. A file that exists stays unless \"overwrite\" is true.";
+        "keeps all of the scene. After any other kind, or \"ids\", the scene still counts as having unsaved changes. A "
+        "file that exists stays unless \"overwrite\" is true.";
     tool.inputSchema = object({{"path", text("Of the file: absolute, or \"~/…\". Its folder exists.")},
                                {"ids", objectIds("Only these objects with what is below them; all if left out.")},
                                {"overwrite", flag("Replace a file of this name; false if left out.")},

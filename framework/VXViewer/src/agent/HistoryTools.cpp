@@ -24,12 +24,16 @@ void describe(const HistoryStore& history, Json::Value& value)
     value["unsavedChanges"] = !history.isSaved();
 }
 
+/// What the result of undoing or redoing calls the steps.
+const char* movedField(bool back)
+{
+    return back ? "undone" : "redone";
+}
+
 /// Undoes or redoes "steps" steps.
 AgentResult move(Viewer& viewer, const AgentArguments& arguments, bool back)
 {
     HistoryStore& history = *viewer.getGlobalHistoryStore();
-    if (history.isScopeOpen())
-        return tl::unexpected(std::string("The user is in the middle of an edit. Try again in a moment."));
     Json::Value names(Json::arrayValue);
     const int steps = arguments.integer("steps", 1);
     while (static_cast<int>(names.size()) < steps)
@@ -44,7 +48,7 @@ AgentResult move(Viewer& viewer, const AgentArguments& arguments, bool back)
         return tl::unexpected(std::string(back ? "There is nothing to undo. \"history.list\" tells the steps."
                                                : "There is nothing to redo. \"history.list\" tells the steps."));
     Json::Value value;
-    value["steps"] = std::move(names);
+    value[movedField(back)] = std::move(names);
     describe(history, value);
     return Mcp::ToolResult::of(std::move(value));
 }
@@ -73,20 +77,18 @@ AgentResult listSteps(Viewer& viewer, const AgentArguments& arguments)
     return Mcp::ToolResult::of(std::move(value));
 }
 
-Json::Value resultSchema(Json::Value steps)
+Json::Value resultSchema(const char* stepsField, Json::Value steps)
 {
     using namespace AgentSchema;
-    return result({{"steps", std::move(steps)},
+    return result({{stepsField, std::move(steps)},
                    {"position", count("How many steps are done.")},
                    {"canUndo", flag("Whether there is a step to undo.")},
                    {"canRedo", flag("Whether there is a step to redo.")},
-                   {"unsavedChanges", flag("Whether the scene has changes that are in no file.")},
-                   {"total", Paging::totalSchema()},
-                   {"nextCursor", Paging::nextCursorSchema()}},
-                  {"steps", "position", "canUndo", "canRedo", "unsavedChanges"});
+                   {"unsavedChanges", flag("Whether the scene has changes that are in no file.")}},
+                  {stepsField, "position", "canUndo", "canRedo", "unsavedChanges"});
 }
 
-Mcp::Tool moveTool(const char* name, const char* title, const char* description)
+Mcp::Tool moveTool(const char* name, const char* title, const char* description, bool back)
 {
     using namespace AgentSchema;
     Mcp::Tool tool;
@@ -95,7 +97,8 @@ Mcp::Tool moveTool(const char* name, const char* title, const char* description)
     tool.description = description;
     tool.inputSchema = object({{"steps", integer("How many; 1 if left out.", 1, mostSteps)}});
     tool.outputSchema =
-        resultSchema(list("The names of the steps, in the order in which they were taken.", text("Name of a step.")));
+        resultSchema(movedField(back),
+                     list("The names of the steps, in the order in which they were taken.", text("Name of a step.")));
     return tool;
 }
 
@@ -108,10 +111,14 @@ Mcp::Tool listTool()
     tool.description =
         "Lists what was done to the scene by anybody, the latest step first, with those that are undone.";
     tool.inputSchema = object({{"limit", Paging::limitSchema()}, {"cursor", Paging::cursorSchema()}});
-    tool.outputSchema = resultSchema(list("The steps.", result({{"number", count("From 1, the oldest.")},
-                                                                {"name", text("What was done.")},
-                                                                {"done", flag("false: undone, can be redone.")}},
-                                                               {"number", "name", "done"})));
+    tool.outputSchema =
+        resultSchema("steps", list("The steps.", result({{"number", count("From 1, the oldest.")},
+                                                         {"name", text("What was done.")},
+                                                         {"done", flag("false: undone, can be redone.")}},
+                                                        {"number", "name", "done"})));
+    tool.outputSchema["properties"]["total"] = Paging::totalSchema();
+    tool.outputSchema["properties"]["nextCursor"] = Paging::nextCursorSchema();
+    tool.outputSchema["required"].append("total");
     tool.readOnly = true;
     tool.idempotent = true;
     return tool;
@@ -121,10 +128,11 @@ Mcp::Tool listTool()
 
 void addHistoryTools(AgentToolList& list)
 {
-    list.add(moveTool("history.undo", "Undo", "Takes back the last step or steps, the user's among them."),
+    list.add(moveTool("history.undo", "Undo", "Takes back the last step or steps, the user's among them.", true),
              [](Viewer& viewer, const AgentArguments& arguments) { return move(viewer, arguments, true); });
-    list.add(moveTool("history.redo", "Redo", "Does again what was undone last. A new edit forgets what was undone."),
-             [](Viewer& viewer, const AgentArguments& arguments) { return move(viewer, arguments, false); });
+    list.add(
+        moveTool("history.redo", "Redo", "Does again what was undone last. A new edit forgets what was undone.", false),
+        [](Viewer& viewer, const AgentArguments& arguments) { return move(viewer, arguments, false); });
     list.add(listTool(), listSteps);
 }
 

@@ -1,6 +1,7 @@
 #include "AgentJobs.h"
 #include "AgentSchema.h"
 #include "AgentToolList.h"
+#include "Paging.h"
 
 #include <VXViewer/ProgressBar.h>
 
@@ -38,6 +39,20 @@ AgentResult describe(const AgentJobs& jobs, std::uint64_t id)
     return Mcp::ToolResult::of(std::move(*job));
 }
 
+AgentResult listJobs(const AgentJobs& jobs, const AgentArguments& arguments)
+{
+    const auto paging = Paging::of(arguments);
+    if (!paging)
+        return tl::unexpected(paging.error());
+    std::vector<Json::Value> all = jobs.list();
+    Json::Value value;
+    value["jobs"] = Json::Value(Json::arrayValue);
+    for (std::size_t i = paging->begin(all.size()); i < paging->end(all.size()); ++i)
+        value["jobs"].append(std::move(all[i]));
+    paging->describe(value, all.size());
+    return Mcp::ToolResult::of(std::move(value));
+}
+
 } // namespace
 
 void addJobTools(AgentToolList& list)
@@ -46,12 +61,15 @@ void addJobTools(AgentToolList& list)
         jobTool("jobs.list", "List long work",
                 "Lists the files being loaded or saved and other long work, the user's among it, and what "
                 "became of the work that agents began.");
-    listTool.inputSchema = AgentSchema::object({});
+    listTool.inputSchema = AgentSchema::object({{"limit", Paging::limitSchema()}, {"cursor", Paging::cursorSchema()}});
     listTool.outputSchema =
-        AgentSchema::result({{"jobs", AgentSchema::list("Running ones first.", AgentJobs::schema())}}, {"jobs"});
+        AgentSchema::result({{"jobs", AgentSchema::list("Running ones first.", AgentJobs::schema())},
+                             {"total", Paging::totalSchema()},
+                             {"nextCursor", Paging::nextCursorSchema()}},
+                            {"jobs", "total"});
     listTool.readOnly = true;
-    list.add(std::move(listTool), [context = list.context()](Viewer&, const AgentArguments&) -> AgentResult
-             { return Mcp::ToolResult::of(context->jobs->list()); });
+    list.add(std::move(listTool), [context = list.context()](Viewer&, const AgentArguments& arguments)
+             { return listJobs(*context->jobs, arguments); });
 
     Mcp::Tool status =
         jobTool("jobs.status", "How far a piece of work is",

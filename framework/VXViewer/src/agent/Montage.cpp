@@ -30,4 +30,14 @@ PixelRect Montage::add(const Image& picture)
     return place;
 }
 
+PixelRect scaledPlace(const PixelRect& place, PixelSize from, PixelSize to)
+{
+    const auto scaled = [](int value, int before, int after)
+    { return static_cast<int>(std::lround(double(value) * after / std::max(before, 1))); };
+    const int x = scaled(place.x, from.width, to.width);
+    const int y = scaled(place.y, from.height, to.height);
+    return {x, y, scaled(place.x + place.width, from.width, to.width) - x,
+            scaled(place.y + place.height, from.height, to.height) - y};
+}
+
 } // namespace VX

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <VXViewer/Export.h>
 #include <VXViewer/Image.h>
 
 #include <cstddef>
@@ -29,5 +30,8 @@ private:
     Image image_;
     int next_ = 0;
 };
+
+/// Where a place of a picture of the size `from` is once that has the size `to`. Places that meet go on to.
+[[nodiscard]] VXVIEWER_API PixelRect scaledPlace(const PixelRect& place, PixelSize from, PixelSize to);
 
 } // namespace VX

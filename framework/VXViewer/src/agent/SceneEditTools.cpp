@@ -13,9 +13,11 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <functional>
+#include <initializer_list>
 #include <optional>
 #include <utility>
 
@@ -82,6 +84,11 @@ AgentResult setVisibility(Viewer& viewer, const AgentArguments& arguments)
                          });
 }
 
+bool hasOneOf(const AgentArguments& arguments, std::initializer_list<const char*> names)
+{
+    return std::ranges::any_of(names, [&](const char* name) { return arguments.has(name); });
+}
+
 /// "#rrggbb" in any letter case.
 std::optional<Color> parseColor(const std::string& text)
 {
@@ -115,6 +122,9 @@ void changeAppearance(SceneEdit& edit, Object& object, const std::optional<Color
 
 AgentResult setAppearance(Viewer& viewer, const AgentArguments& arguments)
 {
+    if (!hasOneOf(arguments, {"color", "opacity", "flatShaded"}))
+        return tl::unexpected(
+            std::string("Nothing was changed: say what to change, \"color\", \"opacity\" or \"flatShaded\"."));
     std::optional<Color> color;
     if (arguments.has("color"))
     {
@@ -179,6 +189,9 @@ Objects topmost(const Objects& objects)
 
 AgentResult transform(Viewer& viewer, const AgentArguments& arguments)
 {
+    if (!hasOneOf(arguments, {"matrix", "scale", "rotate", "translate"}))
+        return tl::unexpected(
+            std::string("Nothing was changed: say how to move, \"translate\", \"rotate\", \"scale\" or \"matrix\"."));
     const auto objects = arguments.someObjects("ids", viewer.scene());
     if (!objects)
         return tl::unexpected(objects.error());

@@ -130,7 +130,7 @@ void measure(AgentContext& context, const std::shared_ptr<AgentCall>& call, Json
                                                     "\"detail\": \"summary\", which does not measure.")));
         }
     };
-    context.workers.start(work);
+    context.compute(call, work);
 }
 
 void getObject(AgentContext& context, const std::shared_ptr<AgentCall>& call)
@@ -165,7 +165,8 @@ Mcp::Tool listTool()
     tool.description =
         "Lists the objects below the root of the scene or below \"parent\", with id, name, counts and box "
         "of each. Ids stay the same for as long as the program runs. Sort by \"size\" to find the largest "
-        "objects. Lengths are millimetres; z is up.";
+        "objects, with \"type\": \"ObjectMesh\" for the largest part instead of the group that holds it. Lengths are "
+        "millimetres; z is up.";
     tool.inputSchema =
         object({{"parent", objectId("List what is below this object instead of the whole scene.")},
                 {"recursive", flag("Also what is below those objects; true if left out.")},
@@ -197,7 +198,7 @@ Mcp::Tool getObjectTool()
     tool.title = "Describe an object";
     tool.description =
         "Tells everything about one object: counts, box, transforms, colour, and of a mesh its area, volume, "
-        "parts and holes. Meshes of millions of triangles take a few seconds.";
+        "parts and open borders. Meshes of millions of triangles take a few seconds.";
     tool.inputSchema = object({{"id", objectId("As \"scene.list\" tells.")},
                                {"detail", detailSchema("\"summary\" measures nothing; \"full\" if left out.")}},
                               {"id"});
@@ -216,7 +217,9 @@ Mcp::Tool getObjectTool()
         orNull(number("Closed meshes: mm³ in the scene, negative where inside out; null for open ones."));
     fields["closed"] = flag("Meshes: whether the surface has no border.");
     fields["components"] = count("Meshes: parts that share no point.");
-    fields["holes"] = count("Meshes: loops of border edges; an open sheet has one too.");
+    fields["holes"] =
+        count("Meshes: open borders, the loops of edges of one triangle alone, as where a piece of the surface "
+              "is missing; an open sheet has one too. A hole drilled through a solid is none.");
     fields["borderEdges"] = count("Meshes: edges of one triangle alone.");
     tool.outputSchema = std::move(schema);
     tool.readOnly = true;

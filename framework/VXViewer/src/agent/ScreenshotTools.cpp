@@ -1,3 +1,4 @@
+#include "../ui/MaskedPasswords.h"
 #include "AgentCamera.h"
 #include "AgentSchema.h"
 #include "AgentToolList.h"
@@ -44,6 +45,17 @@ PixelSize sizeOf(const Viewer& viewer, const AgentArguments& arguments)
     return fittedSize(shown, std::clamp(arguments.integer("maxSize", usualSide), smallestSide, largestSide));
 }
 
+/// Tells where `view` is in a picture that was drawn in one size and came out in another.
+void placeIn(Json::Value& view, PixelSize drawn, PixelSize size)
+{
+    const PixelRect place =
+        scaledPlace({view["x"].asInt(), view["y"].asInt(), view["width"].asInt(), view["height"].asInt()}, drawn, size);
+    view["x"] = place.x;
+    view["y"] = place.y;
+    view["width"] = place.width;
+    view["height"] = place.height;
+}
+
 /// Encodes on a worker and answers with the picture and `facts`.
 void answerPicture(AgentContext& context, const std::shared_ptr<AgentCall>& call, Image image, Json::Value facts)
 {
@@ -58,11 +70,17 @@ void answerPicture(AgentContext& context, const std::shared_ptr<AgentCall>& call
     {
         if (call->tool().isCanceled())
             return;
+        const PixelSize drawn = image.size;
         auto coded = codePicture(std::move(image), format, mostBytes);
         if (!coded)
         {
             call->answer(tl::unexpected(std::move(coded.error())));
             return;
+        }
+        if (facts.isMember("views"))
+        {
+            for (Json::Value& view : facts["views"])
+                placeIn(view, drawn, coded->size);
         }
         facts["width"] = coded->size.width;
         facts["height"] = coded->size.height;
@@ -77,12 +95,15 @@ void answerPicture(AgentContext& context, const std::shared_ptr<AgentCall>& call
         result.structured = std::move(facts);
         call->answer(std::move(result));
     };
-    context.workers.start(work);
+    context.compute(call, work);
 }
 
 /// What to draw: the chosen objects or all, from where the arguments say.
 tl::expected<SceneCapture, std::string> captureOf(Viewer& viewer, const AgentArguments& arguments)
 {
+    if (arguments.flag("transparent", false) && formatOf(arguments) == PictureFormat::Jpeg)
+        return tl::unexpected(
+            std::string("A jpeg cannot be transparent. Ask for a png, or leave \"transparent\" out."));
     const auto objects = arguments.objects("ids", viewer.scene());
     if (!objects)
         return tl::unexpected(objects.error());
@@ -109,9 +130,22 @@ tl::expected<SceneCapture, std::string> captureOf(Viewer& viewer, const AgentArg
 
 void captureWindow(AgentContext& context, const std::shared_ptr<AgentCall>& call)
 {
-    Image image = call->viewer().loop().captureWindow();
+    const AgentArguments arguments = call->arguments();
+    if (arguments.has("view") || arguments.has("camera") || arguments.has("ids") || arguments.flag("fit", false) ||
+        arguments.flag("transparent", false))
+    {
+        call->answer(tl::unexpected(
+            std::string("The window is shown as the user sees it. Leave \"view\", \"camera\", \"ids\", \"fit\" and "
+                        "\"transparent\" out, or ask for the area \"viewport\".")));
+        return;
+    }
+    Image image;
+    {
+        const UI::ScopedMaskedPasswords masked;
+        image = call->viewer().loop().captureWindow();
+    }
     const int longest = std::max(image.size.width, image.size.height);
-    const int wanted = std::clamp(call->arguments().integer("maxSize", usualSide), smallestSide, largestSide);
+    const int wanted = std::clamp(arguments.integer("maxSize", usualSide), smallestSide, largestSide);
     if (longest > wanted)
         image = scaledDown(image, fittedSize(image.size, wanted));
     answerPicture(context, call, std::move(image), Json::Value(Json::objectValue));
@@ -200,7 +234,7 @@ Mcp::Tool screenshotTool()
     Json::Value& fields = tool.inputSchema["properties"];
     fields["area"] =
         choice("\"viewport\" (if left out): the scene alone; \"window\": the whole window with the interface, "
-               "as the user sees it.",
+               "as the user sees it, without \"view\", \"camera\", \"ids\", \"fit\" and \"transparent\".",
                {"viewport", "window"});
     fields["view"] = choice("A standard direction; z is up.", standardViewNames());
     fields["camera"] = cameraArgumentSchema();
@@ -227,7 +261,8 @@ Mcp::Tool montageTool()
     tool.title = "Take a picture from several sides";
     tool.description =
         "Draws the scene from several sides into one picture, row by row, without moving the user's view. "
-        "The answer tells where in the picture each view is.";
+        "The answer tells where in the picture each view is: give one of its \"views\" as \"picture\" to "
+        "\"select.pick\" to point at pixels of the whole picture within that view.";
     tool.inputSchema = pictureSchema();
     tool.inputSchema["properties"]["views"] =
         list("From where; front, right, top and isometric if left out. \"current\" is the user's view.",
@@ -235,7 +270,7 @@ Mcp::Tool montageTool()
     tool.outputSchema = result({{"width", count("In pixels.")},
                                 {"height", count("In pixels.")},
                                 {"mimeType", text("image/png or image/jpeg.")},
-                                {"views", list("Each view; places are in pixels of the picture as it was drawn.",
+                                {"views", list("Each view and its place in the picture.",
                                                result({{"view", text("Its name.")},
                                                        {"x", count("From the left.")},
                                                        {"y", count("From the top.")},

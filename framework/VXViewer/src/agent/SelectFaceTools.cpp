@@ -56,6 +56,8 @@ Json::Value facesJson(const Viewer& viewer, const std::vector<VisibleFaces>& fou
 void takeRegion(const std::shared_ptr<AgentCall>& call, const std::shared_ptr<ObjectMesh>& object,
                 const std::shared_ptr<const Mesh>& mesh, FaceSet region)
 {
+    if (call->refuseDuringUsersEdit())
+        return;
     if (object->mesh() != mesh)
     {
         call->answer(tl::unexpected(std::string("The mesh was changed meanwhile: nothing was selected. Call again.")));
@@ -88,7 +90,7 @@ void grow(AgentContext& context, const std::shared_ptr<AgentCall>& call, const s
                                                     "programs or remove objects, then call again.")));
         }
     };
-    context.workers.start(work);
+    context.compute(call, work);
 }
 
 /// Begins at "face" of "id".
@@ -136,13 +138,16 @@ AgentResult selectRectangle(Viewer& viewer, const AgentArguments& arguments)
     const auto picture = pictureOf(viewer, arguments);
     if (!picture)
         return tl::unexpected(picture.error());
-    const double x0 = std::floor(std::clamp(std::min(arguments.number("x0", 0), arguments.number("x1", 0)), 0.0, 1e6));
-    const double y0 = std::floor(std::clamp(std::min(arguments.number("y0", 0), arguments.number("y1", 0)), 0.0, 1e6));
-    const double x1 = std::floor(std::clamp(std::max(arguments.number("x0", 0), arguments.number("x1", 0)), 0.0, 1e6));
-    const double y1 = std::floor(std::clamp(std::max(arguments.number("y0", 0), arguments.number("y1", 0)), 0.0, 1e6));
-    const std::vector<VisibleFaces> found =
-        viewer.view().visibleFaces(*picture, {static_cast<int>(x0), static_cast<int>(y0), static_cast<int>(x1 - x0) + 1,
-                                              static_cast<int>(y1 - y0) + 1});
+    const Vector2d corner = pictureCorner(arguments);
+    const auto pixel = [&](const char* x, const char* y)
+    { return Vector2d(Vector2d(arguments.number(x, 0), arguments.number(y, 0)) - corner); };
+    const auto bounded = [](const Vector2d& value)
+    { return Vector2d(value.cwiseMax(0).cwiseMin(1e6).array().floor()); };
+    const Vector2d low = bounded(pixel("x0", "y0").cwiseMin(pixel("x1", "y1")));
+    const Vector2d high = bounded(pixel("x0", "y0").cwiseMax(pixel("x1", "y1")));
+    const std::vector<VisibleFaces> found = viewer.view().visibleFaces(
+        *picture, {static_cast<int>(low.x()), static_cast<int>(low.y()), static_cast<int>(high.x() - low.x()) + 1,
+                   static_cast<int>(high.y() - low.y()) + 1});
     selectFaces(viewer, translatable("Select Rectangle"), found, modeOf(arguments));
     return Mcp::ToolResult::of(facesJson(viewer, found));
 }
@@ -172,9 +177,9 @@ Mcp::Tool primitiveTool()
     tool.title = "Select a flat or curved region";
     tool.description =
         "Selects the smooth region of a mesh around a triangle: it goes round bends and ends where the "
-        "surface turns more sharply than the tolerance, as at the edge of a hole or a face. Begin at a "
-        "pixel of a picture, along a ray, or at \"face\" of \"id\". One step that \"history.undo\" takes "
-        "back.";
+        "surface turns more sharply than the tolerance, as at the edge of a hole or a face. Curved surfaces are made "
+        "of flat facets, often 5 to 15 degrees apart: a tolerance below that ends at the first facet. Begin at a pixel "
+        "of a picture, along a ray, or at \"face\" of \"id\". One step that \"history.undo\" takes back.";
     tool.inputSchema =
         object({{"id", objectId("The mesh, with \"face\" instead of a point.")},
                 {"face", integer("The triangle to begin at, from 0.", 0, 2147483647)},

@@ -58,7 +58,10 @@ void finishPick(const std::shared_ptr<AgentCall>& call, const std::optional<Pick
 {
     Viewer& viewer = call->viewer();
     const std::shared_ptr<Object> object = hit ? hit->object.lock() : nullptr;
-    if (call->arguments().text("select", "object") == "object")
+    const bool isToSelect = call->arguments().text("select", "object") == "object";
+    if (isToSelect && call->refuseDuringUsersEdit())
+        return;
+    if (isToSelect)
         selectObjects(viewer, object ? Objects{object} : Objects(), call->arguments().text("mode", "replace"));
     Json::Value value;
     value["hit"] = object != nullptr;

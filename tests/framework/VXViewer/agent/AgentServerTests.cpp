@@ -2,15 +2,18 @@
 
 #include "AgentFixture.h"
 #include "tests/support/RawSocket.h"
+#include "tests/support/WaitUntil.h"
 
 #include <VXMcp/Mcp.h>
 #include <VXMesh/AtomicFile.h>
 #include <VXMesh/UserFolders.h>
 #include <VXViewer/AgentInstance.h>
+#include <VXViewer/CommandLoop.h>
 #include <VXViewer/ViewerSettingsPlugin.h>
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <future>
 
 namespace VX
@@ -22,8 +25,6 @@ using testing::IsEmpty;
 class AgentServerTests : public VX::Test::AgentFixture
 {
 protected:
-    ~AgentServerTests() override { AgentServer::instance().end(); }
-
     void begin_()
     {
         const auto begun = AgentServer::instance().begin(viewer_);
@@ -31,28 +32,46 @@ protected:
         driver_.settle();
     }
 
-    /// The whole answer to a message of the newest revision, while the viewer runs.
-    std::string post_(const std::string& method, const std::string& name, const std::string& parameters)
+    ~AgentServerTests() override
+    {
+        AgentServer::instance().end();
+        Mcp::getDefaultServer().setToolValidator({});
+    }
+
+    /// A message of the newest revision.
+    static std::string request_(const std::string& method, const std::string& name, const std::string& parameters)
     {
         const std::string body = fmt::format(
             R"({{"jsonrpc":"2.0","id":1,"method":"{}","params":{{{}"_meta":{{)"
             R"("io.modelcontextprotocol/protocolVersion":"2026-07-28","io.modelcontextprotocol/clientCapabilities":{{}}}}}}}})",
             method, parameters);
-        const std::string request =
-            fmt::format("POST /mcp HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Type: application/json\r\nAccept: "
-                        "application/json, text/event-stream\r\nMCP-Protocol-Version: 2026-07-28\r\nMcp-Method: "
-                        "{}\r\n{}Connection: close\r\nContent-Length: {}\r\n\r\n{}",
-                        method, name.empty() ? "" : "Mcp-Name: " + name + "\r\n", body.size(), body);
-        auto answer = std::async(std::launch::async,
-                                 [&]
-                                 {
-                                     auto socket = VX::Test::RawSocket::connect(Mcp::getDefaultServer().port());
-                                     socket.send(request);
-                                     return socket.receiveAll();
-                                 });
+        return fmt::format("POST /mcp HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Type: application/json\r\nAccept: "
+                           "application/json, text/event-stream\r\nMCP-Protocol-Version: 2026-07-28\r\nMcp-Method: "
+                           "{}\r\n{}Connection: close\r\nContent-Length: {}\r\n\r\n{}",
+                           method, name.empty() ? "" : "Mcp-Name: " + name + "\r\n", body.size(), body);
+    }
+
+    static VX::Test::RawSocket send_(const std::string& request)
+    {
+        auto socket = VX::Test::RawSocket::connect(Mcp::getDefaultServer().port());
+        socket.send(request);
+        return socket;
+    }
+
+    /// What `receive` gives back, while the viewer runs.
+    std::string whileRunning_(const std::function<std::string()>& receive)
+    {
+        auto answer = std::async(std::launch::async, receive);
         EXPECT_TRUE(
             driver_.waitFor([&] { return answer.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
         return answer.get();
+    }
+
+    /// The whole answer to a message of the newest revision, while the viewer runs.
+    std::string post_(const std::string& method, const std::string& name, const std::string& parameters)
+    {
+        const std::string request = request_(method, name, parameters);
+        return whileRunning_([&] { return send_(request).receiveAll(); });
     }
 };
 
@@ -74,6 +93,47 @@ TEST_F(AgentServerTests, LetsAgentsReadTheSceneAndTheStatus)
     EXPECT_THAT(post_("resources/read", "viewer://scene", R"("uri":"viewer://scene",)"),
                 HasSubstr(R"(\"name\":\"B\")"));
     EXPECT_THAT(post_("resources/read", "viewer://status", R"("uri":"viewer://status",)"), HasSubstr("unsavedChanges"));
+}
+
+TEST_F(AgentServerTests, LetsNobodyReadWhatHeMayNotAskFor)
+{
+    begin_();
+    Mcp::getDefaultServer().setToolValidator([](const std::string& tool) -> tl::expected<void, std::string>
+                                             { return tl::unexpected("No " + tool + " today."); });
+    EXPECT_THAT(post_("resources/read", "viewer://scene", R"("uri":"viewer://scene",)"),
+                HasSubstr("No scene.list today."));
+    EXPECT_THAT(post_("resources/read", "viewer://status", R"("uri":"viewer://status",)"),
+                HasSubstr("No viewer.getStatus today."));
+}
+
+TEST_F(AgentServerTests, TellsThatTheSceneHasChanged)
+{
+    begin_();
+    VX::Test::RawSocket news =
+        send_(request_("subscriptions/listen", "", R"("notifications":{"resourceSubscriptions":["viewer://scene"]},)"));
+    news.receiveUntil("subscriptions/acknowledged");
+    call_("scene.rename", R"({"name": "Lid", "id": )" + id_(*a_) + "}");
+    EXPECT_THAT(whileRunning_([&] { return news.receiveUntil("viewer://scene\"}"); }),
+                HasSubstr("notifications/resources/updated"));
+}
+
+TEST_F(AgentServerTests, TellsCallsThatWaitAtTheEndThatTheViewerCloses)
+{
+    begin_();
+    VX::Test::RawSocket waiting = send_(request_("tools/call", "scene.list", R"("name":"scene.list","arguments":{},)"));
+    ASSERT_TRUE(VX::Test::waitUntil([] { return !CommandLoop::isEmpty(); }));
+    EXPECT_TRUE(AgentServer::instance().end());
+    EXPECT_THAT(waiting.receiveAll(), HasSubstr("The viewer is closing"));
+}
+
+TEST_F(AgentServerTests, LeavesNothingOfTheViewerBehind)
+{
+    begin_();
+    EXPECT_TRUE(AgentServer::instance().end());
+    ASSERT_TRUE(Mcp::getDefaultServer().start({.port = 0}));
+    EXPECT_THAT(post_("tools/call", "scene.list", R"("name":"scene.list","arguments":{},)"),
+                HasSubstr("There is no tool"));
+    Mcp::getDefaultServer().stop();
 }
 
 TEST_F(AgentServerTests, OffersAPrompt)

@@ -102,7 +102,7 @@ TEST_F(FileToolsTests, LoadsInTheBackgroundWhereNobodyWaits)
     const Json::Value begun = call_("scene.loadFile", withPath_(folder_.write("part.box", ""), R"("wait": false)"));
     const std::string job = R"({"job": )" + begun["job"].asString() + "}";
     EXPECT_EQ(call_("jobs.status", job)["state"].asString(), "running");
-    EXPECT_EQ(call_("jobs.list")["jobs"].size(), 1U);
+    EXPECT_EQ(call_("jobs.list", R"({"limit": 1})")["total"].asInt(), 1);
     letOn_.set_value();
     EXPECT_TRUE(driver_.waitFor([&] { return !ProgressBar::isOrdered(); }));
     const Json::Value ended = call_("jobs.status", job);
@@ -116,6 +116,17 @@ TEST_F(FileToolsTests, CancelsAJob)
     const Json::Value begun = call_("scene.loadFile", withPath_(folder_.write("part.box", ""), R"("wait": false)"));
     EXPECT_EQ(call_("jobs.cancel", R"({"job": )" + begun["job"].asString() + "}")["state"].asString(), "canceled");
     EXPECT_FALSE(ProgressBar::isOrdered());
+}
+
+TEST_F(FileToolsTests, ListsJobsInParts)
+{
+    for (const char* name : {"first.stl", "second.stl"})
+        call_("scene.loadFile", withPath_(folder_.write(name, VX::Test::triangleStl())));
+    const Json::Value first = call_("jobs.list", R"({"limit": 1})");
+    ASSERT_EQ(first["jobs"].size(), 1U);
+    const Json::Value rest = call_("jobs.list", R"({"cursor": ")" + first["nextCursor"].asString() + "\"}");
+    ASSERT_EQ(rest["jobs"].size(), 1U);
+    EXPECT_NE(rest["jobs"][0]["job"], first["jobs"][0]["job"]);
 }
 
 TEST_F(FileToolsTests, TellsThatThereIsNoSuchJob)
@@ -148,6 +159,29 @@ TEST_F(FileToolsTests, NeverReplacesAFileUnlessTold)
     EXPECT_EQ(VX::Test::readFile(path), "mine");
     call_("scene.saveFile", withPath_(path, R"("overwrite": true)"));
     EXPECT_NE(VX::Test::readFile(path), "mine");
+}
+
+TEST_F(FileToolsTests, KeepsAFileThatCameWhileTheSavingWaited)
+{
+    ProgressBar::orderWriting("Other", [let = letOn_.get_future().share()](const ProgressCallback&)
+                              { return let.wait(), ProgressBar::Finish(); });
+    const Running running = begin_("scene.saveFile", withPath_(folder_.path() / "part.stl"));
+    EXPECT_TRUE(driver_.waitFor([&] { return ProgressBar::tasks().size() == 2; }));
+    const std::filesystem::path path = folder_.write("part.stl", "mine");
+    letOn_.set_value();
+    const Mcp::ToolResult result = finish_(running);
+    ASSERT_TRUE(result.isError);
+    EXPECT_THAT(result.content.front().text, HasSubstr("\"overwrite\": true"));
+    EXPECT_EQ(VX::Test::readFile(path), "mine");
+}
+
+TEST_F(FileToolsTests, ASceneSavedToAFileThatCannotKeepAllOfItHasUnsavedChanges)
+{
+    call_("scene.remove", R"({"ids": [)" + id_(*a_) + "]}");
+    call_("scene.saveFile", withPath_(folder_.path() / "scene.obj"));
+    EXPECT_FALSE(history_().isSaved());
+    EXPECT_TRUE(viewer_.sceneFile().empty());
+    EXPECT_THAT(error_("viewer.shutdown"), HasSubstr("scene.saveFile"));
 }
 
 TEST_F(FileToolsTests, NamesTheKindsOfFilesThatCanBeWritten)

@@ -111,6 +111,13 @@ TEST_F(SceneEditToolsTests, RefusesToFlattenObjects)
     EXPECT_THAT(error_("scene.transform", withIds_({a_}, R"("scale": 0)")), HasSubstr("scale other than 0"));
 }
 
+TEST_F(SceneEditToolsTests, TellsThatThereIsNothingToChange)
+{
+    EXPECT_THAT(error_("scene.setAppearance", withIds_({a_})), HasSubstr("\"opacity\""));
+    EXPECT_THAT(error_("scene.transform", withIds_({a_}, R"("center": [1, 2, 3])")), HasSubstr("\"translate\""));
+    EXPECT_EQ(history_().position(), 0U);
+}
+
 TEST_F(SceneEditToolsTests, DuplicatesObjects)
 {
     const Json::Value copies = callAsStep_("scene.duplicate", withIds_({a_, c_}));

@@ -1,14 +1,62 @@
 #include "AgentFixture.h"
 
 #include <VXViewer/ImageFile.h>
+#include <VXViewer/MainLoop.h>
+#include <VXViewer/RibbonMenuItem.h>
+#include <VXViewer/UI.h>
 
 #include <gtest/gtest.h>
+
+#include <random>
 
 namespace VX
 {
 
 using testing::HasSubstr;
 using testing::StartsWith;
+
+/// A tool whose panel has a field with a password, shown in letters.
+class PasswordForm : public RibbonMenuItem
+{
+public:
+    PasswordForm()
+        : RibbonMenuItem("Form")
+    {
+    }
+
+    void press() override {}
+
+    [[nodiscard]] bool isActive() const override { return true; }
+
+    [[nodiscard]] bool isTool() const override { return true; }
+
+    void drawPanel() override
+    {
+        ImGui::SetNextWindowPos({300, 200});
+        UI::beginWindow("Form", ImGuiWindowFlags_AlwaysAutoResize);
+        UI::inputText("##password", password, {.password = true, .revealed = true});
+        UI::endWindow();
+    }
+
+    std::string password;
+};
+
+/// So many small triangles in all directions that a picture of them is hard to compress.
+Mesh makeConfetti()
+{
+    std::mt19937 random(7);
+    std::uniform_real_distribution<float> place(-10, 10);
+    std::uniform_real_distribution<float> edge(-0.2F, 0.2F);
+    Mesh mesh;
+    for (std::int32_t i = 0; i < 60000; ++i)
+    {
+        const Vector3f middle(place(random), place(random), place(random));
+        for (int corner = 0; corner < 3; ++corner)
+            mesh.points.push_back(middle + Vector3f(edge(random), edge(random), edge(random)));
+        mesh.triangles.emplace_back(3 * i, 3 * i + 1, 3 * i + 2);
+    }
+    return mesh;
+}
 
 class ScreenshotToolsTests : public VX::Test::AgentFixture
 {
@@ -97,6 +145,23 @@ TEST_F(ScreenshotToolsTests, TakesTheWholeWindow)
     EXPECT_EQ(image.size, (PixelSize{1000, 700}));
 }
 
+TEST_F(ScreenshotToolsTests, ShowsNoPasswordThatTheUserHasMadeVisible)
+{
+    const auto form = std::make_shared<PasswordForm>();
+    RibbonSchemaHolder::addItem(form);
+    const auto pictureOf = [&](const char* password)
+    {
+        form->password = password;
+        viewer_.incrementForceRedrawFrames(2);
+        driver_.settle();
+        return picture_("viewer.captureScreenshot", R"({"area": "window"})").pixels;
+    };
+    const auto first = pictureOf("wide words");
+    EXPECT_TRUE(driver_.shows("Form"));
+    EXPECT_EQ(pictureOf("i.i.i.i.i."), first);
+    EXPECT_NE(viewer_.loop().captureWindow().pixels, first);
+}
+
 TEST_F(ScreenshotToolsTests, KeepsAPictureShortEnoughForEveryClient)
 {
     const Mcp::ToolResult result = run_("viewer.captureScreenshot", R"({"maxSize": 4096})");
@@ -111,6 +176,25 @@ TEST_F(ScreenshotToolsTests, PutsSeveralViewsIntoOnePicture)
     EXPECT_EQ(facts_["views"][2]["view"].asString(), "current");
     EXPECT_EQ(facts_["views"][1]["x"].asInt(), facts_["views"][0]["width"].asInt());
     EXPECT_EQ(image.size.width, 2 * facts_["views"][0]["width"].asInt());
+}
+
+TEST_F(ScreenshotToolsTests, TellsWhereTheViewsAreInAPictureThatHadToBecomeSmaller)
+{
+    a_->setMesh(std::make_shared<const Mesh>(makeConfetti()));
+    a_->setFlatShaded(true);
+    picture_("viewer.captureMontage", R"({"views": ["front", "left", "top", "isometric"], "maxSize": 1600})");
+    const int width = facts_["width"].asInt();
+    ASSERT_LT(width, 1600);
+    const Json::Value& last = facts_["views"][3];
+    EXPECT_NEAR(last["x"].asInt(), width / 2, 1);
+    EXPECT_EQ(last["x"].asInt() + last["width"].asInt(), width);
+    EXPECT_EQ(last["y"].asInt() + last["height"].asInt(), facts_["height"].asInt());
+}
+
+TEST_F(ScreenshotToolsTests, TellsWhatDoesNotGoTogether)
+{
+    EXPECT_THAT(error_("viewer.captureScreenshot", R"({"format": "jpeg", "transparent": true})"), HasSubstr("png"));
+    EXPECT_THAT(error_("viewer.captureScreenshot", R"({"area": "window", "view": "top"})"), HasSubstr("\"view\""));
 }
 
 TEST_F(ScreenshotToolsTests, RefusesACameraThatLooksNowhere)

@@ -54,6 +54,30 @@ TEST_F(SelectToolsTests, PicksWhatAPictureShowsAtAPixel)
     EXPECT_EQ(call_("select.pick", arguments.toStyledString())["object"]["name"].asString(), "B");
 }
 
+TEST_F(SelectToolsTests, TakesThePictureAsItWasAnswered)
+{
+    const Json::Value& known = tool_("select.pick").inputSchema["properties"]["picture"]["properties"];
+    const Json::Value taken = call_("viewer.captureScreenshot", R"({"maxSize": 100})");
+    const Json::Value montage = call_("viewer.captureMontage", R"({"maxSize": 100})");
+    for (const Json::Value& picture : {taken, montage["views"][0]})
+    {
+        for (const std::string& field : picture.getMemberNames())
+            EXPECT_TRUE(known.isMember(field)) << field;
+    }
+}
+
+TEST_F(SelectToolsTests, PicksWhatAViewOfAMontageShowsAtAPixelOfTheWhole)
+{
+    const Json::Value montage = call_("viewer.captureMontage", R"({"views": ["front", "right", "left", "top"]})");
+    const Json::Value& top = montage["views"][3];
+    ASSERT_GT(top["x"].asInt() * top["y"].asInt(), 0);
+    Json::Value arguments;
+    arguments["picture"] = top;
+    arguments["x"] = top["x"].asInt() + top["width"].asInt() / 2;
+    arguments["y"] = top["y"].asInt() + top["height"].asInt() / 2;
+    EXPECT_EQ(call_("select.pick", arguments.toStyledString())["object"]["name"].asString(), "B");
+}
+
 TEST_F(SelectToolsTests, SelectsNothingWhereNothingIs)
 {
     b_->setSelected(true);

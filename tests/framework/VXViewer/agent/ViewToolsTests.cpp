@@ -34,6 +34,12 @@ TEST_F(ViewToolsTests, TurnsToAStandardDirectionAndShowsAll)
     EXPECT_TRUE(pixel->x() > 0 && pixel->x() < area.width);
 }
 
+TEST_F(ViewToolsTests, StaysWhereItIsPlacedAlsoWhereAStandardDirectionIsNamed)
+{
+    call_("camera.set", R"({"view": "top", "eye": [0, -70, 10], "target": [0, 0, 10]})");
+    EXPECT_TRUE(viewer_.view().camera().eye().isApprox(Vector3d(0, -70, 10)));
+}
+
 TEST_F(ViewToolsTests, LooksStraightDownWithoutBeingToldWhatIsUp)
 {
     call_("camera.set", R"({"eye": [0, 0, 50], "target": [0, 0, 0]})");
@@ -59,11 +65,11 @@ TEST_F(ViewToolsTests, UndoesAndRedoesSteps)
     call_("scene.rename", R"({"id": )" + id_(*a_) + R"(, "name": "X"})");
     call_("scene.remove", R"({"ids": [)" + id_(*b_) + "]}");
     const Json::Value undone = call_("history.undo", R"({"steps": 5})");
-    EXPECT_EQ(undone["steps"].size(), 2U);
-    EXPECT_EQ(undone["steps"][0].asString(), "Remove Objects");
+    EXPECT_EQ(undone["undone"].size(), 2U);
+    EXPECT_EQ(undone["undone"][0].asString(), "Remove Objects");
     EXPECT_FALSE(undone["canUndo"].asBool());
     EXPECT_THAT(namesBelow_(viewer_.scene()), ElementsAre("A", "B", "C"));
-    call_("history.redo");
+    EXPECT_EQ(call_("history.redo")["redone"].size(), 1U);
     EXPECT_EQ(a_->name(), "X");
     EXPECT_THAT(error_("history.redo", R"({"steps": 0})"), HasSubstr("nothing to redo"));
 }
@@ -139,6 +145,24 @@ TEST_F(ViewToolsTests, ClosesAnUnsavedSceneOnlyWhereToldTo)
     EXPECT_FALSE(viewer_.isClosing());
     call_("viewer.shutdown", R"({"discardChanges": true})");
     EXPECT_TRUE(driver_.waitFor([&] { return viewer_.isClosing(); }));
+}
+
+TEST_F(ViewToolsTests, ChangesNothingWhileTheUserIsInTheMiddleOfAnEdit)
+{
+    const HistoryScope drag(history_(), "Drag");
+    EXPECT_THAT(error_("scene.rename", R"({"id": )" + id_(*a_) + R"(, "name": "X"})"), HasSubstr("middle of an edit"));
+    EXPECT_EQ(a_->name(), "A");
+    EXPECT_EQ(call_("scene.list")["total"].asInt(), 3);
+}
+
+TEST_F(ViewToolsTests, ACallThatIsCanceledBeforeItBeginsSaysSo)
+{
+    const Running running = begin_("scene.remove", R"({"ids": [)" + id_(*a_) + "]}");
+    running.call->cancel();
+    const Mcp::ToolResult result = finish_(running);
+    ASSERT_TRUE(result.isError);
+    EXPECT_EQ(result.content.front().text, "Operation was canceled");
+    EXPECT_EQ(viewer_.scene().children().size(), 3U);
 }
 
 TEST_F(ViewToolsTests, EveryToolTellsWhatItIsForAndWhatItTakesAndGives)
