@@ -87,7 +87,8 @@ Segment::~Segment()
     }
     catch (const std::exception& error)
     {
-        spdlog::warn("A channel between processes cannot be closed: {}", error.what());
+        spdlog::warn("A channel between processes cannot be closed.");
+        spdlog::debug("The channel cannot be closed: {}", error.what());
     }
 }
 

@@ -21,7 +21,8 @@ std::unique_ptr<Segment> openSegment(const std::string& name, bool create)
     }
     catch (const std::exception& error)
     {
-        spdlog::warn("The channel to the other instances of the program cannot be opened: {}", error.what());
+        spdlog::warn("The channel to the other instances of the program cannot be opened.");
+        spdlog::debug("The channel cannot be opened: {}", error.what());
         return nullptr;
     }
 }

@@ -59,7 +59,7 @@ public:
     ColorTheme() = delete;
 
     /// `slot` is called after every change of the colours.
-    static boost::signals2::connection onChanged(std::function<void()> slot);
+    static boost::signals2::connection onChanged(const std::function<void()>& slot);
 
     static void setupDefaultDark();
     static void setupDefaultLight();

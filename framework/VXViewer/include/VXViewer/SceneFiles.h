@@ -1,5 +1,6 @@
 #pragma once
 
+#include <VXMesh/AtomicFile.h>
 #include <VXViewer/Export.h>
 
 #include <cstdint>
@@ -23,7 +24,7 @@ class VXVIEWER_API SceneFiles
 public:
     /// @param dialog  asks for files; it outlives this
     SceneFiles(Viewer& viewer, FileDialog& dialog);
-    ~SceneFiles();
+    ~SceneFiles() = default;
 
     SceneFiles(const SceneFiles&) = delete;
     SceneFiles& operator=(const SceneFiles&) = delete;
@@ -40,13 +41,15 @@ public:
     /// Told how it ended: with an empty text, or with why nothing was written, "Operation was canceled" among them.
     using OutcomeHandler = std::function<void(const std::string& error)>;
 
-    /// Saves the scene to `path`, in place of a file there, and tells `done` in place of the user.
+    /// Saves the scene to `path` and tells `done` in place of the user. Only in a scene file (.vxu), which keeps all of
+    /// it, the scene counts as saved.
+    /// @param existing  what becomes of a file there
     /// @return its task in the progress panel (ProgressBar.h)
-    std::uint64_t saveTo(const std::filesystem::path& path, OutcomeHandler done);
+    std::uint64_t saveTo(const std::filesystem::path& path, AtomicFile::Existing existing, OutcomeHandler done);
 
     /// The same of `objects`, with what is below them, where they stand in the scene.
     std::uint64_t saveTo(const std::vector<std::shared_ptr<Object>>& objects, const std::filesystem::path& path,
-                         OutcomeHandler done);
+                         AtomicFile::Existing existing, OutcomeHandler done);
 
     /// True while a file is being written.
     [[nodiscard]] bool isSaving() const { return saving_ > 0; }

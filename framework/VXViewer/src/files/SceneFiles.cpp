@@ -48,11 +48,11 @@ bool isSceneFile(const std::filesystem::path& path)
 
 /// What libraries throw becomes a message.
 tl::expected<void, std::string> saveSafely(const Object& root, const std::filesystem::path& path,
-                                           const ProgressCallback& progress)
+                                           AtomicFile::Existing existing, const ProgressCallback& progress)
 {
     try
     {
-        return saveObjectToFile(root, path, progress);
+        return saveObjectToFile(root, path, progress, existing);
     }
     catch (const std::exception& e)
     {
@@ -95,8 +95,9 @@ struct SceneFiles::Job
 {
     std::filesystem::path path;
     std::shared_ptr<const Object> root;
+    AtomicFile::Existing existing = AtomicFile::Existing::Replace;
     bool byDialog = false;
-    std::optional<HistoryPlace> place; ///< of the whole scene; nothing: a part of it
+    std::optional<HistoryPlace> place; ///< of what counts as the saved scene; nothing: a part or a lossy copy of it
     OutcomeHandler done;               ///< empty: messages tell the user
     tl::expected<void, std::string> result;
 };
@@ -106,8 +107,6 @@ SceneFiles::SceneFiles(Viewer& viewer, FileDialog& dialog)
     , dialog_(dialog)
 {
 }
-
-SceneFiles::~SceneFiles() = default;
 
 bool SceneFiles::isSaved() const
 {
@@ -193,19 +192,24 @@ void SceneFiles::saveScene_(const std::filesystem::path& path, bool byDialog, bo
     write_(job);
 }
 
-std::uint64_t SceneFiles::saveTo(const std::filesystem::path& path, OutcomeHandler done)
+std::uint64_t SceneFiles::saveTo(const std::filesystem::path& path, AtomicFile::Existing existing, OutcomeHandler done)
 {
     const std::shared_ptr<Job> job = jobOfScene_(path);
+    // The user did not choose to make do with less than all of the scene.
+    if (!isSceneFile(path))
+        job->place.reset();
+    job->existing = existing;
     job->done = std::move(done);
     return write_(job);
 }
 
 std::uint64_t SceneFiles::saveTo(const std::vector<std::shared_ptr<Object>>& objects, const std::filesystem::path& path,
-                                 OutcomeHandler done)
+                                 AtomicFile::Existing existing, OutcomeHandler done)
 {
     auto job = std::make_shared<Job>();
     job->path = path;
     job->root = copyInScene(objects);
+    job->existing = existing;
     job->done = std::move(done);
     return write_(job);
 }
@@ -217,7 +221,7 @@ std::uint64_t SceneFiles::write_(const std::shared_ptr<Job>& job)
         trf("Saving {}", utf8string(job->path.filename())),
         [this, job](const ProgressCallback& progress) -> ProgressBar::Finish
         {
-            job->result = saveSafely(*job->root, job->path, progress);
+            job->result = saveSafely(*job->root, job->path, job->existing, progress);
             return [this, job] { finish_(*job); };
         },
         [this, job]

@@ -96,26 +96,18 @@ private:
 /// The nearest object that all of `objects` are below.
 Object& commonParent(const Children& objects)
 {
-    const auto depthOf = [](const Object* object)
-    {
-        int depth = 0;
-        for (; object; object = object->parent())
-            ++depth;
-        return depth;
-    };
     Object* common = objects.front()->parent();
+    const auto isAbove = [&](const std::shared_ptr<Object>& object)
+    {
+        const Object* above = object->parent();
+        while (above && above != common)
+            above = above->parent();
+        return above != nullptr;
+    };
     for (const std::shared_ptr<Object>& object : objects)
     {
-        Object* other = object->parent();
-        while (depthOf(other) > depthOf(common))
-            other = other->parent();
-        while (depthOf(common) > depthOf(other))
+        while (common->parent() && !isAbove(object))
             common = common->parent();
-        while (common != other)
-        {
-            common = common->parent();
-            other = other->parent();
-        }
     }
     return *common;
 }

@@ -85,9 +85,9 @@ tl::expected<void, std::string> showUserTheme(const std::string& name)
 
 } // namespace
 
-boost::signals2::connection ColorTheme::onChanged(std::function<void()> slot)
+boost::signals2::connection ColorTheme::onChanged(const std::function<void()>& slot)
 {
-    return ThemeState::instance().changed.connect(std::move(slot));
+    return ThemeState::instance().changed.connect(slot);
 }
 
 void ColorTheme::setupDefaultDark()

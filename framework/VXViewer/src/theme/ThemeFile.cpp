@@ -20,7 +20,7 @@ namespace
 constexpr const char* extension = ".json";
 
 /// Far more than a theme takes.
-constexpr std::uintmax_t largestFile = 64 * 1024;
+constexpr std::uintmax_t largestFile = std::uintmax_t{64} * 1024;
 
 std::optional<unsigned> parseColor(const Json::Value& value)
 {

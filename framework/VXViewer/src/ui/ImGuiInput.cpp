@@ -2,6 +2,8 @@
 
 #include "ImGuiKeys.h"
 
+#include <VXMesh/Secret.h>
+
 #define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
 #include <imgui.h>
@@ -64,6 +66,13 @@ private:
     ImGuiIO& io_ = ImGui::GetIO();
 };
 
+/// Dear ImGui reads the text before it asks again.
+std::string& pastedText()
+{
+    static std::string text;
+    return text;
+}
+
 CursorShape shapeOf(ImGuiMouseCursor cursor)
 {
     switch (cursor)
@@ -91,11 +100,15 @@ void ImGuiInput::connect(Window& window)
     io.SetClipboardTextFn = [](void* user, const char* text) { static_cast<Window*>(user)->setClipboard(text); };
     io.GetClipboardTextFn = [](void* user) -> const char*
     {
-        // Dear ImGui reads the text before it asks again.
-        static std::string text;
-        text = static_cast<Window*>(user)->clipboard();
-        return text.c_str();
+        wipePasted();
+        pastedText() = static_cast<Window*>(user)->clipboard();
+        return pastedText().c_str();
     };
+}
+
+void ImGuiInput::wipePasted()
+{
+    wipe(pastedText());
 }
 
 void ImGuiInput::feed(const InputEvent& event)

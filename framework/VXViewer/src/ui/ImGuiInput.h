@@ -13,6 +13,9 @@ public:
     /// Connects the clipboard of `window`, which outlives the context.
     static void connect(Window& window);
 
+    /// Overwrites what was taken from the clipboard last.
+    static void wipePasted();
+
     static void feed(const InputEvent& event);
 
     /// True while Dear ImGui has events that wait for one of its next frames.

@@ -1,4 +1,6 @@
 #include "../menu/Translate.h"
+#include "ImGuiInput.h"
+#include "MaskedPasswords.h"
 #include "UiDrawing.h"
 
 #include <VXViewer/UI.h>
@@ -171,7 +173,7 @@ bool inputText(const std::string& label, std::string& text, const InputTextOptio
     const float width = ImGui::CalcItemWidth();
     ImGuiInputTextFlags flags = options.flags;
     std::size_t limit = options.limit;
-    if (options.password && !options.revealed)
+    if (options.password && (!options.revealed || ScopedMaskedPasswords::isActive()))
         flags |= ImGuiInputTextFlags_Password;
     if (limit > 0)
         flags |= ImGuiInputTextFlags_CallbackEdit;
@@ -207,6 +209,7 @@ void wipeTypedText()
     context->InputTextDeactivatedState.ID = 0;
     wipe(context->InputTextDeactivatedState.TextA);
     std::ranges::fill(typed.Stb.undostate.undo_char, ImWchar(0));
+    ImGuiInput::wipePasted();
 }
 
 bool combo(const std::string& label, int& current, const std::vector<std::string>& choices)
