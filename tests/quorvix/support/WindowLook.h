@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <ostream>
 #include <string>
 
 namespace VX::Test
@@ -50,6 +51,12 @@ struct WindowLook
         ColorTheme::setupDefaultDark();
     }
 };
+
+/// How the test library names a look.
+inline void PrintTo(const WindowLook& look, std::ostream* out)
+{
+    *out << look.name();
+}
 
 /// Every language, theme and scale: the languages in the dark theme, and in the light one at twice the size what is
 /// written in letters and in other characters.
