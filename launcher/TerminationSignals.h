@@ -7,7 +7,8 @@ namespace VX
 {
 
 /// While it lives, the first Ctrl+C or polite request to end (SIGINT, SIGTERM, SIGHUP) calls a function instead of
-/// ending the process at once; the second one ends it.
+/// ending the process at once; the second one ends it. From then on nothing ends for want of a reader of what the
+/// program prints (SIGPIPE).
 class TerminationSignals
 {
 public:

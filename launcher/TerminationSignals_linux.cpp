@@ -47,6 +47,8 @@ extern "C" void noteSignal(int)
     errno = savedError;
 }
 
+extern "C" void passOver(int) {}
+
 } // namespace
 
 class TerminationSignals::Impl
@@ -62,6 +64,9 @@ public:
         action.sa_flags = SA_RESTART;
         for (const int signal : handledSignals)
             ::sigaction(signal, &action, nullptr);
+        // Handled instead of ignored: programs that this one starts would ignore it too.
+        action.sa_handler = passOver;
+        ::sigaction(SIGPIPE, &action, nullptr);
         thread_ = std::thread([this] { listen_(); });
     }
 
