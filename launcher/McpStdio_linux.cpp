@@ -74,6 +74,7 @@ std::unique_ptr<SupervisedProcess> startHidden(const CommandLine& line)
     command.executable = *program;
     command.arguments = {"-hidden", "-exitWithParent", std::to_string(::getpid())};
     command.silent = true;
+    command.mayFinish = true; // an agent has closed it
     if (line.mcpPort)
         command.arguments.insert(command.arguments.end(), {"-mcpPort", std::to_string(*line.mcpPort)});
     if (line.deployment)

@@ -9,8 +9,8 @@
 namespace VX
 {
 
-/// A process that is started again whenever it ends, until this object goes: then it is asked to end and, if it does
-/// not within two seconds, killed. Restarts wait longer and longer while the process keeps failing.
+/// A process that is started again whenever it ends before its time, until this object goes: then it is asked to end
+/// and, if it does not within two seconds, killed. Restarts wait longer and longer while the process keeps failing.
 class SupervisedProcess
 {
 public:
@@ -30,6 +30,8 @@ public:
         /// It reads nothing from standard input, and what it writes to standard output is lost: they are this process's
         /// own.
         bool silent = false;
+        /// It may end for good: after status 0 it is not started again.
+        bool mayFinish = false;
     };
 
     /// Starts the process on a thread of its own and returns at once; failures to start are logged and tried again.

@@ -166,7 +166,8 @@ private:
         } while (true);
     }
 
-    /// Starts the process and waits. @return true when it was stopped on request, false when it ended by itself
+    /// Starts the process and waits. @return true when it was stopped on request or has finished, false when it is to
+    /// be started again
     bool runOnce_()
     {
         ErrorOutput output(command_.logFile);
@@ -189,9 +190,10 @@ private:
         int status = 0;
         waitpid(pid, &status, 0);
         output.passOn();
-        if (!stopped)
-            reportEnd_(reasonOf(status, output));
-        return stopped;
+        if (stopped || (command_.mayFinish && WIFEXITED(status) && WEXITSTATUS(status) == 0))
+            return true;
+        reportEnd_(reasonOf(status, output));
+        return false;
     }
 
     /// @return whether the process is to be stopped; false where it has ended

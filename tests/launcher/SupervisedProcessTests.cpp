@@ -113,6 +113,26 @@ TEST_F(SupervisedProcessTest, IsStartedAgainWhenItEnded)
     EXPECT_TRUE(waitForStarts_(3));
 }
 
+TEST_F(SupervisedProcessTest, IsNotStartedAgainWhenItHasFinished)
+{
+    auto command = shell_("exit 0");
+    command.mayFinish = true;
+    {
+        const SupervisedProcess process(std::move(command));
+        ASSERT_TRUE(waitForStarts_(1));
+        ASSERT_TRUE(VX::Test::waitUntil([&] { return !VX::Test::isRunning(started_().front()); }));
+    }
+    EXPECT_EQ(started_().size(), 1U);
+}
+
+TEST_F(SupervisedProcessTest, IsStartedAgainWhenItFailedBeforeItHadFinished)
+{
+    auto command = shell_("exit 1");
+    command.mayFinish = true;
+    const SupervisedProcess process(std::move(command));
+    EXPECT_TRUE(waitForStarts_(3));
+}
+
 TEST_F(SupervisedProcessTest, IsNotStartedAgainWhenItWasStopped)
 {
     {

@@ -163,9 +163,9 @@ Eigen::Quaterniond Camera::standardRotation(StandardView view)
     return lookRotation({-1, 1, -1}, z);
 }
 
-void Camera::fit(const Box3d& box, PixelSize viewport)
+void Camera::fit(const Box3d& box, const FitArea& area)
 {
-    CameraFit fit(*this, viewport);
+    CameraFit fit(*this, area);
     if (!box.isEmpty())
     {
         for (const Vector3d& corner : cornersOf(box))

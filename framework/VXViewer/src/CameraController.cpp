@@ -307,7 +307,7 @@ void CameraController::fitTo_(Camera& camera) const
     if (fitter_)
         fitter_(camera);
     else
-        camera.fit(sceneBox_, viewport_);
+        camera.fit(sceneBox_, {viewport_, coveredTop_});
 }
 
 void CameraController::fitScene(double now)
@@ -324,7 +324,7 @@ void CameraController::fit(const Box3d& box, double now)
         return;
     update(now);
     Camera fitted = animation_ ? animation_->to : camera_;
-    fitted.fit(box, viewport_);
+    fitted.fit(box, {viewport_, coveredTop_});
     animateTo(fitted, now);
 }
 

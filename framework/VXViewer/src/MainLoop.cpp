@@ -176,16 +176,21 @@ void MainLoop::drawFrame_(bool show)
     SceneView& view = viewer_.view();
     UiSession* ui = viewer_.ui();
     PixelRect sceneArea{0, 0, size.width, size.height};
+    int coveredTop = 0;
     if (ui)
     {
         ui->beginFrame();
-        sceneArea = viewer_.getMenuPlugin() ? viewer_.getMenuPlugin()->drawFrame() : sceneArea;
+        if (ImGuiMenu* menu = viewer_.getMenuPlugin().get())
+        {
+            sceneArea = menu->drawFrame();
+            coveredTop = menu->coveredTop();
+        }
         ui->endFrame();
         // This frame counts as one of them.
         if (ui->wantsAnotherFrame())
             requestFrames(2, showLastOnly_);
     }
-    view.setArea(sceneArea, ui ? UI::scale() : window.contentScale());
+    view.setArea(sceneArea, ui ? UI::scale() : window.contentScale(), coveredTop);
     view.animate();
     view.draw(window);
     if (ui)

@@ -311,16 +311,16 @@ Box3d SceneRenderer::visibleBox(const Object& root, ViewportMask viewport)
     return box;
 }
 
-void SceneRenderer::fit(Camera& camera, const Object& root, PixelSize size, ViewportMask viewport)
+void SceneRenderer::fit(Camera& camera, const Object& root, const FitArea& area, ViewportMask viewport)
 {
-    CameraFit whole(camera, size);
+    CameraFit whole(camera, area);
     const auto add = [&](const VisibleObject& visible)
     {
         const std::vector<Vector3f>* points = pointsOf(visible.object);
         if (points == nullptr)
             return;
         whole.merge(tbb::parallel_reduce(
-            tbb::blocked_range<std::size_t>(0, points->size(), 1 << 14), CameraFit(camera, size),
+            tbb::blocked_range<std::size_t>(0, points->size(), 1 << 14), CameraFit(camera, area),
             [&](const tbb::blocked_range<std::size_t>& range, CameraFit part)
             {
                 for (std::size_t i = range.begin(); i != range.end(); ++i)

@@ -20,7 +20,7 @@ SceneView::SceneView(std::shared_ptr<Object> root)
     , cornerController_(std::make_unique<CornerControllerObject>())
     , controller_([this](const Vector2d& pixel) { return pointUnderCursor_(pixel); })
 {
-    controller_.setFitter([this](Camera& camera) { SceneRenderer::fit(camera, *root_, size_(), options_.viewport); });
+    controller_.setFitter([this](Camera& camera) { SceneRenderer::fit(camera, *root_, fitArea(), options_.viewport); });
     takeThemeColors_();
     themeConnection_ = ColorTheme::onChanged([this] { takeThemeColors_(); });
 }
@@ -64,12 +64,13 @@ void SceneView::stopGraphics()
     cornerController_ = std::make_unique<CornerControllerObject>();
 }
 
-void SceneView::setArea(const PixelRect& area, float scale)
+void SceneView::setArea(const PixelRect& area, float scale, int coveredTop)
 {
     area_ = area;
     scale_ = scale;
     options_.scale = scale;
-    controller_.setViewport(size_());
+    coveredTop_ = coveredTop;
+    controller_.setViewport(size_(), coveredTop);
 }
 
 bool SceneView::isOnCube(const Vector2f& position) const
@@ -107,7 +108,7 @@ void SceneView::fitAll(bool animated)
         return;
     }
     Camera camera = controller_.camera();
-    SceneRenderer::fit(camera, *root_, size_(), options_.viewport);
+    SceneRenderer::fit(camera, *root_, fitArea(), options_.viewport);
     controller_.setCamera(camera);
 }
 

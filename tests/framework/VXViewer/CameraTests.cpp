@@ -86,6 +86,28 @@ TEST_P(CameraTests, AFittedBoxLiesInsideWithAMarginOnAllSides)
     EXPECT_EQ(camera.rotation().coeffs(), camera_.rotation().coeffs());
 }
 
+TEST_P(CameraTests, AFitLeavesFreeWhatIsCovered)
+{
+    constexpr int covered = 120;
+    for (const Vector3d& size : {Vector3d(12, 4, 1), Vector3d(1, 1, 20)})
+    {
+        Camera camera = camera_;
+        const Box3d box(Vector3d(-3, 100, 7), Vector3d(-3, 100, 7) + size);
+        camera.fit(box, {viewport, covered});
+        Eigen::AlignedBox2d seen;
+        for (int i = 0; i < 8; ++i)
+            seen.extend(camera.project(box.corner(static_cast<Box3d::CornerType>(i)), viewport).value());
+        const double above = seen.min().y() - covered;
+        const double below = viewport.height - seen.max().y();
+        EXPECT_NEAR(above, below, 1e-6);
+        EXPECT_GT(above, 0);
+        const double share =
+            std::max(seen.sizes().x() / viewport.width, seen.sizes().y() / (viewport.height - covered));
+        EXPECT_GT(share, 0.8);
+        EXPECT_LT(share, 0.9);
+    }
+}
+
 TEST_P(CameraTests, AFittedPointHasAFiniteDistance)
 {
     Camera camera = camera_;

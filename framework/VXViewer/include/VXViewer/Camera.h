@@ -46,6 +46,19 @@ struct ClipRange
     double farPlane = 1;
 };
 
+/// The part of a viewport in which something is to be shown whole.
+struct FitArea
+{
+    FitArea(PixelSize size, int hiddenTop = 0)
+        : viewport(size)
+        , coveredTop(hiddenTop)
+    {
+    }
+
+    PixelSize viewport;
+    int coveredTop; ///< pixels along the upper edge that something else lies over
+};
+
 /// Where the scene is looked at from, as a value. The camera looks at `target` from `distance` away; what lies in the
 /// plane of the target has the same size on the screen in both projections. All lengths are in scene units, all angles
 /// in radians, pixels count from the upper left corner of the viewport (pixel centres at .5).
@@ -100,8 +113,9 @@ public:
     /// Turns to a standard view about the target.
     void setStandardView(StandardView view) { rotation_ = standardRotation(view); }
 
-    /// Moves and zooms, without turning, until `box` fills the viewport but for a margin; an empty box changes nothing.
-    void fit(const Box3d& box, PixelSize viewport);
+    /// Moves and zooms, without turning, until `box` fills what can be seen of the viewport but for a margin; an empty
+    /// box changes nothing.
+    void fit(const Box3d& box, const FitArea& area);
 
     /// Makes the plane through `point` the one that keeps its size when the projection changes, without a change of
     /// the picture. A point behind the eye changes nothing.

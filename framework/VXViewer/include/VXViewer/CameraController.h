@@ -37,7 +37,12 @@ public:
     /// How to show all of the scene without turning, where that can be done closer than by its box; may be empty.
     void setFitter(std::function<void(Camera&)> fitter) { fitter_ = std::move(fitter); }
 
-    void setViewport(PixelSize viewport) { viewport_ = viewport; }
+    /// @param coveredTop  pixels along the upper edge that a fit leaves free
+    void setViewport(PixelSize viewport, int coveredTop = 0)
+    {
+        viewport_ = viewport;
+        coveredTop_ = coveredTop;
+    }
 
     /// A press begins a drag, and ends an animation. @return true when the event was used
     bool handle(const MouseButtonEvent& event, double now);
@@ -121,6 +126,7 @@ private:
     Camera camera_;
     Box3d sceneBox_;
     PixelSize viewport_;
+    int coveredTop_ = 0;
     std::optional<Animation> animation_;
     Drag drag_ = Drag::None;
     int dragButton_ = 0;

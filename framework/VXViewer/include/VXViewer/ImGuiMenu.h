@@ -79,6 +79,9 @@ public:
     /// Lets the user type a name for `object` in the scene list. @return false where the list is not shown
     bool renameInSceneList(const std::shared_ptr<Object>& object);
 
+    /// How many pixels of the scene, from its upper edge, lie below what floats there.
+    [[nodiscard]] virtual int coveredTop() const { return 0; }
+
     /// The width of the panel at the left in pixels; 0 in a window too small for it.
     [[nodiscard]] virtual float leftPanelWidth() const;
 

@@ -46,6 +46,7 @@ public:
     /// A window that loses the keyboard ends the keyboard control of the ribbon.
     bool handleSceneInput(const InputEvent& event) override;
 
+    [[nodiscard]] int coveredTop() const override;
     [[nodiscard]] float leftPanelWidth() const override;
     [[nodiscard]] float topPanelHeight() const override;
 

@@ -111,9 +111,9 @@ public:
     /// The extent of the visible objects below `root` in viewport `viewport`, in scene coordinates.
     [[nodiscard]] static Box3d visibleBox(const Object& root, ViewportMask viewport = ViewportMask(1));
 
-    /// Moves `camera`, without turning it, until what is visible below `root` fills the picture but for a margin:
+    /// Moves `camera`, without turning it, until what is visible below `root` fills `area` but for a margin:
     /// closer than `Camera::fit` of its box. An empty scene changes nothing.
-    static void fit(Camera& camera, const Object& root, PixelSize size, ViewportMask viewport = ViewportMask(1));
+    static void fit(Camera& camera, const Object& root, const FitArea& area, ViewportMask viewport = ViewportMask(1));
 
     [[nodiscard]] const SceneStatistics& statistics() const;
 

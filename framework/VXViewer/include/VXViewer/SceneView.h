@@ -71,7 +71,11 @@ public:
     [[nodiscard]] const PixelRect& area() const { return area_; }
 
     /// @param scale  pixels in a unit of the design
-    void setArea(const PixelRect& area, float scale);
+    /// @param coveredTop  pixels along the upper edge of the area that the interface lies over
+    void setArea(const PixelRect& area, float scale, int coveredTop = 0);
+
+    /// Where a fit shows the scene: the area without what covers it.
+    [[nodiscard]] FitArea fitArea() const { return {size_(), coveredTop_}; }
 
     [[nodiscard]] bool contains(const Vector2f& position) const;
 
@@ -185,6 +189,7 @@ private:
     bool followsThemeBackground_ = true;
     boost::signals2::scoped_connection themeConnection_;
     PixelRect area_;
+    int coveredTop_ = 0;
     float scale_ = 1;
     bool shownMoving_ = false;
     bool dragging_ = false;

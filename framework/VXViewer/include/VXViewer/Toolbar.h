@@ -54,6 +54,9 @@ public:
     /// Draws the strip into the top of `area` where it has room, and the window where it is open.
     void draw(const PixelRect& area, const RibbonLayout& layout, RibbonButtons& buttons);
 
+    /// How far the strip reaches into its area, in pixels, also while a window lies over it.
+    [[nodiscard]] static int depth();
+
 private:
     struct State;
 

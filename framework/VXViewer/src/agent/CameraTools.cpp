@@ -31,9 +31,8 @@ tl::expected<Camera, std::string> fitted(Viewer& viewer, const AgentArguments& a
     const auto objects = arguments.objects("ids", viewer.scene());
     if (!objects)
         return tl::unexpected(objects.error());
-    const PixelRect& area = viewer.view().area();
     const std::shared_ptr<const Object> root = objects->empty() ? viewer.sceneRoot() : chosenScene(*objects);
-    SceneRenderer::fit(camera, *root, {area.width, area.height}, viewer.view().options().viewport);
+    SceneRenderer::fit(camera, *root, viewer.view().fitArea(), viewer.view().options().viewport);
     return camera;
 }
 

@@ -6,18 +6,18 @@
 namespace VX
 {
 
-/// Finds where a camera has to stand, without turning, to show a number of points as big as possible in the middle.
+/// Finds where a camera has to stand, without turning, to show a number of points as big as possible in the middle of
+/// an area.
 class CameraFit
 {
 public:
-    CameraFit(const Camera& camera, PixelSize viewport);
+    CameraFit(const Camera& camera, const FitArea& area);
 
     void add(const Vector3d& point)
     {
         const Vector3d p = rotation_ * (point - origin_);
-        const Vector2d reach = flat_ ? Vector2d::Zero() : Vector2d(p.z() * tangents_);
-        bounds_ =
-            bounds_.max(Eigen::Array4d(reach.x() + p.x(), reach.x() - p.x(), reach.y() + p.y(), reach.y() - p.y()));
+        const Eigen::Array4d offset(p.x(), -p.x(), p.y(), -p.y());
+        bounds_ = bounds_.max(flat_ ? offset : Eigen::Array4d(offset + p.z() * slopes_));
         nearest_ = std::max(nearest_, p.z());
         farthest_ = std::min(farthest_, p.z());
     }
@@ -30,10 +30,10 @@ public:
 
 private:
     Eigen::Matrix3d rotation_;
-    Vector3d origin_; ///< near the scene, so that sums keep their digits
-    Vector2d tangents_;
+    Vector3d origin_;       ///< near the scene, so that sums keep their digits
+    Eigen::Array4d slopes_; ///< of the planes at the right, left, top and bottom, by the distance from the eye
     bool flat_;
-    Eigen::Array4d bounds_;
+    Eigen::Array4d bounds_; ///< how far the points reach towards each plane
     double nearest_;
     double farthest_;
 };

@@ -25,7 +25,7 @@ constexpr const char* groupName = "Ribbon Group";
 
 RibbonButtonForm formOf(const RibbonButton& button, RibbonGroupForm group)
 {
-    if (group == RibbonGroupForm::Icons)
+    if (group == RibbonGroupForm::Icons || group == RibbonGroupForm::Bare)
         return RibbonButtonForm::Icon;
     return group == RibbonGroupForm::Full && button.size == RibbonItemSize::Large ? RibbonButtonForm::Large
                                                                                   : RibbonButtonForm::Small;
@@ -88,8 +88,9 @@ float RibbonBody::width_(const RibbonLayoutGroup& group, RibbonGroupForm form) c
 {
     if (form == RibbonGroupForm::DropDown)
         return buttons_.width(standIn(group), RibbonButtonForm::Large) + UI::px(2 * groupPadding + separator);
-    const float width = widthOf(columnsOf(group, form, buttons_));
-    return std::max(width, std::ceil(nameWidth(group.caption)) + UI::px(4)) + UI::px(2 * groupPadding + separator);
+    const float buttons = widthOf(columnsOf(group, form, buttons_));
+    const float name = form == RibbonGroupForm::Bare ? 0 : std::ceil(nameWidth(group.caption)) + UI::px(4);
+    return std::max(buttons, name) + UI::px(2 * groupPadding + separator);
 }
 
 void RibbonBody::draw(const RibbonLayoutTab& tab)
@@ -131,6 +132,8 @@ void RibbonBody::drawGroup_(const RibbonLayoutGroup& group, RibbonGroupForm form
     }
     const float content = widthOf(columnsOf(group, form, buttons_));
     drawButtons_(group, form, {origin.x + std::floor((inner - content) / 2), origin.y + UI::px(top)});
+    if (form == RibbonGroupForm::Bare)
+        return;
     const ImFont* font = UI::font(UI::Font::Small);
     const float left = origin.x + std::floor((inner - nameWidth(group.caption)) / 2);
     ImGui::GetWindowDrawList()->AddText(font, font->FontSize, {left, origin.y + UI::px(nameTop)},

@@ -15,6 +15,7 @@ enum class RibbonGroupForm
     Small,    ///< all items small, with their captions
     Icons,    ///< icons only
     DropDown, ///< one button that opens the group
+    Bare,     ///< icons only, without the name of the group
     Count
 };
 

@@ -234,6 +234,11 @@ void RibbonMenu::drawToolbar_()
         ribbon_->toolbar.draw(sceneArea_(), ribbon_->session->layout, ribbon_->session->buttons);
 }
 
+int RibbonMenu::coveredTop() const
+{
+    return ribbon_->config.drawToolbar.value_or(true) ? Toolbar::depth() : 0;
+}
+
 void RibbonMenu::drawNotifications_()
 {
     tellOfSettings(*this);

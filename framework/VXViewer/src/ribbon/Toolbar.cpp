@@ -11,6 +11,7 @@
 #include <VXViewer/UI.h>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace VX
@@ -138,6 +139,11 @@ void Toolbar::draw(const PixelRect& area, const RibbonLayout& layout, RibbonButt
 {
     drawStrip_(area, layout, buttons);
     state_->window.draw(*this, area, layout);
+}
+
+int Toolbar::depth()
+{
+    return static_cast<int>(std::ceil(UI::px(edge + button + 2 * padding)));
 }
 
 void Toolbar::drawStrip_(const PixelRect& area, const RibbonLayout& layout, RibbonButtons& buttons)

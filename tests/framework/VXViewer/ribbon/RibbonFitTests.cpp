@@ -10,7 +10,7 @@ using testing::Each;
 using testing::ElementsAre;
 using Form = RibbonGroupForm;
 
-constexpr RibbonGroupWidths group{100, 80, 60, 50};
+constexpr RibbonGroupWidths group{100, 80, 60, 50, 60};
 
 TEST(RibbonFit, LeavesGroupsAsTheyAreWhereThereIsRoom)
 {
@@ -31,9 +31,16 @@ TEST(RibbonFit, TakesASecondStepOnlyWhenAllHaveTakenTheFirst)
 
 TEST(RibbonFit, LeavesOutAStepThatSavesNothing)
 {
-    const RibbonGroupWidths wideSmall{100, 120, 60, 70};
+    const RibbonGroupWidths wideSmall{100, 120, 60, 70, 60};
     EXPECT_THAT(fitRibbonGroups({wideSmall}, 90), ElementsAre(Form::Icons));
     EXPECT_THAT(fitRibbonGroups({wideSmall}, 10), ElementsAre(Form::Icons));
+}
+
+TEST(RibbonFit, LeavesOutNamesOnlyWhereNoButtonsSaveMore)
+{
+    const RibbonGroupWidths wideName{100, 80, 60, 70, 40};
+    EXPECT_THAT(fitRibbonGroups({wideName, wideName}, 120), Each(Form::Icons));
+    EXPECT_THAT(fitRibbonGroups({group, wideName}, 100), ElementsAre(Form::DropDown, Form::Bare));
 }
 
 TEST(RibbonFit, AcceptsNoGroupsAtAll)

@@ -1,6 +1,9 @@
 #include "RibbonFixture.h"
 
 #include <VXMesh/Config.h>
+#include <VXMesh/ObjectMesh.h>
+#include <VXMesh/Primitives.h>
+#include <VXViewer/SceneView.h>
 #include <VXViewer/ViewerSettingsManager.h>
 
 #include <gmock/gmock.h>
@@ -37,6 +40,23 @@ TEST_F(ToolbarTests, PressesItsItems)
 {
     driver_.press("Measure", "Toolbar");
     EXPECT_THAT(menu_->pressed, ElementsAre("Measure"));
+}
+
+TEST_F(ToolbarTests, DoesNotLieOverAFittedScene)
+{
+    const auto cube = std::make_shared<ObjectMesh>();
+    cube->setMesh(std::make_shared<const Mesh>(makeCube({})));
+    viewer_.scene().addChild(cube);
+    viewer_.view().fitAll(false);
+    const Box3d box = cube->worldBox();
+    const PixelRect& area = viewer_.view().area();
+    double top = area.height;
+    for (int i = 0; i < 8; ++i)
+        top = std::min(top, viewer_.view()
+                                .camera()
+                                .project(box.corner(static_cast<Box3d::CornerType>(i)), {area.width, area.height})
+                                ->y());
+    EXPECT_GT(area.y + top, driver_.find("Measure", "Toolbar")->max.y());
 }
 
 TEST_F(ToolbarTests, KeepsTheChoiceInTheConfiguration)
