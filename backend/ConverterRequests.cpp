@@ -16,14 +16,7 @@ using Text = tl::expected<std::string, std::string>;
 /// Longer values are no format, and not worth repeating.
 constexpr std::size_t longestFormat = 40;
 
-tl::expected<Json::Value, std::string> parseObject(const std::string& body)
-{
-    auto document = deserializeJsonValue(body);
-    if (document && !document->isObject())
-        return tl::unexpected(std::string("The request must be a JSON object."));
-    return document;
-}
-
+// `document` is a constant: looking a member up in another one would add it.
 Text textMember(const Json::Value& document, const std::string& name)
 {
     const Json::Value& value = document[name];
@@ -38,6 +31,26 @@ Text textMember(const Json::Value& document, const std::string& name)
 Text readToken(const Json::Value& document)
 {
     return document["access_token"].isNull() ? Text() : textMember(document, "access_token");
+}
+
+/// What requests of every kind have.
+struct Request
+{
+    Json::Value document; ///< an object
+    std::string accessToken;
+};
+
+tl::expected<Request, std::string> parseRequest(const std::string& body)
+{
+    auto document = deserializeJsonValue(body);
+    if (!document)
+        return tl::unexpected(std::move(document.error()));
+    if (!document->isObject())
+        return tl::unexpected(std::string("The request must be a JSON object."));
+    auto token = readToken(*document);
+    if (!token)
+        return tl::unexpected(std::move(token.error()));
+    return Request{.document = std::move(*document), .accessToken = std::move(*token)};
 }
 
 tl::expected<void, std::string> checkInput(const Json::Value& document)
@@ -72,32 +85,26 @@ tl::expected<void, std::string> checkOutput(const Json::Value& document)
 
 tl::expected<ConverterContextRequest, std::string> ConverterContextRequest::parse(const std::string& body)
 {
-    // Looked up in a constant: a member that is not there must not be added.
-    const auto document = parseObject(body);
-    if (!document)
-        return tl::unexpected(document.error());
-    auto token = readToken(*document);
-    if (!token)
-        return tl::unexpected(std::move(token.error()));
-    if (auto valid = checkInput(*document); !valid)
+    auto request = parseRequest(body);
+    if (!request)
+        return tl::unexpected(std::move(request.error()));
+    if (auto valid = checkInput(request->document); !valid)
         return tl::unexpected(std::move(valid.error()));
-    return ConverterContextRequest{.accessToken = std::move(*token)};
+    return ConverterContextRequest{.accessToken = std::move(request->accessToken)};
 }
 
 tl::expected<ConverterStartRequest, std::string> ConverterStartRequest::parse(const std::string& body)
 {
-    const auto document = parseObject(body);
-    if (!document)
-        return tl::unexpected(document.error());
-    auto token = readToken(*document);
-    if (!token)
-        return tl::unexpected(std::move(token.error()));
-    auto id = textMember(*document, "request_id");
+    auto request = parseRequest(body);
+    if (!request)
+        return tl::unexpected(std::move(request.error()));
+    const Json::Value& document = request->document;
+    auto id = textMember(document, "request_id");
     if (!id)
         return tl::unexpected(std::move(id.error()));
-    if (auto valid = checkInput(*document).and_then([&] { return checkOutput(*document); }); !valid)
+    if (auto valid = checkInput(document).and_then([&] { return checkOutput(document); }); !valid)
         return tl::unexpected(std::move(valid.error()));
-    return ConverterStartRequest{.requestId = std::move(*id), .accessToken = std::move(*token)};
+    return ConverterStartRequest{.requestId = std::move(*id), .accessToken = std::move(request->accessToken)};
 }
 
 } // namespace VX

@@ -1,11 +1,11 @@
 // Makes the small meshes in samples/: a gear wheel, and a knot with colours.
 
-#include <VXMesh/ObjectFile.h>
+#include "MeshFiles.h"
+
 #include <VXMesh/ObjectMesh.h>
 
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <numbers>
@@ -98,22 +98,15 @@ VX::Mesh makeKnot(std::uint32_t along, std::uint32_t around, double tubeRadius)
 
 bool save(VX::Mesh mesh, const std::filesystem::path& path)
 {
-    const VX::ObjectMesh object(std::make_shared<const VX::Mesh>(std::move(mesh)));
-    const auto saved = VX::saveObjectToFile(object, path, {});
-    if (!saved)
-        std::fprintf(stderr, "%s\n", saved.error().c_str());
-    return saved.has_value();
+    return VX::saveMesh(VX::ObjectMesh(std::make_shared<const VX::Mesh>(std::move(mesh))), path);
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    if (argc != 2 || argv[1][0] == '-')
-    {
-        std::fputs("usage: make-sample-meshes FOLDER\n", stderr);
+    const auto folder = VX::folderArgument(argc, argv, "usage: make-sample-meshes FOLDER\n");
+    if (!folder)
         return 2;
-    }
-    const std::filesystem::path folder = argv[1];
-    return save(makeGear(24, 16.0), folder / "gear.stl") && save(makeKnot(192, 18, 6.0), folder / "knot.ply") ? 0 : 1;
+    return save(makeGear(24, 16.0), *folder / "gear.stl") && save(makeKnot(192, 18, 6.0), *folder / "knot.ply") ? 0 : 1;
 }

@@ -129,10 +129,10 @@ void ServerSendSink::State::send(const std::shared_ptr<State>& state, bool async
     request.setBody(logBatchBody(lines, state->params));
     request.send(
         state->params.url, "sendLogs",
-        [state, async, mayRefresh, end = end](const Json::Value& answer)
+        [state, async, mayRefresh, sentEnd = end](const Json::Value& answer)
         {
             const int status = statusOf(answer);
-            state->endSend(status == 200 || status == 201, end);
+            state->endSend(status == 200 || status == 201, sentEnd);
             if (status == 401 && mayRefresh && state->params.refreshToken)
                 refresh(state, async);
         },

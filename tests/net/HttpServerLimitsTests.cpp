@@ -2,6 +2,7 @@
 
 #include <future>
 #include <string>
+#include <string_view>
 #include <thread>
 
 namespace VX::Test
@@ -10,7 +11,6 @@ namespace VX::Test
 namespace
 {
 
-using HttpServerLimitsTests = ServerFixture;
 using namespace std::chrono_literals;
 
 /// The status of an answer, after which the server has closed the connection; 0 for none.
@@ -20,6 +20,36 @@ int finalStatus(RawSocket& socket)
     return text.starts_with("HTTP/1.1 ") ? std::stoi(text.substr(9, 3)) : 0;
 }
 
+class HttpServerLimitsTests : public ServerFixture
+{
+protected:
+    /// The final status of the answer to bytes sent on a connection of their own.
+    [[nodiscard]] int finalStatusOf(std::string_view bytes) const
+    {
+        auto socket = connect();
+        socket.send(bytes);
+        return finalStatus(socket);
+    }
+
+    /// Serves while no request is expected to be complete: one that is fails the test.
+    void serveNothing()
+    {
+        answer = [](const HttpRequest& request, const Respond& respond)
+        {
+            ADD_FAILURE() << "handled: " << request.method << ' ' << request.path;
+            respond({});
+        };
+        serve();
+    }
+
+    /// Takes bodies of 10 bytes at most.
+    void serveSmallBodies()
+    {
+        accept = [](const HttpRequest&) { return HttpBodySink{.limit = 10}; };
+        serve();
+    }
+};
+
 struct Malformed
 {
     const char* name;
@@ -27,7 +57,7 @@ struct Malformed
     int status;
 };
 
-class MalformedRequestTests : public ServerFixture, public testing::WithParamInterface<Malformed>
+class MalformedRequestTests : public HttpServerLimitsTests, public testing::WithParamInterface<Malformed>
 {
 };
 
@@ -35,17 +65,8 @@ class MalformedRequestTests : public ServerFixture, public testing::WithParamInt
 
 TEST_P(MalformedRequestTests, IsRefusedAndTheConnectionClosed)
 {
-    bool isHandled = false;
-    answer = [&](const HttpRequest&, const Respond& respond)
-    {
-        isHandled = true;
-        respond({});
-    };
-    serve();
-    auto socket = connect();
-    socket.send(GetParam().bytes);
-    EXPECT_EQ(finalStatus(socket), GetParam().status);
-    EXPECT_FALSE(isHandled);
+    serveNothing();
+    EXPECT_EQ(finalStatusOf(GetParam().bytes), GetParam().status);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -82,9 +103,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(HttpServerLimitsTests, ALongHeadIsRefused)
 {
     serve({.headLimit = 4096});
-    auto socket = connect();
-    socket.send("GET / HTTP/1.1\r\nHost: x\r\nX: " + std::string(5000, 'x') + "\r\n\r\n");
-    EXPECT_EQ(finalStatus(socket), 431);
+    EXPECT_EQ(finalStatusOf("GET / HTTP/1.1\r\nHost: x\r\nX: " + std::string(5000, 'x') + "\r\n\r\n"), 431);
 }
 
 TEST_F(HttpServerLimitsTests, AHeadWithoutEndIsRefused)
@@ -99,28 +118,23 @@ TEST_F(HttpServerLimitsTests, AHeadWithoutEndIsRefused)
 
 TEST_F(HttpServerLimitsTests, ABodyOverTheLimitIsRefusedBeforeItIsRead)
 {
-    accept = [](const HttpRequest&) { return HttpBodySink{.limit = 10}; };
-    serve();
-    auto socket = connect();
-    socket.send("PUT / HTTP/1.1\r\nHost: x\r\nExpect: 100-continue\r\nContent-Length: 11\r\n\r\n");
-    EXPECT_EQ(finalStatus(socket), 413);
+    serveSmallBodies();
+    EXPECT_EQ(finalStatusOf("PUT / HTTP/1.1\r\nHost: x\r\nExpect: 100-continue\r\nContent-Length: 11\r\n\r\n"), 413);
 }
 
 TEST_F(HttpServerLimitsTests, ABodyAtTheLimitIsTaken)
 {
-    accept = [](const HttpRequest&) { return HttpBodySink{.limit = 10}; };
-    serve();
+    serveSmallBodies();
     EXPECT_TRUE(answerTo("PUT / HTTP/1.1\r\nHost: x\r\nContent-Length: 10\r\n\r\n0123456789").ends_with("0123456789"));
 }
 
 TEST_F(HttpServerLimitsTests, AChunkedBodyOverTheLimitIsRefused)
 {
-    accept = [](const HttpRequest&) { return HttpBodySink{.limit = 10}; };
-    serve();
-    auto socket = connect();
-    socket.send(
-        "PUT / HTTP/1.1\r\nHost: x\r\nTransfer-Encoding: chunked\r\n\r\n6\r\nabcdef\r\n6\r\nabcdef\r\n0\r\n\r\n");
-    EXPECT_EQ(finalStatus(socket), 413);
+    serveSmallBodies();
+    EXPECT_EQ(
+        finalStatusOf(
+            "PUT / HTTP/1.1\r\nHost: x\r\nTransfer-Encoding: chunked\r\n\r\n6\r\nabcdef\r\n6\r\nabcdef\r\n0\r\n\r\n"),
+        413);
 }
 
 TEST_F(HttpServerLimitsTests, AChunkHeaderWithoutEndIsRefused)
@@ -165,9 +179,7 @@ TEST_F(HttpServerLimitsTests, AnIdleConnectionIsClosedAfterAnAnswerToo)
 TEST_F(HttpServerLimitsTests, AHeadThatStallsIsAnsweredWith408)
 {
     serve({.idleTimeout = 50ms});
-    auto socket = connect();
-    socket.send("GET / HT");
-    EXPECT_EQ(finalStatus(socket), 408);
+    EXPECT_EQ(finalStatusOf("GET / HT"), 408);
 }
 
 TEST_F(HttpServerLimitsTests, ABodyThatStallsIsAnsweredWith408AndLeavesNoFile)
@@ -175,18 +187,14 @@ TEST_F(HttpServerLimitsTests, ABodyThatStallsIsAnsweredWith408AndLeavesNoFile)
     const TempDir folder;
     accept = [&](const HttpRequest&) { return HttpBodySink{.file = folder.path() / "upload.bin"}; };
     serve({.idleTimeout = 50ms});
-    auto socket = connect();
-    socket.send("PUT / HTTP/1.1\r\nHost: x\r\nContent-Length: 10\r\n\r\nabc");
-    EXPECT_EQ(finalStatus(socket), 408);
+    EXPECT_EQ(finalStatusOf("PUT / HTTP/1.1\r\nHost: x\r\nContent-Length: 10\r\n\r\nabc"), 408);
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 
 TEST_F(HttpServerLimitsTests, AChunkedBodyThatStallsIsAnsweredWith408)
 {
     serve({.idleTimeout = 50ms});
-    auto socket = connect();
-    socket.send("PUT / HTTP/1.1\r\nHost: x\r\nTransfer-Encoding: chunked\r\n\r\n5\r\nab");
-    EXPECT_EQ(finalStatus(socket), 408);
+    EXPECT_EQ(finalStatusOf("PUT / HTTP/1.1\r\nHost: x\r\nTransfer-Encoding: chunked\r\n\r\n5\r\nab"), 408);
 }
 
 TEST_F(HttpServerLimitsTests, AClientThatReadsNothingIsGivenUp)
@@ -251,18 +259,11 @@ TEST_F(HttpServerLimitsTests, WaitsForTheLastAnswersButNotForLong)
 
 TEST_F(HttpServerLimitsTests, ATruncatedBodyDoesNotReachTheHandler)
 {
-    bool isHandled = false;
-    answer = [&](const HttpRequest&, const Respond& respond)
-    {
-        isHandled = true;
-        respond({});
-    };
-    serve();
+    serveNothing();
     auto socket = connect();
     socket.send("PUT / HTTP/1.1\r\nHost: x\r\nContent-Length: 10\r\n\r\nabc");
     socket.finishSending();
     EXPECT_EQ(socket.receiveAll(), "");
-    EXPECT_FALSE(isHandled);
 }
 
 } // namespace VX::Test

@@ -1,6 +1,7 @@
 // What the steps of the history cost on a large mesh: doing them through their items, taking them back, doing them
 // again.
 #include "LargeScene.h"
+#include "ProcessTime.h"
 
 #include <VXMesh/FaceSet.h>
 #include <VXViewer/HistoryStore.h>
@@ -84,22 +85,10 @@ void undoAndRedo(benchmark::State& state, const char* item)
     }
 }
 
-BENCHMARK(deleteHalfOfTheFaces)->Arg(4'000'000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
-BENCHMARK_CAPTURE(undoAndRedo, deletedFaces, "Delete Selection")
-    ->Arg(4'000'000)
-    ->Unit(benchmark::kMillisecond)
-    ->MeasureProcessCPUTime()
-    ->UseRealTime();
-BENCHMARK_CAPTURE(undoAndRedo, selectedFaces, "Invert Selection")
-    ->Arg(4'000'000)
-    ->Unit(benchmark::kMillisecond)
-    ->MeasureProcessCPUTime()
-    ->UseRealTime();
-BENCHMARK_CAPTURE(undoAndRedo, shading, "Flat Shading")
-    ->Arg(4'000'000)
-    ->Unit(benchmark::kMillisecond)
-    ->MeasureProcessCPUTime()
-    ->UseRealTime();
+BENCHMARK(deleteHalfOfTheFaces)->Arg(4'000'000)->Apply(withProcessTime);
+BENCHMARK_CAPTURE(undoAndRedo, deletedFaces, "Delete Selection")->Arg(4'000'000)->Apply(withProcessTime);
+BENCHMARK_CAPTURE(undoAndRedo, selectedFaces, "Invert Selection")->Arg(4'000'000)->Apply(withProcessTime);
+BENCHMARK_CAPTURE(undoAndRedo, shading, "Flat Shading")->Arg(4'000'000)->Apply(withProcessTime);
 
 } // namespace
 

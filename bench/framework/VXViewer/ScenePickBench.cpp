@@ -1,5 +1,6 @@
 // What finding the object under the cursor costs: the first time, which builds the search tree, and then.
 #include "LargeScene.h"
+#include "ProcessTime.h"
 
 #include <VXMesh/ObjectPoints.h>
 #include <VXViewer/ScenePicker.h>
@@ -69,24 +70,9 @@ void pickPoint(benchmark::State& state)
         pick(state, picker, request);
 }
 
-BENCHMARK(firstPick)
-    ->Arg(1'000'000)
-    ->Arg(4'000'000)
-    ->Unit(benchmark::kMillisecond)
-    ->MeasureProcessCPUTime()
-    ->UseRealTime();
-BENCHMARK(laterPick)
-    ->Arg(1'000'000)
-    ->Arg(4'000'000)
-    ->Unit(benchmark::kMicrosecond)
-    ->MeasureProcessCPUTime()
-    ->UseRealTime();
-BENCHMARK(pickPoint)
-    ->Arg(1'000'000)
-    ->Arg(4'000'000)
-    ->Unit(benchmark::kMillisecond)
-    ->MeasureProcessCPUTime()
-    ->UseRealTime();
+BENCHMARK(firstPick)->Arg(1'000'000)->Arg(4'000'000)->Apply(withProcessTime);
+BENCHMARK(laterPick)->Arg(1'000'000)->Arg(4'000'000)->Apply(withProcessTime)->Unit(benchmark::kMicrosecond);
+BENCHMARK(pickPoint)->Arg(1'000'000)->Arg(4'000'000)->Apply(withProcessTime);
 
 } // namespace
 

@@ -1,5 +1,6 @@
 // What the selection of the faces in a rectangle costs when the picture is there, as it is when the mouse is released.
 #include "LargeScene.h"
+#include "ProcessTime.h"
 
 #include <benchmark/benchmark.h>
 
@@ -36,13 +37,8 @@ void selectCloseUp(benchmark::State& state)
     selectRectangle(state, true);
 }
 
-BENCHMARK(selectWhole)
-    ->Arg(1'000'000)
-    ->Arg(4'000'000)
-    ->Unit(benchmark::kMillisecond)
-    ->MeasureProcessCPUTime()
-    ->UseRealTime();
-BENCHMARK(selectCloseUp)->Arg(4'000'000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
+BENCHMARK(selectWhole)->Arg(1'000'000)->Arg(4'000'000)->Apply(withProcessTime);
+BENCHMARK(selectCloseUp)->Arg(4'000'000)->Apply(withProcessTime);
 
 } // namespace
 

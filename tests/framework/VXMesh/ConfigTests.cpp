@@ -1,4 +1,5 @@
 #include "tests/support/LogCapture.h"
+#include "tests/support/StartThreads.h"
 #include "tests/support/TempConfig.h"
 
 #include <VXMesh/Config.h>
@@ -9,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace VX
@@ -22,6 +22,7 @@ using Test::EnvironmentVariable;
 using Test::LogCapture;
 using Test::modeOf;
 using Test::readFile;
+using Test::startThreads;
 using Test::TempConfig;
 using Test::TempDir;
 using testing::ElementsAre;
@@ -266,21 +267,18 @@ TEST_F(ConfigTests, ManyThreadsSetAndGetAtOnce)
 {
     constexpr int threadCount = 4;
     constexpr int rounds = 20;
-    std::vector<std::thread> threads;
-    threads.reserve(threadCount);
-    for (int t = 0; t < threadCount; ++t)
-        threads.emplace_back(
-            [key = "key" + std::to_string(t)]
-            {
-                for (int i = 0; i < rounds; ++i)
-                {
-                    Config::instance().setJson(key, i);
-                    EXPECT_EQ(Config::instance().getJson(key, -1), Json::Value(i));
-                    static_cast<void>(getUserConfigDir());
-                }
-            });
-    for (auto& thread : threads)
-        thread.join();
+    auto threads = startThreads(threadCount,
+                                [](int t)
+                                {
+                                    const std::string key = "key" + std::to_string(t);
+                                    for (int i = 0; i < rounds; ++i)
+                                    {
+                                        Config::instance().setJson(key, i);
+                                        EXPECT_EQ(Config::instance().getJson(key, -1), Json::Value(i));
+                                        static_cast<void>(getUserConfigDir());
+                                    }
+                                });
+    threads.clear();
     startAgain_();
     for (int t = 0; t < threadCount; ++t)
         EXPECT_EQ(Config::instance().getJson("key" + std::to_string(t), -1), Json::Value(rounds - 1));

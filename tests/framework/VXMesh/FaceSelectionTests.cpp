@@ -1,3 +1,5 @@
+#include "FaceSetNumbers.h"
+
 #include <VXMesh/FaceSelection.h>
 #include <VXMesh/MeshTopology.h>
 #include <VXMesh/Primitives.h>
@@ -29,17 +31,7 @@ Mesh makeStrip(std::uint32_t count)
 
 FaceSet setOf(const Mesh& mesh, const std::vector<std::size_t>& faces)
 {
-    FaceSet result(mesh.triangles.size());
-    for (const std::size_t face : faces)
-        result.set(face);
-    return result;
-}
-
-std::vector<std::size_t> facesOf(const FaceSet& set)
-{
-    std::vector<std::size_t> faces;
-    set.forEach([&](std::size_t face) { faces.push_back(face); });
-    return faces;
+    return VX::setOf(mesh.triangles.size(), faces);
 }
 
 FaceSet grow(const Mesh& mesh, std::uint32_t seed, double tolerance)

@@ -1,11 +1,11 @@
-#include <VXMesh/FaceSet.h>
+#include "FaceSetNumbers.h"
+
 #include <VXMesh/ObjectMesh.h>
 #include <VXMesh/Primitives.h>
 
 #include <gmock/gmock.h>
 
 #include <memory>
-#include <vector>
 
 namespace VX
 {
@@ -14,21 +14,6 @@ namespace
 {
 
 using testing::ElementsAre;
-
-FaceSet setOf(std::size_t size, const std::vector<std::size_t>& faces)
-{
-    FaceSet result(size);
-    for (const std::size_t face : faces)
-        result.set(face);
-    return result;
-}
-
-std::vector<std::size_t> facesOf(const FaceSet& set)
-{
-    std::vector<std::size_t> faces;
-    set.forEach([&](std::size_t face) { faces.push_back(face); });
-    return faces;
-}
 
 std::shared_ptr<const Mesh> cube()
 {

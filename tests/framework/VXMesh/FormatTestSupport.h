@@ -61,6 +61,14 @@ inline std::shared_ptr<ObjectPoints> onlyPoints(const tl::expected<LoadedObjects
     return points && points->pointCloud() ? points : nullptr;
 }
 
+/// What a file of this name holds after `root` was saved to it.
+inline tl::expected<LoadedObjects, std::string> saveAndLoad(const Object& root, const std::string& name)
+{
+    const TempDir folder;
+    const auto path = folder.path() / name;
+    return saveObjectToFile(root, path, {}).and_then([&] { return loadObjectFromFile(path, {}); });
+}
+
 /// Four points and the four faces of a tetrahedron.
 inline Mesh makeTetrahedron()
 {
@@ -73,6 +81,27 @@ inline Mesh makeTetrahedron()
 inline std::shared_ptr<ObjectMesh> makeMeshObject(Mesh mesh)
 {
     return std::make_shared<ObjectMesh>(std::make_shared<Mesh>(std::move(mesh)));
+}
+
+/// Saves a mesh with normals and with colours of points and faces to a file of this name and checks what is read again.
+inline void expectMeshReadsBackTheSame(const std::string& name)
+{
+    Mesh mesh = makeTetrahedron();
+    for (std::uint8_t i = 0; i < 4; ++i)
+    {
+        mesh.normals.push_back(Vector3f(1.0F, static_cast<float>(i), 0.0F).normalized());
+        // Not below 2: with all channels up to 1, some formats have fractions.
+        mesh.vertexColors.push_back({static_cast<std::uint8_t>(i + 2), 1, 2, 200});
+        mesh.faceColors.push_back({3, i, 4, 255});
+    }
+    const auto object = onlyMesh(saveAndLoad(*makeMeshObject(mesh), name));
+    ASSERT_TRUE(object);
+    EXPECT_EQ(object->mesh()->points, mesh.points);
+    EXPECT_EQ(object->mesh()->triangles, mesh.triangles);
+    EXPECT_EQ(object->mesh()->vertexColors, mesh.vertexColors);
+    EXPECT_EQ(object->mesh()->faceColors, mesh.faceColors);
+    for (std::size_t i = 0; i < 4; ++i)
+        EXPECT_TRUE(object->mesh()->normals[i].isApprox(mesh.normals[i], 1e-6F));
 }
 
 /// Six times the volume that the triangles enclose after the object's transform; negative where inside is out.

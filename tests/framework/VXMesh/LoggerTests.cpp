@@ -1,4 +1,5 @@
 #include "tests/support/LogCapture.h"
+#include "tests/support/StartThreads.h"
 #include "tests/support/TempConfig.h"
 
 #include <VXMesh/Config.h>
@@ -28,6 +29,7 @@ using Test::EnvironmentVariable;
 using Test::LogCapture;
 using Test::modeOf;
 using Test::readFile;
+using Test::startThreads;
 using Test::TempConfig;
 using testing::HasSubstr;
 using testing::Not;
@@ -220,23 +222,19 @@ TEST(Logger, SinksComeAndGoWhileOtherThreadsWriteLines)
     const LogCapture log;
     constexpr int threadCount = 4;
     constexpr int lineCount = 200;
-    std::vector<std::thread> threads;
-    threads.reserve(threadCount);
-    for (int t = 0; t < threadCount; ++t)
-        threads.emplace_back(
-            []
-            {
-                for (int i = 0; i < lineCount; ++i)
-                    spdlog::debug("line {}", i);
-            });
+    auto threads = startThreads(threadCount,
+                                [](int)
+                                {
+                                    for (int i = 0; i < lineCount; ++i)
+                                        spdlog::debug("line {}", i);
+                                });
     for (int i = 0; i < lineCount; ++i)
     {
         const auto sink = std::make_shared<FlushSink>();
         Logger::instance().addSink(sink);
         Logger::instance().removeSink(sink);
     }
-    for (auto& thread : threads)
-        thread.join();
+    threads.clear();
     EXPECT_THAT(log.lines(), testing::SizeIs(threadCount * lineCount));
 }
 

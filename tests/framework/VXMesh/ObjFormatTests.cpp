@@ -266,10 +266,7 @@ TEST(ObjFormat, SavedTreeKeepsItsObjects)
     root->addChild(first);
     root->addChild(second);
 
-    const TempDir folder;
-    const auto path = folder.path() / "scene.obj";
-    ASSERT_TRUE(saveObjectToFile(*root, path, {}).has_value());
-    const auto loaded = loadObjectFromFile(path, {});
+    const auto loaded = saveAndLoad(*root, "scene.obj");
     ASSERT_TRUE(loaded.has_value()) << loaded.error();
     EXPECT_THAT(loaded->warnings, IsEmpty());
     const Object& tree = *loaded->objects.front();
@@ -290,10 +287,7 @@ TEST(ObjFormat, SavedTreeKeepsItsObjects)
 
 TEST(ObjFormat, NamelessMeshTakesTheNameOfTheFile)
 {
-    const TempDir folder;
-    const auto path = folder.path() / "plate.obj";
-    ASSERT_TRUE(saveObjectToFile(*makeMeshObject(makeTetrahedron()), path, {}).has_value());
-    const auto object = onlyMesh(loadObjectFromFile(path, {}));
+    const auto object = onlyMesh(saveAndLoad(*makeMeshObject(makeTetrahedron()), "plate.obj"));
     ASSERT_TRUE(object);
     EXPECT_EQ(object->name(), "plate");
 }
@@ -302,10 +296,7 @@ TEST(ObjFormat, SavingFarFromTheOriginKeepsTheDetail)
 {
     const auto mesh = makeMeshObject(makeTetrahedron());
     mesh->setTransform(Transform(Eigen::Translation3d(5e6, 0.0, 0.0) * Eigen::Scaling(0.001)));
-    const TempDir folder;
-    const auto path = folder.path() / "part.obj";
-    ASSERT_TRUE(saveObjectToFile(*mesh, path, {}).has_value());
-    const auto object = onlyMesh(loadObjectFromFile(path, {}));
+    const auto object = onlyMesh(saveAndLoad(*mesh, "part.obj"));
     ASSERT_TRUE(object);
     EXPECT_NEAR(object->worldBox().sizes().x(), 0.001, 1e-9);
 }

@@ -115,24 +115,7 @@ TEST(OffFormat, StopsWhenCanceled)
 
 TEST(OffFormat, SavedMeshReadsBackTheSame)
 {
-    Mesh mesh = makeTetrahedron();
-    for (std::uint8_t i = 0; i < 4; ++i)
-    {
-        mesh.normals.push_back(Vector3f(1.0F, static_cast<float>(i), 0.0F).normalized());
-        mesh.vertexColors.push_back({static_cast<std::uint8_t>(i + 2), 1, 2, 200});
-        mesh.faceColors.push_back({3, i, 4, 255});
-    }
-    const TempDir folder;
-    const auto path = folder.path() / "part.off";
-    ASSERT_TRUE(saveObjectToFile(*makeMeshObject(mesh), path, {}).has_value());
-    const auto object = onlyMesh(loadObjectFromFile(path, {}));
-    ASSERT_TRUE(object);
-    EXPECT_EQ(object->mesh()->points, mesh.points);
-    EXPECT_EQ(object->mesh()->triangles, mesh.triangles);
-    EXPECT_EQ(object->mesh()->vertexColors, mesh.vertexColors);
-    EXPECT_EQ(object->mesh()->faceColors, mesh.faceColors);
-    for (std::size_t i = 0; i < 4; ++i)
-        EXPECT_TRUE(object->mesh()->normals[i].isApprox(mesh.normals[i], 1e-6F));
+    expectMeshReadsBackTheSame("part.off");
 }
 
 TEST(OffFormat, SavingMergesObjectsAndKeepsTheOutsideOut)
@@ -142,10 +125,7 @@ TEST(OffFormat, SavingMergesObjectsAndKeepsTheOutsideOut)
     mirrored->setTransform(Transform(Eigen::Translation3d(5.0, 0.0, 0.0) * Eigen::Scaling(-1.0, 1.0, 1.0)));
     root->addChild(makeMeshObject(makeTetrahedron()));
     root->addChild(mirrored);
-    const TempDir folder;
-    const auto path = folder.path() / "part.off";
-    ASSERT_TRUE(saveObjectToFile(*root, path, {}).has_value());
-    const auto object = onlyMesh(loadObjectFromFile(path, {}));
+    const auto object = onlyMesh(saveAndLoad(*root, "part.off"));
     ASSERT_TRUE(object);
     EXPECT_EQ(object->mesh()->triangles.size(), 8U);
     EXPECT_DOUBLE_EQ(sixfoldVolume(*object), 2.0);

@@ -10,24 +10,7 @@ namespace VX
 
 TEST(PlyWrite, SavedMeshReadsBackTheSame)
 {
-    Mesh mesh = makeTetrahedron();
-    for (std::uint8_t i = 0; i < 4; ++i)
-    {
-        mesh.normals.push_back(Vector3f(1.0F, static_cast<float>(i), 0.0F).normalized());
-        mesh.vertexColors.push_back({i, 1, 2, 200});
-        mesh.faceColors.push_back({3, i, 4, 255});
-    }
-    const TempDir folder;
-    const auto path = folder.path() / "part.ply";
-    ASSERT_TRUE(saveObjectToFile(*makeMeshObject(mesh), path, {}).has_value());
-    const auto object = onlyMesh(loadObjectFromFile(path, {}));
-    ASSERT_TRUE(object);
-    EXPECT_EQ(object->mesh()->points, mesh.points);
-    EXPECT_EQ(object->mesh()->triangles, mesh.triangles);
-    EXPECT_EQ(object->mesh()->vertexColors, mesh.vertexColors);
-    EXPECT_EQ(object->mesh()->faceColors, mesh.faceColors);
-    for (std::size_t i = 0; i < 4; ++i)
-        EXPECT_TRUE(object->mesh()->normals[i].isApprox(mesh.normals[i], 1e-6F));
+    expectMeshReadsBackTheSame("part.ply");
 }
 
 TEST(PlyWrite, SavingMergesObjectsAndKeepsTheirColors)
@@ -39,10 +22,7 @@ TEST(PlyWrite, SavingMergesObjectsAndKeepsTheirColors)
     mirrored->setTransform(Transform(Eigen::Translation3d(5.0, 0.0, 0.0) * Eigen::Scaling(1.0, 1.0, -2.0)));
     root->addChild(red);
     root->addChild(mirrored);
-    const TempDir folder;
-    const auto path = folder.path() / "part.ply";
-    ASSERT_TRUE(saveObjectToFile(*root, path, {}).has_value());
-    const auto object = onlyMesh(loadObjectFromFile(path, {}));
+    const auto object = onlyMesh(saveAndLoad(*root, "part.ply"));
     ASSERT_TRUE(object);
     EXPECT_EQ(object->mesh()->points.size(), 8U);
     EXPECT_DOUBLE_EQ(sixfoldVolume(*object), 3.0);
@@ -55,10 +35,7 @@ TEST(PlyWrite, SavingFarFromTheOriginKeepsTheDetail)
 {
     const auto mesh = makeMeshObject(makeTetrahedron());
     mesh->setTransform(Transform(Eigen::Translation3d(5e6, 0.0, 0.0) * Eigen::Scaling(0.001)));
-    const TempDir folder;
-    const auto path = folder.path() / "part.ply";
-    ASSERT_TRUE(saveObjectToFile(*mesh, path, {}).has_value());
-    const auto object = onlyMesh(loadObjectFromFile(path, {}));
+    const auto object = onlyMesh(saveAndLoad(*mesh, "part.ply"));
     ASSERT_TRUE(object);
     EXPECT_NEAR(object->worldBox().min().x(), 5e6, 1e-9);
     EXPECT_NEAR(object->worldBox().sizes().x(), 0.001, 1e-9);
@@ -69,10 +46,7 @@ TEST(PlyWrite, SavingPointsWritesNoFaces)
     auto cloud = std::make_shared<PointCloud>();
     cloud->points = {{1.0F, 2.0F, 3.0F}, {4.0F, 5.0F, 6.0F}};
     const ObjectPoints points(cloud);
-    const TempDir folder;
-    const auto path = folder.path() / "points.ply";
-    ASSERT_TRUE(saveObjectToFile(points, path, {}).has_value());
-    const auto object = onlyPoints(loadObjectFromFile(path, {}));
+    const auto object = onlyPoints(saveAndLoad(points, "points.ply"));
     ASSERT_TRUE(object);
     EXPECT_EQ(object->pointCloud()->points, cloud->points);
 }

@@ -296,10 +296,7 @@ TEST(StlFormat, CoordinatesFarFromTheOriginAreKeptExactly)
 
 TEST(StlFormat, SavedFileReadsBackTheSame)
 {
-    const TempDir folder;
-    const auto path = folder.path() / "tetrahedron.STL";
-    ASSERT_TRUE(saveObjectToFile(*makeMeshObject(makeTetrahedron()), path, {}).has_value());
-    const auto object = onlyMesh(loadObjectFromFile(path, {}));
+    const auto object = onlyMesh(saveAndLoad(*makeMeshObject(makeTetrahedron()), "tetrahedron.STL"));
     ASSERT_TRUE(object);
     EXPECT_EQ(object->mesh()->points.size(), 4U);
     EXPECT_EQ(object->mesh()->triangles.size(), 4U);
@@ -319,10 +316,7 @@ TEST(StlFormat, SavingAppliesTransformsAndLeavesHiddenObjectsOut)
     root->setTransform(Transform(Eigen::Translation3d(10.0, 0.0, 0.0)));
     moved->setTransform(Transform(Eigen::Scaling(2.0)));
 
-    const TempDir folder;
-    const auto path = folder.path() / "part.stl";
-    ASSERT_TRUE(saveObjectToFile(*root, path, {}).has_value());
-    const auto object = onlyMesh(loadObjectFromFile(path, {}));
+    const auto object = onlyMesh(saveAndLoad(*root, "part.stl"));
     ASSERT_TRUE(object);
     EXPECT_EQ(object->mesh()->triangles.size(), 4U);
     EXPECT_EQ(object->worldBox().min(), Vector3d(10.0, 0.0, 0.0));
@@ -333,10 +327,7 @@ TEST(StlFormat, MirroredMeshIsSavedWithItsOutsideOut)
 {
     const auto mesh = makeMeshObject(makeTetrahedron());
     mesh->setTransform(Transform(Eigen::Scaling(-1.0, 1.0, 1.0)));
-    const TempDir folder;
-    const auto path = folder.path() / "part.stl";
-    ASSERT_TRUE(saveObjectToFile(*mesh, path, {}).has_value());
-    const auto object = onlyMesh(loadObjectFromFile(path, {}));
+    const auto object = onlyMesh(saveAndLoad(*mesh, "part.stl"));
     ASSERT_TRUE(object);
     EXPECT_DOUBLE_EQ(sixfoldVolume(*object), 1.0);
 }

@@ -132,18 +132,14 @@ TEST(XyzFormat, SavedPointsReadBackTheSame)
     auto cloud = std::make_shared<PointCloud>();
     cloud->points = {{0.1F, 2.0F, 3e-7F}, {-4.0F, 5.5F, 6e7F}};
     cloud->colors = {{255, 0, 3, 255}, {1, 2, 250, 255}};
-    const TempDir folder;
-    const auto path = folder.path() / "scan.xyz";
-    ASSERT_TRUE(saveObjectToFile(ObjectPoints(cloud), path, {}).has_value());
-    const auto colored = onlyPoints(loadObjectFromFile(path, {}));
+    const auto colored = onlyPoints(saveAndLoad(ObjectPoints(cloud), "scan.xyz"));
     ASSERT_TRUE(colored);
     EXPECT_EQ(colored->pointCloud()->points, cloud->points);
     EXPECT_EQ(colored->pointCloud()->colors, cloud->colors);
 
     cloud->colors.clear();
     cloud->normals = {{0.0F, 0.0F, 1.0F}, {0.0F, -1.0F, 0.0F}};
-    ASSERT_TRUE(saveObjectToFile(ObjectPoints(cloud), path, {}).has_value());
-    const auto withNormals = onlyPoints(loadObjectFromFile(path, {}));
+    const auto withNormals = onlyPoints(saveAndLoad(ObjectPoints(cloud), "scan.xyz"));
     ASSERT_TRUE(withNormals);
     EXPECT_EQ(withNormals->pointCloud()->normals, cloud->normals);
 }

@@ -1,14 +1,11 @@
-#include "MenuFixture.h"
+#include "SettingsWindowFixture.h"
 #include <quorvix/menu/AllowTelemetrySetting.h>
 
 #include <VXMesh/Config.h>
 #include <VXViewer/Viewer.h>
-#include <VXViewer/ViewerSettingsPlugin.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <memory>
 
 namespace VX
 {
@@ -20,33 +17,7 @@ using ::testing::ElementsAre;
 
 constexpr const char* label = "Collect Usage Statistics";
 
-class AllowTelemetrySettingTest : public VX::Test::MenuFixture
-{
-protected:
-    /// Opens the settings at the tab of the application.
-    void open_()
-    {
-        const auto& settings = ViewerSettingsPlugin::instance();
-        RibbonSchemaHolder::addItem(settings);
-        start_();
-        settings->setActiveTab(ViewerSettingsPlugin::TabType::Application);
-        settings->setEnabled(true);
-        viewer_().incrementForceRedrawFrames(2);
-        driver_->settle();
-    }
-
-    void TearDown() override
-    {
-        ViewerSettingsPlugin::instance()->setEnabled(false);
-        MenuFixture::TearDown();
-    }
-
-    [[nodiscard]] std::string value_() const
-    {
-        const auto item = driver_->find(label);
-        return item ? item->value : "missing";
-    }
-};
+using AllowTelemetrySettingTest = VX::Test::SettingsWindowFixture;
 
 TEST_F(AllowTelemetrySettingTest, standsInTheSectionBehavior)
 {
@@ -59,11 +30,10 @@ TEST_F(AllowTelemetrySettingTest, standsInTheSectionBehavior)
 TEST_F(AllowTelemetrySettingTest, showsWhetherTelemetryIsAllowed)
 {
     open_();
-    EXPECT_EQ(value_(), "on");
+    EXPECT_EQ(value_(label), "on");
     SessionLogs::allow(false);
-    viewer_().incrementForceRedrawFrames();
-    driver_->settle();
-    EXPECT_EQ(value_(), "off");
+    redraw_();
+    EXPECT_EQ(value_(label), "off");
 }
 
 TEST_F(AllowTelemetrySettingTest, forbidsTelemetryAndKeepsTheChoice)
@@ -120,11 +90,7 @@ TEST_F(AllowTelemetrySettingTest, canDoNothingWhereTheCommandLineForbidsTelemetr
 TEST_F(AllowTelemetrySettingTest, goesWithTheMenu)
 {
     open_();
-    end_();
-    session_.emplace(std::make_shared<RibbonMenu>());
-    driver_.emplace(*session_);
-    ViewerSettingsPlugin::instance()->setEnabled(true);
-    driver_->settle();
+    openInAnotherMenu_();
     EXPECT_FALSE(driver_->shows(label));
 }
 

@@ -1,8 +1,6 @@
-#include "WelcomeFixture.h"
+#include "SettingsWindowFixture.h"
 #include <quorvix/menu/CheckForUpdatesSetting.h>
 #include <quorvix/menu/ShowWelcomeWindowSetting.h>
-
-#include <VXViewer/ViewerSettingsPlugin.h>
 
 #include <gtest/gtest.h>
 
@@ -16,32 +14,7 @@ constexpr const char* welcomeLabel = "Show Welcome Window";
 constexpr const char* updatesLabel = "Check for Updates";
 
 /// The settings that the menu adds to the window of the settings.
-class BehaviorSettingsTest : public VX::Test::WelcomeFixture
-{
-protected:
-    /// Opens the settings at the tab of the application.
-    void open_()
-    {
-        const auto& settings = ViewerSettingsPlugin::instance();
-        RibbonSchemaHolder::addItem(settings);
-        start_(roomy);
-        settings->setActiveTab(ViewerSettingsPlugin::TabType::Application);
-        settings->setEnabled(true);
-        redraw_();
-    }
-
-    void TearDown() override
-    {
-        ViewerSettingsPlugin::instance()->setEnabled(false);
-        WelcomeFixture::TearDown();
-    }
-
-    [[nodiscard]] std::string value_(const char* label) const
-    {
-        const auto item = driver_->find(label);
-        return item ? item->value : "missing";
-    }
-};
+using BehaviorSettingsTest = VX::Test::SettingsWindowFixture;
 
 TEST_F(BehaviorSettingsTest, haveTheSwitchOfTheWelcomeWindow)
 {
@@ -107,11 +80,7 @@ TEST_F(BehaviorSettingsTest, switchThatQuestionOnWhenTheyAreReset)
 TEST_F(BehaviorSettingsTest, goWithTheMenu)
 {
     open_();
-    end_();
-    session_.emplace(std::make_shared<RibbonMenu>());
-    driver_.emplace(*session_);
-    ViewerSettingsPlugin::instance()->setEnabled(true);
-    driver_->settle();
+    openInAnotherMenu_();
     EXPECT_FALSE(driver_->shows(welcomeLabel));
     EXPECT_FALSE(driver_->shows(updatesLabel));
 }

@@ -339,4 +339,13 @@ tl::expected<std::shared_ptr<VisualObject>, std::string> assembleObject(const So
     return object;
 }
 
+tl::expected<LoadedObjects, std::string> assembleFile(const Source& source, RawMesh raw,
+                                                      std::vector<std::string> warnings)
+{
+    auto object = assembleObject(source, std::move(raw), warnings);
+    if (!object)
+        return tl::unexpected(std::move(object.error()));
+    return LoadedObjects{.objects = {std::move(*object)}, .warnings = std::move(warnings)};
+}
+
 } // namespace VX

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <VXMesh/Geometry.h>
+#include <VXMesh/ObjectFile.h>
 #include <VXMesh/VisualObject.h>
 
 #include <tl/expected.hpp>
@@ -82,5 +83,10 @@ void warnIfCutOff(const Source& source, std::size_t read, std::size_t stated, st
 /// @threads any; uses the TBB pool
 [[nodiscard]] tl::expected<std::shared_ptr<VisualObject>, std::string>
 assembleObject(const Source& source, RawMesh raw, std::vector<std::string>& warnings);
+
+/// The same for a file that holds nothing but this object.
+/// @param warnings  what the reader has to say, which comes first
+[[nodiscard]] tl::expected<LoadedObjects, std::string> assembleFile(const Source& source, RawMesh raw,
+                                                                    std::vector<std::string> warnings);
 
 } // namespace VX

@@ -186,18 +186,14 @@ tl::expected<LoadedObjects, std::string> readOff(const Source& source, const Pro
     TextLines lines(source.text().substr(header->size));
     const auto points = lines.take(header->points);
     const auto faces = lines.take(header->faces);
-    LoadedObjects loaded;
-    warnIfCutOff(source, countRows(points), header->points, "points", loaded.warnings);
-    warnIfCutOff(source, countRows(faces), header->faces, "faces", loaded.warnings);
+    std::vector<std::string> warnings;
+    warnIfCutOff(source, countRows(points), header->points, "points", warnings);
+    warnIfCutOff(source, countRows(faces), header->faces, "faces", warnings);
     RawMesh raw;
     if (!readPoints(source, *header, points, raw, subprogress(progress, 0.1F, 0.4F)) ||
         !readFaces(source, faces, raw, subprogress(progress, 0.4F, 0.8F)))
         return tl::unexpected(operationCanceledText());
-    auto object = assembleObject(source, std::move(raw), loaded.warnings);
-    if (!object)
-        return tl::unexpected(object.error());
-    loaded.objects.push_back(std::move(*object));
-    return loaded;
+    return assembleFile(source, std::move(raw), std::move(warnings));
 }
 
 FileFormat offFormat()

@@ -227,26 +227,22 @@ tl::expected<LoadedObjects, std::string> readPly(const Source& source, const Pro
         !located[*elements.vertex].find(PlyRole::Y) || !located[*elements.vertex].find(PlyRole::Z))
         return source.error("it has no points with coordinates.");
 
-    LoadedObjects loaded;
+    std::vector<std::string> warnings;
     RawMesh raw;
     const PlyRows& vertices = located[*elements.vertex];
-    warnIfCutOff(source, vertices.count, header->elements[*elements.vertex].count, "points", loaded.warnings);
+    warnIfCutOff(source, vertices.count, header->elements[*elements.vertex].count, "points", warnings);
     bool goesOn = readVertices(source, *header, vertices, raw, subprogress(progress, 0.1F, 0.4F));
     for (const auto& element : {elements.face, elements.strips})
     {
         if (!element || !goesOn || !located[*element].find(PlyRole::Corners))
             continue;
-        warnIfCutOff(source, located[*element].count, header->elements[*element].count, "faces", loaded.warnings);
+        warnIfCutOff(source, located[*element].count, header->elements[*element].count, "faces", warnings);
         goesOn = readFaces(source, *header, located[*element], raw, element == elements.strips,
                            subprogress(progress, 0.4F, 0.8F));
     }
     if (!goesOn)
         return tl::unexpected(operationCanceledText());
-    auto object = assembleObject(source, std::move(raw), loaded.warnings);
-    if (!object)
-        return tl::unexpected(object.error());
-    loaded.objects.push_back(std::move(*object));
-    return loaded;
+    return assembleFile(source, std::move(raw), std::move(warnings));
 }
 
 FileFormat plyFormat()

@@ -208,14 +208,10 @@ tl::expected<LoadedObjects, std::string> readXyz(const Source& source, const Pro
     std::size_t unusable = 0;
     for (const Piece& piece : pieces)
         unusable += piece.unusable;
-    LoadedObjects loaded;
+    std::vector<std::string> warnings;
     if (unusable > 0)
-        loaded.warnings.push_back(source.warning(fmt::format("{} lines are no points and were left out.", unusable)));
-    auto object = assembleObject(source, joinPieces(pieces), loaded.warnings);
-    if (!object)
-        return tl::unexpected(object.error());
-    loaded.objects.push_back(std::move(*object));
-    return loaded;
+        warnings.push_back(source.warning(fmt::format("{} lines are no points and were left out.", unusable)));
+    return assembleFile(source, joinPieces(pieces), std::move(warnings));
 }
 
 FileFormat xyzFormat()

@@ -85,7 +85,7 @@ std::vector<AgentInstance> findAgentInstances()
         else
             std::filesystem::remove(entry.path(), ignored);
     }
-    std::ranges::stable_sort(found, [](const auto& a, const auto& b) { return a.first > b.first; });
+    std::ranges::sort(found, [](const auto& a, const auto& b) { return a.first > b.first; });
     std::vector<AgentInstance> instances;
     for (const auto& [time, instance] : found)
         instances.push_back(instance);

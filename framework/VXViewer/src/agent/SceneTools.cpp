@@ -10,6 +10,8 @@
 #include <VXViewer/Viewer.h>
 
 #include <algorithm>
+#include <functional>
+#include <map>
 #include <utility>
 
 namespace VX
@@ -66,14 +68,13 @@ void sortFound(std::vector<std::shared_ptr<Object>>& found, const std::string& o
 {
     if (order != "size" && order != "triangles")
         return;
-    std::vector<std::pair<double, std::shared_ptr<Object>>> sized;
-    sized.reserve(found.size());
+    // Those of one size stay in the order of the scene.
+    std::multimap<double, std::shared_ptr<Object>, std::greater<>> sized;
     for (std::shared_ptr<Object>& object : found)
     {
         const double size = order == "size" ? boxSize(*object) : triangleCount(*object);
-        sized.emplace_back(size, std::move(object));
+        sized.emplace(size, std::move(object));
     }
-    std::ranges::stable_sort(sized, [](const auto& a, const auto& b) { return a.first > b.first; });
     std::ranges::transform(sized, found.begin(), [](auto& each) { return std::move(each.second); });
 }
 

@@ -2,19 +2,9 @@
 
 #include "agent/AgentToolList.h"
 #include "agent/AllowedFolders.h"
-#include "tests/framework/VXViewer/UiTestScene.h"
-#include "tests/framework/VXViewer/history/SceneText.h"
-#include "tests/support/TempDir.h"
-#include "tests/support/ui/UiDriver.h"
+#include "tests/framework/VXViewer/InstalledRibbonFixture.h"
 
 #include <VXMesh/Json.h>
-#include <VXMesh/ObjectMesh.h>
-#include <VXViewer/HistoryStore.h>
-#include <VXViewer/RibbonMenu.h>
-#include <VXViewer/RibbonSchemaHolder.h>
-#include <VXViewer/SceneView.h>
-#include <VXViewer/Viewer.h>
-#include <VXViewer/ViewerItems.h>
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
@@ -30,17 +20,16 @@ namespace VX::Test
 
 /// A viewer with its ribbon over a scene of the boxes A, B and C beside each other, and the viewer's tools. Agents may
 /// use files in a folder of the test's.
-class AgentFixture : public testing::Test
+class AgentFixture : public InstalledRibbonFixture
 {
 protected:
     AgentFixture()
+        : InstalledRibbonFixture({1000, 700})
     {
         AllowedFolders::setSettings({folder_.path()});
         driver_.settle();
         viewer_.view().fitAll(false);
     }
-
-    ~AgentFixture() override { RibbonSchemaHolder::reset(); }
 
     /// What is under way with a tool.
     struct Running
@@ -94,16 +83,8 @@ protected:
     /// Calls a tool, which must be one step of the history, takes it back and does it again.
     Json::Value callAsStep_(const std::string& name, const std::string& arguments = "{}")
     {
-        const std::string before = sceneText(viewer_.scene());
-        const std::size_t position = history_().position();
-        Json::Value value = call_(name, arguments);
-        const std::string after = sceneText(viewer_.scene());
-        EXPECT_NE(after, before);
-        EXPECT_EQ(history_().position(), position + 1);
-        history_().undo();
-        EXPECT_EQ(sceneText(viewer_.scene()), before);
-        history_().redo();
-        EXPECT_EQ(sceneText(viewer_.scene()), after);
+        Json::Value value;
+        expectOneStep_([&] { value = call_(name, arguments); });
         return value;
     }
 
@@ -117,43 +98,10 @@ protected:
         return names;
     }
 
-    [[nodiscard]] std::vector<std::string> namesBelow_(const Object& parent) const
-    {
-        std::vector<std::string> names;
-        for (const auto& child : parent.children())
-            names.push_back(child->name());
-        return names;
-    }
-
-    [[nodiscard]] HistoryStore& history_() const { return *viewer_.getGlobalHistoryStore(); }
-
-    std::shared_ptr<ObjectMesh> addBox_(const std::string& name, const Vector3f& min, const Vector3f& max)
-    {
-        auto box = makeBox(name, min, max);
-        viewer_.scene().addChild(box);
-        return box;
-    }
-
-    TempDir folder_;
-    bool schema_ = addSchema_();
-    std::shared_ptr<RibbonMenu> menu_ = std::make_shared<RibbonMenu>();
-    ViewerSession session_{menu_, {1000, 700}};
-    Viewer& viewer_ = session_.viewer();
-    UiDriver driver_{session_};
     std::shared_ptr<ObjectMesh> a_ = addBox_("A", {0, 0, 0}, {1, 1, 1});
     std::shared_ptr<ObjectMesh> b_ = addBox_("B", {3, 0, 0}, {7, 4, 4});
     std::shared_ptr<ObjectMesh> c_ = addBox_("C", {9, 0, 0}, {11, 2, 2});
     std::vector<Mcp::Tool> tools_ = makeAgentTools(viewer_);
-
-private:
-    static bool addSchema_()
-    {
-        RibbonSchemaHolder::reset();
-        registerViewerItems(getViewerInstance());
-        const auto added = RibbonSchemaHolder::addFile(QX_SOURCE_DIR "/resources/ribbon/viewer.json");
-        EXPECT_TRUE(added) << added.error();
-        return true;
-    }
 };
 
 } // namespace VX::Test

@@ -13,18 +13,6 @@ using testing::HasSubstr;
 class SelectToolsTests : public VX::Test::AgentFixture
 {
 protected:
-    [[nodiscard]] std::vector<std::string> selected_() const
-    {
-        std::vector<std::string> names;
-        visitObjects(std::as_const(viewer_.scene()),
-                     [&](const Object& object)
-                     {
-                         if (object.isSelected())
-                             names.push_back(object.name());
-                     });
-        return names;
-    }
-
     /// A ray from above onto the middle of `object`.
     [[nodiscard]] static std::string rayOnto_(const Object& object, const std::string& more = {})
     {
@@ -40,7 +28,7 @@ TEST_F(SelectToolsTests, PicksAndSelectsTheObjectAlongARay)
     EXPECT_TRUE(hit["hit"].asBool());
     EXPECT_EQ(hit["object"]["name"].asString(), "B");
     EXPECT_NEAR(hit["point"][2].asDouble(), 4, 1e-4);
-    EXPECT_THAT(selected_(), ElementsAre("B"));
+    EXPECT_THAT(selectedNames_(), ElementsAre("B"));
 }
 
 TEST_F(SelectToolsTests, PicksWhatAPictureShowsAtAPixel)
@@ -84,13 +72,13 @@ TEST_F(SelectToolsTests, SelectsNothingWhereNothingIs)
     const Json::Value hit =
         callAsStep_("select.pick", R"({"ray": {"origin": [100, 100, 100], "direction": [0, 0, -1]}})");
     EXPECT_FALSE(hit["hit"].asBool());
-    EXPECT_TRUE(selected_().empty());
+    EXPECT_TRUE(selectedNames_().empty());
 }
 
 TEST_F(SelectToolsTests, OnlyLooksWhereAskedTo)
 {
     EXPECT_TRUE(call_("select.pick", rayOnto_(*b_, R"("select": "nothing")"))["hit"].asBool());
-    EXPECT_TRUE(selected_().empty());
+    EXPECT_TRUE(selectedNames_().empty());
     EXPECT_EQ(history_().position(), 0U);
 }
 
@@ -104,9 +92,9 @@ TEST_F(SelectToolsTests, SelectsObjectsByTheirIds)
 {
     callAsStep_("select.objects", R"({"ids": [)" + id_(*a_) + "]}");
     callAsStep_("select.objects", R"({"mode": "add", "ids": [)" + id_(*c_) + "]}");
-    EXPECT_THAT(selected_(), ElementsAre("A", "C"));
+    EXPECT_THAT(selectedNames_(), ElementsAre("A", "C"));
     callAsStep_("select.objects", R"({"mode": "remove", "ids": [)" + id_(*a_) + "]}");
-    EXPECT_THAT(selected_(), ElementsAre("C"));
+    EXPECT_THAT(selectedNames_(), ElementsAre("C"));
 }
 
 TEST_F(SelectToolsTests, SelectsTheCurvedRegionAroundAFace)
