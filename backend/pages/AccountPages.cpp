@@ -158,9 +158,9 @@ AccountPages::Form AccountPages::formOf_(const HttpRequest& request) const
     return form;
 }
 
-HttpResponse AccountPages::answer_(const Form& form, std::string html, int status) const
+HttpResponse AccountPages::answer_(const Form& form, const std::string& html, int status) const
 {
-    HttpResponse response = page(std::move(html), status);
+    HttpResponse response = page(html, status);
     response.headers["Set-Cookie"] = guard_.cookieHeader(form.cookie);
     return response;
 }

@@ -69,7 +69,7 @@ private:
     void call_(const std::string& operation, Json::Value body, const Form& form,
                std::function<void(const Outcome&)> then) const;
     [[nodiscard]] static Outcome outcomeOf_(const IdentityAnswer& answer);
-    [[nodiscard]] HttpResponse answer_(const Form& form, std::string html, int status = 200) const;
+    [[nodiscard]] HttpResponse answer_(const Form& form, const std::string& html, int status = 200) const;
 
     IdentityProvider& provider_;
     const FormGuard guard_;

@@ -68,7 +68,7 @@ void replyCacheable(const ClientRequest& request, const Registry::Info& server, 
     reply(request, server, std::move(result));
 }
 
-void replyError(const ClientRequest& request, RpcError error)
+void replyError(const ClientRequest& request, const RpcError& error)
 {
     request.exchange->fail(statusOf(request, error.code), error);
 }

@@ -29,7 +29,7 @@ void replyCacheable(const ClientRequest& request, const Registry::Info& server, 
 
 /// Answers with an error. In the newest revision an unknown method and a request that cannot be served have a status of
 /// HTTP of their own.
-void replyError(const ClientRequest& request, RpcError error);
+void replyError(const ClientRequest& request, const RpcError& error);
 void replyInvalidParams(const ClientRequest& request, std::string message);
 
 /// Asks the client of a request of the newest revision for what `inquiry` wants, or tells it which capability it lacks

@@ -166,9 +166,9 @@ Server::Status Server::status() const
     return out;
 }
 
-boost::signals2::connection Server::onStatusChanged(std::function<void()> callback)
+boost::signals2::connection Server::onStatusChanged(const std::function<void()>& callback)
 {
-    return impl_->shared->activity.changed.connect(std::move(callback));
+    return impl_->shared->activity.changed.connect(callback);
 }
 
 Server& getDefaultServer()

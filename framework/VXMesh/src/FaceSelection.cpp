@@ -1,3 +1,5 @@
+#include "PointPlaces.h"
+
 #include <VXMesh/FaceSelection.h>
 #include <VXMesh/MeshTopology.h>
 
@@ -125,7 +127,10 @@ private:
         return stopped_;
     }
 
-    [[nodiscard]] std::uint32_t startOf_(std::uint32_t side) const { return mesh_.triangles[side / 3][side % 3]; }
+    [[nodiscard]] const Vector3f& startOf_(std::uint32_t side) const
+    {
+        return mesh_.points[mesh_.triangles[side / 3][side % 3]];
+    }
 
     const Mesh& mesh_;
     const MeshTopology& topology_;
@@ -141,6 +146,7 @@ private:
 FaceSet expandFaces(const Mesh& mesh, const FaceSet& faces)
 {
     assert(faces.size() == mesh.triangles.size());
+    const std::vector<std::uint32_t> places = placesOf(mesh.points);
     const auto touched = std::make_unique<std::atomic<bool>[]>(mesh.points.size());
     FaceSet result = faces;
     forEachWord(result,
@@ -150,10 +156,10 @@ FaceSet expandFaces(const Mesh& mesh, const FaceSet& faces)
                     {
                         for (const std::uint32_t point :
                              mesh.triangles[i * FaceSet::bitsInWord + static_cast<std::size_t>(std::countr_zero(word))])
-                            touched[point].store(true, std::memory_order_relaxed);
+                            touched[places[point]].store(true, std::memory_order_relaxed);
                     }
                 });
-    const auto isTouched = [&](std::uint32_t point) { return touched[point].load(std::memory_order_relaxed); };
+    const auto isTouched = [&](std::uint32_t point) { return touched[places[point]].load(std::memory_order_relaxed); };
     forEachWord(result,
                 [&](FaceSet::Word& word, std::size_t i)
                 {

@@ -49,7 +49,7 @@ public:
         , begins_(words_.size() + 1)
     {
         for (std::size_t i = 0; i < words_.size(); ++i)
-            begins_[i + 1] = begins_[i] + onesIn(words_[i]);
+            begins_[i + 1] = begins_[i] + onesIn_(words_[i]);
     }
 
     [[nodiscard]] std::size_t count() const { return begins_.back(); }
@@ -58,7 +58,7 @@ public:
     [[nodiscard]] std::uint32_t placeOf(std::uint32_t element) const
     {
         const Word before = (Word{1} << element % kBits) - 1;
-        return begins_[element / kBits] + onesIn(words_[element / kBits] & before);
+        return begins_[element / kBits] + onesIn_(words_[element / kBits] & before);
     }
 
     /// The kept ones of `elements`, each after `map`; none of none.
@@ -81,11 +81,11 @@ public:
     template <class T>
     [[nodiscard]] std::vector<T> select(const std::vector<T>& elements) const
     {
-        return select(elements, [](const T& element) -> const T& { return element; });
+        return select(elements, [](const T& element) { return element; });
     }
 
 private:
-    static std::uint32_t onesIn(Word word) { return static_cast<std::uint32_t>(std::popcount(word)); }
+    static std::uint32_t onesIn_(Word word) { return static_cast<std::uint32_t>(std::popcount(word)); }
 
     std::vector<Word> words_;
     /// The kept elements before each word.

@@ -1,3 +1,5 @@
+#include "PointPlaces.h"
+
 #include <VXMesh/MeshTopology.h>
 
 #include <tbb/blocked_range.h>
@@ -33,14 +35,18 @@ EdgeEnds endsOf(const Triangle& triangle, std::uint32_t corner)
     return {std::min(from, to), std::max(from, to)};
 }
 
+/// Calls `body(face, triangle)` with corners in the place of points.
 template <class Body>
-void forEachTriangle(const Mesh& mesh, const Body& body)
+void forEachTriangle(const Mesh& mesh, const std::vector<std::uint32_t>& places, const Body& body)
 {
     tbb::parallel_for(tbb::blocked_range<std::size_t>(0, mesh.triangles.size(), kGrain),
                       [&](const tbb::blocked_range<std::size_t>& range)
                       {
                           for (std::size_t i = range.begin(); i != range.end(); ++i)
-                              body(static_cast<std::uint32_t>(i), mesh.triangles[i]);
+                          {
+                              const Triangle& t = mesh.triangles[i];
+                              body(static_cast<std::uint32_t>(i), Triangle(places[t[0]], places[t[1]], places[t[2]]));
+                          }
                       });
 }
 
@@ -60,7 +66,8 @@ public:
     explicit SideLists(const Mesh& mesh)
         : ends_(std::make_unique<std::atomic<std::uint32_t>[]>(mesh.points.size() + 1))
     {
-        forEachTriangle(mesh,
+        const std::vector<std::uint32_t> places = placesOf(mesh.points);
+        forEachTriangle(mesh, places,
                         [&](std::uint32_t, const Triangle& triangle)
                         {
                             for (std::uint32_t corner = 0; corner < 3; ++corner)
@@ -75,7 +82,7 @@ public:
         for (std::size_t i = 0; i <= mesh.points.size(); ++i)
             sum += ends_[i].exchange(sum, std::memory_order_relaxed);
         sides_ = std::make_unique_for_overwrite<ListedSide[]>(sum);
-        forEachTriangle(mesh,
+        forEachTriangle(mesh, places,
                         [&](std::uint32_t face, const Triangle& triangle)
                         {
                             for (std::uint32_t corner = 0; corner < 3; ++corner)

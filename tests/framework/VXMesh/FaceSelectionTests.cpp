@@ -17,6 +17,7 @@ namespace
 {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 /// A strip of `count` triangles in a row; face i touches faces i - 2 to i + 2.
 Mesh makeStrip(std::uint32_t count)
@@ -93,6 +94,38 @@ TEST(MeshTopology, ASideOfNoLengthIsAlone)
     const MeshTopology topology(mesh);
     EXPECT_EQ(topology.nextOnEdge(0), 0U);
     EXPECT_EQ(topology.nextOnEdge(3), 3U);
+}
+
+/// A strip whose two halves have points of their own along the line where they meet.
+Mesh makeStripWithSeam()
+{
+    Mesh mesh = makeStrip(4);
+    const auto first = static_cast<std::uint32_t>(mesh.points.size());
+    for (const std::uint32_t point : {2U, 3U})
+        mesh.points.push_back(mesh.points[point]);
+    mesh.points.back().z() = -0.0F;
+    for (const std::size_t face : {2U, 3U})
+    {
+        for (std::uint32_t& corner : mesh.triangles[face].reshaped())
+            corner = corner == 2 || corner == 3 ? first + corner - 2 : corner;
+    }
+    return mesh;
+}
+
+TEST(MeshTopology, PointsAtOnePlaceCountAsOne)
+{
+    const MeshTopology seamless(makeStrip(4));
+    const MeshTopology topology(makeStripWithSeam());
+    for (std::uint32_t side = 0; side < 12; ++side)
+        EXPECT_EQ(topology.nextOnEdge(side), seamless.nextOnEdge(side)) << side;
+}
+
+TEST(FaceSelection, SelectsAcrossASeam)
+{
+    const Mesh mesh = makeStripWithSeam();
+    EXPECT_EQ(growRegion(mesh, MeshTopology(mesh), 0, 1).count(), 4U);
+    EXPECT_THAT(facesOf(expandFaces(mesh, setOf(mesh, {1}))), ElementsAre(0, 1, 2, 3));
+    EXPECT_THAT(facesOf(shrinkFaces(mesh, setOf(mesh, {0, 1}))), IsEmpty());
 }
 
 TEST(FaceSelection, ExpandsByTheFacesThatShareAPoint)

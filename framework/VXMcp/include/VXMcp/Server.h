@@ -101,7 +101,7 @@ public:
     [[nodiscard]] Status status() const;
 
     /// Calls `callback` after each change of the status, on whichever thread makes it.
-    boost::signals2::connection onStatusChanged(std::function<void()> callback);
+    boost::signals2::connection onStatusChanged(const std::function<void()>& callback);
 
 private:
     class Impl;

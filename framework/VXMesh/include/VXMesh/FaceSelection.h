@@ -12,12 +12,13 @@ namespace VX
 
 class MeshTopology;
 
-/// `faces` and every face that shares a point with one of them.
+/// `faces` and every face that shares a point with one of them. Points at the same place count as one.
 /// @param faces  of `mesh`
 /// @threads any; uses the TBB pool
 [[nodiscard]] VXMESH_API FaceSet expandFaces(const Mesh& mesh, const FaceSet& faces);
 
-/// `faces` without those that share a point with a face outside. The border of the surface takes nothing away.
+/// `faces` without those that share a point, or a place, with a face outside. The border of the surface takes nothing
+/// away.
 /// @param faces  of `mesh`
 /// @threads any; uses the TBB pool
 [[nodiscard]] VXMESH_API FaceSet shrinkFaces(const Mesh& mesh, const FaceSet& faces);

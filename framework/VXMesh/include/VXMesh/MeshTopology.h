@@ -11,7 +11,7 @@ namespace VX
 
 /// Which faces of a mesh meet along which edges. Side k of a face runs from its corner k to corner (k + 1) % 3 and has
 /// the number 3 * face + k. All sides along one edge, whichever way they run, form a ring: two where the surface is
-/// simple, one at its border, more where several sheets meet.
+/// simple, one at its border, more where several sheets meet. Points at the same place count as one.
 class VXMESH_API MeshTopology
 {
 public:

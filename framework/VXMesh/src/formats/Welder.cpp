@@ -142,27 +142,6 @@ void forBlocks(std::size_t count, const Body& body)
                       [&](std::size_t block) { body(block, block * kBlock, std::min(count, (block + 1) * kBlock)); });
 }
 
-/// For each point the index of its first occurrence.
-template <typename Vector>
-std::vector<std::uint32_t> findFirstOccurrences(const std::vector<Vector>& points)
-{
-    std::vector<std::uint32_t> result(points.size());
-    FirstOccurrences<Vector> table(points);
-    forBlocks(points.size(),
-              [&](std::size_t, std::size_t begin, std::size_t end)
-              {
-                  for (std::size_t i = begin; i < end; ++i)
-                      result[i] = static_cast<std::uint32_t>(table.insert(static_cast<std::uint32_t>(i)));
-              });
-    forBlocks(points.size(),
-              [&](std::size_t, std::size_t begin, std::size_t end)
-              {
-                  for (std::size_t i = begin; i < end; ++i)
-                      result[i] = table.at(result[i]);
-              });
-    return result;
-}
-
 /// Keeps the first of equal points.
 /// @param indices  in: the first occurrence of each point; out: the new index of each point
 template <typename Vector>
@@ -204,6 +183,26 @@ std::vector<Vector> keepFirst(const std::vector<Vector>& points, std::vector<std
 }
 
 } // namespace
+
+template <typename Vector>
+std::vector<std::uint32_t> findFirstOccurrences(const std::vector<Vector>& points)
+{
+    std::vector<std::uint32_t> result(points.size());
+    FirstOccurrences<Vector> table(points);
+    forBlocks(points.size(),
+              [&](std::size_t, std::size_t begin, std::size_t end)
+              {
+                  for (std::size_t i = begin; i < end; ++i)
+                      result[i] = static_cast<std::uint32_t>(table.insert(static_cast<std::uint32_t>(i)));
+              });
+    forBlocks(points.size(),
+              [&](std::size_t, std::size_t begin, std::size_t end)
+              {
+                  for (std::size_t i = begin; i < end; ++i)
+                      result[i] = table.at(result[i]);
+              });
+    return result;
+}
 
 template <typename Vector>
 void Welder<Vector>::add(std::size_t chunk, std::span<const Vector> corners)
@@ -260,6 +259,8 @@ WeldedTriangles<Vector> Welder<Vector>::finish()
     return result;
 }
 
+template std::vector<std::uint32_t> findFirstOccurrences(const std::vector<Vector3f>& points);
+template std::vector<std::uint32_t> findFirstOccurrences(const std::vector<Vector3d>& points);
 template class Welder<Vector3f>;
 template class Welder<Vector3d>;
 

@@ -11,6 +11,15 @@
 namespace VX
 {
 
+/// For each point the index of the first that is equal to it.
+/// @param points  at most `Welder::kMaxCorners`, with no coordinate of -0
+/// @threads any; uses the TBB pool
+template <typename Vector>
+[[nodiscard]] std::vector<std::uint32_t> findFirstOccurrences(const std::vector<Vector>& points);
+
+extern template std::vector<std::uint32_t> findFirstOccurrences(const std::vector<Vector3f>& points);
+extern template std::vector<std::uint32_t> findFirstOccurrences(const std::vector<Vector3d>& points);
+
 /// Triangles over points of which no two are equal.
 template <typename Vector>
 struct WeldedTriangles

@@ -4,6 +4,7 @@
 
 #include <VXMesh/FaceSelection.h>
 #include <VXMesh/ObjectMesh.h>
+#include <VXMesh/VisualObject.h>
 #include <VXViewer/HistoryStore.h>
 #include <VXViewer/Locale.h>
 #include <VXViewer/SceneEdit.h>
@@ -68,14 +69,19 @@ void selectAll(Viewer& viewer, SceneSummary& scene)
                       [&](const Object& object) { return object.isSelected() || object.parent() == &viewer.scene(); });
 }
 
-bool isCovered(const Object& object)
+/// What can be selected below `object` and is not, also as a part of something selected, in the order of the tree.
+/// What has a shape of its own stands for all below it, and groups follow from what is in them.
+void collectUnselected(const Object& object, std::vector<const Object*>& found)
 {
-    for (const Object* each = &object; each; each = each->parent())
+    for (const std::shared_ptr<Object>& child : object.children())
     {
-        if (each->isSelected())
-            return true;
+        if (child->isSelected())
+            continue;
+        if (child->children().empty() || dynamic_cast<const VisualObject*>(child.get()))
+            found.push_back(child.get());
+        else
+            collectUnselected(*child, found);
     }
-    return false;
 }
 
 void invertSelection(Viewer& viewer, SceneSummary& scene)
@@ -86,14 +92,8 @@ void invertSelection(Viewer& viewer, SceneSummary& scene)
         changeShownFaces(viewer, name, [](const Mesh&, const FaceSet& faces) { return invertFaces(faces); });
         return;
     }
-    // Groups follow from what is in them: what was covered by a selected group is not selected afterwards.
     std::vector<const Object*> chosen;
-    visitObjects(std::as_const(viewer.scene()),
-                 [&](const Object& object)
-                 {
-                     if (object.parent() && object.children().empty() && !isCovered(object))
-                         chosen.push_back(&object);
-                 });
+    collectUnselected(viewer.scene(), chosen);
     std::size_t next = 0;
     chooseObjects(viewer, name,
                   [&](const Object& object)

@@ -1,5 +1,7 @@
 #include "ItemsFixture.h"
 
+#include <VXMesh/ObjectLines.h>
+
 #include <gtest/gtest.h>
 
 namespace VX
@@ -43,6 +45,16 @@ TEST_F(SelectionItemsTests, InvertsWhatASelectedGroupCovers)
     group->setSelected(true);
     expectStep_("Invert Selection");
     EXPECT_THAT(selectedNames_(), ElementsAre("B", "C"));
+}
+
+TEST_F(SelectionItemsTests, InvertsAPartWithTheLinesOnIt)
+{
+    const auto edges = std::make_shared<ObjectLines>();
+    edges->setName("Edges");
+    a_->addChild(edges);
+    b_->setSelected(true);
+    expectStep_("Invert Selection");
+    EXPECT_THAT(selectedNames_(), ElementsAre("A", "C"));
 }
 
 TEST_F(SelectionItemsTests, InvertsTheSelectedFaces)
