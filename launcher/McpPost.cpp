@@ -19,7 +19,7 @@ struct HeaderList
     {
         for (const auto& [name, value] : headers)
             if (!value.empty())
-                list = curl_slist_append(list, (name + ": " + value).c_str());
+                list = curl_slist_append(list, fmt::format("{}: {}", name, value).c_str());
     }
 
     HeaderList(const HeaderList&) = delete;

@@ -4,6 +4,7 @@
 #include "launcher/McpStdio.h"
 
 #include <VXMesh/Version.h>
+#include <VXViewer/GraphicsCache.h>
 
 #include <fmt/format.h>
 
@@ -12,6 +13,7 @@
 
 int main(int argc, char** argv)
 {
+    VX::avoidGraphicsCacheOnFullDisk();
     auto arguments = VX::normalizeArguments(argc, argv);
     VX::wipeDeepLinks(argc, argv);
     const auto link = VX::handOverDeepLink(arguments);

@@ -115,16 +115,14 @@ asio::awaitable<bool> HttpAnswer::sendStream_(const HttpResponse& response, Form
     const bool hasBody = !form.headOnly && httpStatusHasBody(response.status);
     form.keepAlive = form.keepAlive && (form.mayChunk || !hasBody);
     std::string head = httpResponseHead(response, form.mayChunk ? "Transfer-Encoding: chunked" : "", form.keepAlive);
-    bool isLast = !hasBody;
-    std::string body;
+    HttpBodyStream::Piece piece;
     do
     {
-        auto piece = hasBody ? stream.take() : HttpBodyStream::Piece{.bytes = {}, .isLast = true};
+        piece = hasBody ? stream.take() : HttpBodyStream::Piece{.bytes = {}, .isLast = true};
         if (piece.isClosed)
             co_return hangUp();
-        isLast = piece.isLast;
-        body = std::move(piece.bytes);
-        if (body.empty() && !isLast && head.empty())
+        std::string& body = piece.bytes;
+        if (body.empty() && !piece.isLast && head.empty())
         {
             if (!co_await isPauseOver_(stream.pause()))
                 continue;
@@ -135,12 +133,12 @@ asio::awaitable<bool> HttpAnswer::sendStream_(const HttpResponse& response, Form
             head += chunkHead(body.size());
             body += "\r\n";
         }
-        if (isLast && hasBody && form.mayChunk)
+        if (piece.isLast && hasBody && form.mayChunk)
             body += lastChunk;
         if (!co_await write_(head, body))
             co_return hangUp();
         head.clear();
-    } while (!isLast);
+    } while (!piece.isLast);
     co_return form.keepAlive;
 }
 

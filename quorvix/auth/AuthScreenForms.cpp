@@ -221,8 +221,9 @@ void AuthScreens::drawRules_(float top) const
     const auto& rules = passwordRules();
     for (std::size_t i = 0; i < rules.size(); ++i)
     {
+        const std::size_t row = i / 2;
         const float x = margin + (i % 2 == 0 ? 0 : column / 2);
-        const float y = top + static_cast<float>(i / 2) * ruleLine;
+        const float y = top + static_cast<float>(row) * ruleLine;
         rule(x, y, tr(rules.at(i).label), rules.at(i).isMet(window_.password));
     }
 }

@@ -41,7 +41,7 @@ void appendEscaped(std::string& text, std::string_view secret)
 
 std::string textWithSecret(const Json::Value& body, const std::string& secret)
 {
-    const std::string styled = body.toStyledString();
+    std::string styled = body.toStyledString();
     const std::string quotedMark = Json::valueToQuotedString(secretMark);
     const std::string_view mark = std::string_view(quotedMark).substr(1, quotedMark.size() - 2);
     const std::size_t place = styled.find(mark);

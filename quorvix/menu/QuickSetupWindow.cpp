@@ -133,6 +133,7 @@ void QuickSetupWindow::drawTheme_()
 {
     const std::vector<std::string>& userThemes = ColorTheme::foundUserThemes();
     std::vector<std::string> names;
+    names.reserve(presets.size() + userThemes.size());
     for (const ColorTheme::Preset preset : presets)
         names.push_back(Locale::translate(ColorTheme::getPresetName(preset)));
     names.insert(names.end(), userThemes.begin(), userThemes.end());

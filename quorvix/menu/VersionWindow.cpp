@@ -12,6 +12,7 @@
 #include <VXViewer/Viewer.h>
 #include <VXViewer/WebRequest.h>
 
+#include <fmt/format.h>
 #include <imgui.h>
 #include <json/value.h>
 
@@ -57,7 +58,7 @@ std::string wordWrapped(const std::string& text, float width)
     std::istringstream words(text);
     for (std::string word; words >> word;)
     {
-        const std::string longer = line.empty() ? word : line + ' ' + word;
+        const std::string longer = line.empty() ? word : fmt::format("{} {}", line, word);
         if (line.empty() || ImGui::CalcTextSize(longer.c_str()).x <= width)
         {
             line = longer;

@@ -10,6 +10,7 @@
 #include <VXViewer/ColorTheme.h>
 #include <VXViewer/RibbonIcons.h>
 #include <VXViewer/RibbonSchemaHolder.h>
+#include <VXViewer/SceneView.h>
 #include <VXViewer/UI.h>
 #include <VXViewer/Viewer.h>
 #include <VXViewer/ViewerSettingsPlugin.h>
@@ -67,12 +68,12 @@ struct Shape
 /// Row by row.
 constexpr int shapeColumns = 2;
 constexpr int shapeRows = 3;
-constexpr std::array<Shape, shapeColumns * shapeRows> shapes{{{translatable("Cube"), "cube"},
-                                                              {translatable("Cylinder"), "cylinder"},
-                                                              {translatable("Sphere"), "sphere"},
-                                                              {translatable("Prism"), "prism"},
-                                                              {translatable("Torus"), "torus"},
-                                                              {translatable("Arrow"), "arrow"}}};
+constexpr std::array<Shape, std::size_t{shapeColumns} * shapeRows> shapes{{{translatable("Cube"), "cube"},
+                                                                           {translatable("Cylinder"), "cylinder"},
+                                                                           {translatable("Sphere"), "sphere"},
+                                                                           {translatable("Prism"), "prism"},
+                                                                           {translatable("Torus"), "torus"},
+                                                                           {translatable("Arrow"), "arrow"}}};
 
 bool holdsVisualObject(const Object& object)
 {
@@ -144,8 +145,9 @@ void drawShapes()
     ImGui::PushStyleColor(ImGuiCol_Text, grey);
     for (int i = 0; i < static_cast<int>(shapes.size()); ++i)
     {
+        const int row = i / shapeColumns;
         const auto toRight = static_cast<float>(shapeColumns - i % shapeColumns);
-        const auto toBottom = static_cast<float>(shapeRows - i / shapeColumns);
+        const auto toBottom = static_cast<float>(shapeRows - row);
         ImGui::SetCursorPos(scaled({cardWidth - toRight * shapeSize.x - (toRight + 1) * shapeGap,
                                     shapesBottom - toBottom * shapeSize.y - (toBottom - 1) * shapeGap}));
         const Shape& shape = shapes.at(static_cast<std::size_t>(i));
@@ -198,7 +200,8 @@ void WelcomeWindow::setShowOnStartup(bool show, bool applyNow)
 
 bool WelcomeWindow::isSceneTaken_() const
 {
-    return menu_->isStartupModalShown() || holdsVisualObject(getViewerInstance().scene());
+    const Viewer& viewer = getViewerInstance();
+    return menu_->isStartupModalShown() || holdsVisualObject(viewer.scene()) || viewer.view().hasPreview();
 }
 
 bool WelcomeWindow::hasRoom_() const

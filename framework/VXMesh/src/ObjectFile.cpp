@@ -10,6 +10,9 @@
 #include <VXMesh/ObjectMesh.h>
 #include <VXMesh/StringConvert.h>
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <limits>
@@ -22,17 +25,15 @@ namespace VX
 namespace
 {
 
-std::string knownExtensions(bool forSaving)
+std::vector<std::string> knownExtensions(bool forSaving)
 {
-    std::string result;
+    std::vector<std::string> known;
     for (const FileFormat& format : fileFormats())
     {
-        if (forSaving ? !format.save : !format.load)
-            continue;
-        for (const std::string& extension : format.extensions)
-            result += (result.empty() ? "" : ", ") + extension;
+        if (forSaving ? format.save != nullptr : format.load != nullptr)
+            known.insert(known.end(), format.extensions.begin(), format.extensions.end());
     }
-    return result;
+    return known;
 }
 
 const FileFormat* findFormat(const std::filesystem::path& path)
@@ -58,15 +59,6 @@ bool hasTooManyTriangles(const std::shared_ptr<Object>& object)
     return found;
 }
 
-std::string unknownFormatText(const std::filesystem::path& path, bool forSaving)
-{
-    const std::string_view action = forSaving ? "write" : "open";
-    const std::string ending = path.extension().empty()
-                                   ? "a name without an ending tells no file format"
-                                   : "the format \"" + utf8string(path.extension()) + "\" is unknown";
-    return fileErrorText(action, path, ending + ". Known are " + knownExtensions(forSaving) + ".");
-}
-
 } // namespace
 
 const std::vector<FileFormat>& fileFormats()
@@ -76,12 +68,21 @@ const std::vector<FileFormat>& fileFormats()
     return formats;
 }
 
+std::string unknownFormatText(std::string_view action, const std::filesystem::path& path,
+                              const std::vector<std::string>& known)
+{
+    const std::string ending = path.extension().empty()
+                                   ? "a name without an ending tells no file format"
+                                   : "the format \"" + utf8string(path.extension()) + "\" is unknown";
+    return fileErrorText(action, path, fmt::format("{}. Known are {}.", ending, fmt::join(known, ", ")));
+}
+
 tl::expected<LoadedObjects, std::string> loadObjectFromFile(const std::filesystem::path& path,
                                                             const ProgressCallback& progress)
 {
     const FileFormat* format = findFormat(path);
     if (!format || !format->load)
-        return tl::unexpected(unknownFormatText(path, false));
+        return tl::unexpected(unknownFormatText("open", path, knownExtensions(false)));
     try
     {
         auto loaded = format->load(path, progress);
@@ -100,7 +101,7 @@ tl::expected<void, std::string> saveObjectToFile(const Object& root, const std::
 {
     const FileFormat* format = findFormat(path);
     if (!format || !format->save)
-        return tl::unexpected(unknownFormatText(path, true));
+        return tl::unexpected(unknownFormatText("write", path, knownExtensions(true)));
     try
     {
         return format->save(root, path, progress, existing);

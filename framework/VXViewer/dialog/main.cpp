@@ -164,6 +164,9 @@ bool completeName(GtkFileChooser* chooser, const std::vector<Filter>& filters)
     const Filter* filter = currentFilter(chooser, filters);
     if (!path || !filter || hasExtension(path.get(), *filter))
         return true;
+    // A folder that was typed with the name is the one to save in.
+    const Text folder(g_path_get_dirname(path.get()));
+    gtk_file_chooser_set_current_folder(chooser, folder.get());
     const Text base(g_path_get_basename(path.get()));
     const Text shown(g_filename_display_name(base.get()));
     gtk_file_chooser_set_current_name(chooser, (shown.get() + filter->extensions.front()).c_str());

@@ -78,8 +78,7 @@ std::uint64_t FileOpening::openFor(const std::filesystem::path& path, OutcomeHan
 std::uint64_t FileOpening::openOne_(const std::filesystem::path& path, std::uint64_t order,
                                     const std::shared_ptr<Batch>& batch)
 {
-    const auto found = openers_.find(extensionOf(path));
-    Opener opener = found != openers_.end() ? found->second : Opener(loadObjectFromFile);
+    Opener opener = openerFor_(path);
     ++pending_;
     return ProgressBar::order(
         trf("Opening {}", utf8string(path.filename())),
@@ -94,6 +93,18 @@ std::uint64_t FileOpening::openOne_(const std::filesystem::path& path, std::uint
             if (batch->done)
                 batch->done({.error = operationCanceledText()});
         });
+}
+
+FileOpening::Opener FileOpening::openerFor_(const std::filesystem::path& path) const
+{
+    const std::string extension = extensionOf(path);
+    if (const auto found = openers_.find(extension); found != openers_.end())
+        return found->second;
+    std::vector<std::string> known = readableExtensions();
+    if (std::ranges::find(known, extension) != known.end())
+        return loadObjectFromFile;
+    return [known = std::move(known)](const std::filesystem::path& unknown, const ProgressCallback&)
+    { return tl::unexpected(unknownFormatText("open", unknown, known)); };
 }
 
 void FileOpening::finish_(const std::filesystem::path& path, std::uint64_t order, Batch& batch, Result result)

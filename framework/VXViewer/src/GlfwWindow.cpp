@@ -107,6 +107,22 @@ GLFWmonitor* monitorUnder(const PixelRect& rect)
     return count > 0 ? *found : nullptr;
 }
 
+/// A window of a size in units of the design can be larger than a screen whose contents are large.
+void shrinkToMonitor(GLFWwindow* window)
+{
+    PixelRect rect;
+    glfwGetWindowPos(window, &rect.x, &rect.y);
+    glfwGetWindowSize(window, &rect.width, &rect.height);
+    GLFWmonitor* monitor = monitorUnder(rect);
+    if (!monitor)
+        return;
+    PixelRect area;
+    glfwGetMonitorWorkarea(monitor, &area.x, &area.y, &area.width, &area.height);
+    const PixelSize size{std::min(rect.width, area.width), std::min(rect.height, area.height)};
+    if (size.width < rect.width || size.height < rect.height)
+        glfwSetWindowSize(window, size.width, size.height);
+}
+
 } // namespace
 
 int ClickCounter::press(int button, const Vector2f& position, double now, float tolerance)
@@ -141,6 +157,7 @@ tl::expected<std::unique_ptr<GlfwWindow>, std::string> GlfwWindow::create(PixelS
         return tl::make_unexpected("A window with OpenGL 3.3 cannot be created: " + reason);
     }
     std::unique_ptr<GlfwWindow> result(new GlfwWindow(window));
+    shrinkToMonitor(window);
     result->makeCurrent();
     glfwSwapInterval(1);
     return result;

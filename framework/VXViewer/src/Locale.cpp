@@ -33,9 +33,9 @@ struct Language
 {
     using Texts = boost::locale::message_format<char>;
 
-    Language(std::string languageName, std::locale catalogs, const std::vector<std::string>& domains)
+    Language(std::string languageName, const std::locale& catalogs, const std::vector<std::string>& domains)
         : name(std::move(languageName))
-        , locale(std::move(catalogs))
+        , locale(catalogs)
         , texts(std::use_facet<Texts>(locale))
     {
         std::transform(domains.begin(), domains.end(), std::back_inserter(catalogOfDomain),
@@ -263,9 +263,9 @@ bool Locale::set(const std::string& name)
     return known;
 }
 
-boost::signals2::connection Locale::onChanged(std::function<void()> slot)
+boost::signals2::connection Locale::onChanged(const std::function<void()>& slot)
 {
-    return changedSignal().connect(std::move(slot));
+    return changedSignal().connect(slot);
 }
 
 } // namespace VX

@@ -228,9 +228,10 @@ const std::shared_ptr<ImGuiMenu>& Viewer::getMenuPlugin() const
 
 void Viewer::addPlugin(std::shared_ptr<ViewerPlugin> plugin)
 {
-    state_->plugins.push_back(plugin);
+    ViewerPlugin& added = *plugin;
+    state_->plugins.push_back(std::move(plugin));
     if (state_->ui)
-        plugin->init(this);
+        added.init(this);
 }
 
 bool Viewer::removePlugin(const ViewerPlugin& plugin)
@@ -239,7 +240,7 @@ bool Viewer::removePlugin(const ViewerPlugin& plugin)
                                     [&](const auto& each) { return each.get() == &plugin; });
     if (found == state_->plugins.end())
         return false;
-    const std::shared_ptr<ViewerPlugin> removed = *found;
+    const std::shared_ptr<ViewerPlugin> removed = std::move(*found);
     state_->plugins.erase(found);
     if (state_->ui)
         removed->shutdown();

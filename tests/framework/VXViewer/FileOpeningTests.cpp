@@ -96,6 +96,16 @@ TEST_F(FileOpeningTests, GivesAnExtensionOfAnyLetterCaseToItsOpener)
     EXPECT_EQ(names_(), (std::vector<std::string>{"part"}));
 }
 
+TEST_F(FileOpeningTests, NamesTheExtensionsOfTheOpenersWhereItKnowsNone)
+{
+    viewer_.setFileOpener(".box",
+                          [](const std::filesystem::path& path, const ProgressCallback&) { return oneBox_(path); });
+    openAndWait_({"part.abc"});
+    ASSERT_EQ(messages_.size(), 1U);
+    EXPECT_EQ(messages_.front().second, "Cannot open \"part.abc\": the format \".abc\" is unknown. Known are .box, "
+                                        ".obj, .off, .ply, .stl, .vxu, .xyz.");
+}
+
 TEST_F(FileOpeningTests, ReportsAFileThatCannotBeOpenedAndOpensTheOthers)
 {
     openAndWait_({folder_.path() / "missing.stl", folder_.write("part.stl", VX::Test::triangleStl())});

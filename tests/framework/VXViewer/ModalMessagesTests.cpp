@@ -7,6 +7,7 @@
 #define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
 #include <gtest/gtest.h>
+#include <imgui_internal.h>
 
 namespace VX
 {
@@ -51,6 +52,14 @@ TEST_F(ModalMessagesTests, CoversTheRestOfTheInterface)
     session_.viewer().scene().addChild(VX::Test::makeBox("Box"));
     show_("Text", NotificationType::Info);
     EXPECT_EQ(driver_.obstacle("Box", "Scene"), "\"Box\" in \"Scene\" is covered");
+}
+
+TEST_F(ModalMessagesTests, DimsTheRestOfTheInterfaceAtOnce)
+{
+    show_("First", NotificationType::Warning);
+    EXPECT_EQ(ImGui::GetCurrentContext()->DimBgRatio, 1);
+    driver_.key(GLFW_KEY_ESCAPE);
+    EXPECT_EQ(ImGui::GetCurrentContext()->DimBgRatio, 0);
 }
 
 TEST_F(ModalMessagesTests, JoinsMessagesOfOneKindAndLeavesOutRepetitions)

@@ -1,5 +1,6 @@
 #include "WelcomeFixture.h"
 
+#include <VXViewer/SceneView.h>
 #include <VXViewer/ViewerSettingsPlugin.h>
 
 #include <gmock/gmock.h>
@@ -59,6 +60,17 @@ TEST_F(WelcomeWindowTest, goesWhenSomethingIsInAGroup)
     viewer_().scene().addChild(group);
     redraw_();
     EXPECT_FALSE(showsCards_());
+}
+
+TEST_F(WelcomeWindowTest, makesRoomForWhatAToolIsAboutToPutIntoTheScene)
+{
+    start_(roomy);
+    viewer_().view().setPreview(std::make_shared<ObjectMesh>());
+    redraw_();
+    EXPECT_FALSE(showsCards_());
+    viewer_().view().setPreview(nullptr);
+    redraw_();
+    EXPECT_TRUE(showsCards_());
 }
 
 TEST_F(WelcomeWindowTest, comesBackWhenTheSceneIsEmptyAgain)

@@ -7,6 +7,9 @@
 #include <tl/expected.hpp>
 
 #include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace VX
 {
@@ -36,6 +39,12 @@ struct FileFormat
 /// The formats that this library reads and writes, in the order in which dialogs list them.
 /// @threads any
 VXMESH_API const std::vector<FileFormat>& fileFormats();
+
+/// One sentence on a file whose extension tells no format, and which would.
+/// @param action  "open" or "write"
+/// @param known  extensions with their dots
+[[nodiscard]] VXMESH_API std::string unknownFormatText(std::string_view action, const std::filesystem::path& path,
+                                                       const std::vector<std::string>& known);
 
 /// Loads `path` with the format of its extension (any letter case).
 /// @return the objects; or one sentence that names the file and what is wrong with it; or "Operation was canceled"

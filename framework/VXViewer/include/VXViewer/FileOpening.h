@@ -80,6 +80,7 @@ private:
         OutcomeHandler done{};                   ///< empty: messages tell the user
     };
 
+    [[nodiscard]] Opener openerFor_(const std::filesystem::path& path) const;
     std::uint64_t openOne_(const std::filesystem::path& path, std::uint64_t order, const std::shared_ptr<Batch>& batch);
     void finish_(const std::filesystem::path& path, std::uint64_t order, Batch& batch, Result result);
     /// @return the origin that the scene had before

@@ -64,7 +64,7 @@ public:
 
     /// `slot` is called after every change of the language.
     /// @threads the UI thread
-    static boost::signals2::connection onChanged(std::function<void()> slot);
+    static boost::signals2::connection onChanged(const std::function<void()>& slot);
 };
 
 /// Marks a text that is translated elsewhere, where it is shown, for the tool that collects the texts.

@@ -85,6 +85,8 @@ public:
     /// Draws `preview` with the scene, whose coordinates it has, without its being a part of it; null: nothing.
     void setPreview(std::shared_ptr<const Object> preview) { preview_ = std::move(preview); }
 
+    [[nodiscard]] bool hasPreview() const { return preview_ != nullptr; }
+
     /// The extent of what is visible, in scene coordinates.
     [[nodiscard]] const Box3d& box() const;
 

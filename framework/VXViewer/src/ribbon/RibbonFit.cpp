@@ -1,5 +1,7 @@
 #include "RibbonFit.h"
 
+#include <algorithm>
+
 namespace VX
 {
 
@@ -19,6 +21,17 @@ std::vector<RibbonGroupForm> fitRibbonGroups(const std::vector<RibbonGroupWidths
             forms[i] = static_cast<RibbonGroupForm>(step);
             total -= saved;
         }
+    }
+    // A group that gave much leaves room for others to take back what they gave.
+    for (std::size_t i = 0; i < groups.size(); ++i)
+    {
+        const float room = available - total + groups[i].at(static_cast<std::size_t>(forms[i]));
+        const auto fitting = std::ranges::find_if(groups[i], [&](float width) { return width <= room; });
+        const auto form = static_cast<RibbonGroupForm>(fitting - groups[i].begin());
+        if (form >= forms[i])
+            continue;
+        total += *fitting - groups[i].at(static_cast<std::size_t>(forms[i]));
+        forms[i] = form;
     }
     return forms;
 }

@@ -23,7 +23,8 @@ enum class RibbonGroupForm
 using RibbonGroupWidths = std::array<float, static_cast<std::size_t>(RibbonGroupForm::Count)>;
 
 /// The forms in which the groups fit into `available`, changed as little as possible: all groups take one step before
-/// any takes the next, from the right to the left, and a step that saves nothing is left out.
+/// any takes the next, from the right to the left, and a step that saves nothing is left out. What is left over in the
+/// end goes back to the groups, from the left to the right.
 /// @threads any
 [[nodiscard]] VXVIEWER_API std::vector<RibbonGroupForm> fitRibbonGroups(const std::vector<RibbonGroupWidths>& groups,
                                                                         float available);

@@ -135,6 +135,8 @@ void UiSession::beginFrame()
     state_->lastFrameTime = now;
     ImGui_ImplOpenGL3_NewFrame();
     ImGui::NewFrame();
+    // What lies behind a modal window is dim at once: growing dim would take frames that nothing else asks for.
+    ImGui::GetCurrentContext()->DimBgRatio = ImGui::GetTopMostPopupModal() ? 1.0F : 0.0F;
     state_->input.frameBegan();
     state_->navigation.applyRequest();
     UiTree::instance().beginFrame();
@@ -155,6 +157,9 @@ bool UiSession::wantsAnotherFrame() const
     return std::any_of(windows.begin(), windows.end(),
                        [](const ImGuiWindow* window)
                        {
+                           // Scroll bars and tabs show in its second frame.
+                           if (window->Active && window->Appearing)
+                               return true;
                            // A child that is clipped away stays hidden; its window tells what is to come.
                            if ((window->Flags & ImGuiWindowFlags_ChildWindow) != 0)
                                return false;

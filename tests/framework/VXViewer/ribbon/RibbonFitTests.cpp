@@ -29,6 +29,14 @@ TEST(RibbonFit, TakesASecondStepOnlyWhenAllHaveTakenTheFirst)
     EXPECT_THAT(fitRibbonGroups({group, group}, 0), Each(Form::DropDown));
 }
 
+TEST(RibbonFit, GivesBackWhatIsLeftOver)
+{
+    const RibbonGroupWidths wide{300, 200, 100, 50, 100};
+    const RibbonGroupWidths narrow{60, 50, 40, 30, 40};
+    EXPECT_THAT(fitRibbonGroups({wide, narrow, narrow}, 230), ElementsAre(Form::Icons, Form::Full, Form::Full));
+    EXPECT_THAT(fitRibbonGroups({wide, narrow, narrow}, 205), ElementsAre(Form::Icons, Form::Full, Form::Icons));
+}
+
 TEST(RibbonFit, LeavesOutAStepThatSavesNothing)
 {
     const RibbonGroupWidths wideSmall{100, 120, 60, 70, 60};
@@ -40,7 +48,7 @@ TEST(RibbonFit, LeavesOutNamesOnlyWhereNoButtonsSaveMore)
 {
     const RibbonGroupWidths wideName{100, 80, 60, 70, 40};
     EXPECT_THAT(fitRibbonGroups({wideName, wideName}, 120), Each(Form::Icons));
-    EXPECT_THAT(fitRibbonGroups({group, wideName}, 100), ElementsAre(Form::DropDown, Form::Bare));
+    EXPECT_THAT(fitRibbonGroups({group, wideName}, 95), ElementsAre(Form::DropDown, Form::Bare));
 }
 
 TEST(RibbonFit, AcceptsNoGroupsAtAll)
