@@ -69,6 +69,8 @@ void centeredText(float top, const std::string& text, UI::Font font)
     ImGui::SetCursorPosX(UI::px(margin) + std::round((UI::px(column) - textWidth(shown)) / 2));
     ImGui::TextUnformatted(shown.c_str());
     UI::record(UiKind::Text, text);
+    if (shown != text)
+        UI::tooltip(text);
 }
 
 void label(float top, const std::string& name, const std::string& error)

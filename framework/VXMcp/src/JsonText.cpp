@@ -14,6 +14,8 @@ std::string toJsonText(const Json::Value& value)
     {
         Json::StreamWriterBuilder out;
         out["indentation"] = "";
+        // More digits than these show what rounding to binary made of decimal numbers.
+        out["precision"] = 15;
         return out;
     }();
     const std::unique_ptr<Json::StreamWriter> writer(builder.newStreamWriter());

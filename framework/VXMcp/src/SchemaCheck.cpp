@@ -130,26 +130,28 @@ private:
         return {};
     }
 
-    [[nodiscard]] Result size_(std::uint64_t size, const char* least, const char* most, const char* unit) const
+    /// @param unit  of one
+    [[nodiscard]] Result size_(std::uint64_t size, const char* least, const char* most, const std::string& unit) const
     {
+        const auto counted = [&](const Json::Value& number)
+        { return number.asString() + ' ' + unit + (number.asUInt64() == 1 ? "." : "s."); };
         if (schema_[least].isUInt64() && size < schema_[least].asUInt64())
-            return fail_("must have at least " + schema_[least].asString() + ' ' + unit + '.');
+            return fail_("must have at least " + counted(schema_[least]));
         if (schema_[most].isUInt64() && size > schema_[most].asUInt64())
-            return fail_("must have at most " + schema_[most].asString() + ' ' + unit + '.');
+            return fail_("must have at most " + counted(schema_[most]));
         return {};
     }
 
     [[nodiscard]] Result text_() const
     {
-        return value_.isString() ? size_(lengthOf(value_.asString()), "minLength", "maxLength", "characters")
-                                 : Result();
+        return value_.isString() ? size_(lengthOf(value_.asString()), "minLength", "maxLength", "character") : Result();
     }
 
     [[nodiscard]] Result items_() const
     {
         if (!value_.isArray())
             return {};
-        if (auto result = size_(value_.size(), "minItems", "maxItems", "items"); !result)
+        if (auto result = size_(value_.size(), "minItems", "maxItems", "item"); !result)
             return result;
         for (Json::ArrayIndex i = 0; i < value_.size(); ++i)
             if (auto result = Check(value_[i], schema_["items"], name_ + '[' + std::to_string(i) + ']').run(); !result)

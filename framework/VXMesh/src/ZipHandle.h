@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <string>
+#include <system_error>
 
 namespace VX
 {
@@ -28,10 +29,15 @@ using ZipHandle = std::unique_ptr<zip_t, ZipDiscard>;
     return text + '.';
 }
 
-/// libzip's words for the last error of an archive, with a full stop.
+/// What the system says of the last error of an archive where it was the system's ("no space left on device."), else
+/// libzip's words for it, with a full stop.
 [[nodiscard]] inline std::string zipErrorText(zip_t* zip)
 {
-    return startLower(zip_strerror(zip)) + '.';
+    zip_error_t* error = zip_get_error(zip);
+    const std::string text = zip_error_system_type(error) == ZIP_ET_SYS
+                                 ? std::generic_category().message(zip_error_code_system(error))
+                                 : std::string(zip_strerror(zip));
+    return startLower(text) + '.';
 }
 
 } // namespace VX

@@ -165,12 +165,11 @@ Eigen::Quaterniond Camera::standardRotation(StandardView view)
 
 void Camera::fit(const Box3d& box, const FitArea& area)
 {
-    CameraFit fit(*this, area);
-    if (!box.isEmpty())
-    {
-        for (const Vector3d& corner : cornersOf(box))
-            fit.add(corner);
-    }
+    if (box.isEmpty())
+        return;
+    CameraFit fit(*this, area, box.center());
+    for (const Vector3d& corner : cornersOf(box))
+        fit.add(corner);
     fit.apply(*this);
 }
 

@@ -313,14 +313,18 @@ Box3d SceneRenderer::visibleBox(const Object& root, ViewportMask viewport)
 
 void SceneRenderer::fit(Camera& camera, const Object& root, const FitArea& area, ViewportMask viewport)
 {
-    CameraFit whole(camera, area);
+    const Box3d box = visibleBox(root, viewport);
+    if (box.isEmpty())
+        return;
+    const CameraFit none(camera, area, box.center());
+    CameraFit whole = none;
     const auto add = [&](const VisibleObject& visible)
     {
         const std::vector<Vector3f>* points = pointsOf(visible.object);
         if (points == nullptr)
             return;
         whole.merge(tbb::parallel_reduce(
-            tbb::blocked_range<std::size_t>(0, points->size(), 1 << 14), CameraFit(camera, area),
+            tbb::blocked_range<std::size_t>(0, points->size(), 1 << 14), none,
             [&](const tbb::blocked_range<std::size_t>& range, CameraFit part)
             {
                 for (std::size_t i = range.begin(); i != range.end(); ++i)

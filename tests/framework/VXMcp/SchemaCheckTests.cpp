@@ -87,7 +87,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Misfit{"Item", R"({"n": [1, "x"]})", R"({"properties": {"n": {"items": {"type": "number"}}}})",
                            "The argument \"n[1]\" must be a number."},
                     Misfit{"TooFewItems", R"({"n": []})", R"({"properties": {"n": {"minItems": 1}}})",
-                           "The argument \"n\" must have at least 1 items."},
+                           "The argument \"n\" must have at least 1 item."},
                     Misfit{"TooLong", R"({"n": "abc"})", R"({"properties": {"n": {"maxLength": 2}}})",
                            "The argument \"n\" must have at most 2 characters."},
                     Misfit{"AdditionalSchema", R"({"n": "x"})", R"({"additionalProperties": {"type": "number"}})",

@@ -117,6 +117,19 @@ TEST_P(CameraTests, AFittedPointHasAFiniteDistance)
     EXPECT_LT(camera.distance(), 1);
 }
 
+TEST_P(CameraTests, AFitComesBackFromFarAway)
+{
+    const Box3d box(Vector3d(9, -21, 29), Vector3d(11, -19, 31));
+    Camera near = camera_;
+    near.fit(box, viewport);
+    Camera far = camera_;
+    far.setTarget({7e15, -3e15, 1e15});
+    far.setDistance(1e15);
+    far.fit(box, viewport);
+    EXPECT_TRUE(far.target().isApprox(near.target(), 1e-12));
+    EXPECT_NEAR(far.distance(), near.distance(), 1e-9);
+}
+
 TEST_P(CameraTests, AnEmptyBoxChangesNothing)
 {
     Camera camera = camera_;

@@ -8,7 +8,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace VX
 {
@@ -32,6 +31,9 @@ public:
     /// Saves the scene to the scene file (.vxu) that it came from; asks for a file where it came from none.
     void save();
 
+    /// Whether `save` asks for a file.
+    [[nodiscard]] bool saveAsks() const;
+
     /// Asks for a file and saves the scene to it.
     void saveAs();
 
@@ -47,8 +49,8 @@ public:
     /// @return its task in the progress panel (ProgressBar.h)
     std::uint64_t saveTo(const std::filesystem::path& path, AtomicFile::Existing existing, OutcomeHandler done);
 
-    /// The same of `objects`, with what is below them, where they stand in the scene.
-    std::uint64_t saveTo(const std::vector<std::shared_ptr<Object>>& objects, const std::filesystem::path& path,
+    /// The same of `part`, which nobody changes any more, with what is below it. The scene is not saved by that.
+    std::uint64_t saveTo(std::shared_ptr<const Object> part, const std::filesystem::path& path,
                          AtomicFile::Existing existing, OutcomeHandler done);
 
     /// True while a file is being written.

@@ -68,6 +68,17 @@ std::vector<std::string> AgentArguments::texts(const char* name) const
     return values;
 }
 
+std::vector<std::uint64_t> AgentArguments::ids(const char* name) const
+{
+    std::vector<std::uint64_t> values;
+    if (has(name))
+    {
+        for (const Json::Value& value : values_[name])
+            values.push_back(value.asUInt64());
+    }
+    return values;
+}
+
 std::optional<AgentArguments> AgentArguments::below(const char* name) const
 {
     return has(name) ? std::optional(AgentArguments(values_[name])) : std::nullopt;
@@ -96,11 +107,11 @@ tl::expected<std::vector<std::shared_ptr<Object>>, std::string> AgentArguments::
         return found;
     std::unordered_map<std::uint64_t, Object*> byId;
     visitObjects(root, [&](Object& object) { byId.emplace(object.id(), &object); });
-    for (const Json::Value& value : values_[name])
+    for (const std::uint64_t id : ids(name))
     {
-        const auto entry = byId.find(value.asUInt64());
+        const auto entry = byId.find(id);
         if (entry == byId.end())
-            return tl::unexpected(unknownId(value.asUInt64()));
+            return tl::unexpected(unknownId(id));
         if (entry->second == &root)
             return tl::unexpected(std::string("The root of the scene cannot be changed. Name objects below it."));
         std::shared_ptr<Object> object = entry->second->shared_from_this();

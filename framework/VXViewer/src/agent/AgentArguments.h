@@ -39,6 +39,7 @@ public:
     /// Empty where there are none.
     [[nodiscard]] std::vector<double> numbers(const char* name) const;
     [[nodiscard]] std::vector<std::string> texts(const char* name) const;
+    [[nodiscard]] std::vector<std::uint64_t> ids(const char* name) const;
 
     /// The arguments below `name`, an object; nothing where there is none.
     [[nodiscard]] std::optional<AgentArguments> below(const char* name) const;

@@ -1,5 +1,6 @@
 #include "AgentCamera.h"
 
+#include "AgentNumbers.h"
 #include "AgentSchema.h"
 
 #include <VXViewer/SceneJson.h>
@@ -12,6 +13,8 @@ namespace VX
 
 namespace
 {
+
+namespace Schema = AgentSchema;
 
 struct NamedView
 {
@@ -41,6 +44,7 @@ const std::vector<const char*>& standardViewNames()
     static const std::vector<const char*> names = []
     {
         std::vector<const char*> all;
+        all.reserve(std::size(namedViews));
         for (const NamedView& each : namedViews)
             all.push_back(each.name);
         return all;
@@ -73,14 +77,14 @@ namespace
 
 Json::Value cameraFields(bool asArgument)
 {
-    using namespace AgentSchema;
     const AgentSchema::Fields fields{
-        {"projection", choice("perspective or orthographic.", {"perspective", "orthographic"})},
-        {"eye", vector("Where one looks from, in scene coordinates (mm).")},
-        {"target", vector("The point in the middle of the picture. In an orthographic view its distance from the eye "
-                          "says how much is seen.")},
-        {"up", vector("What points up in the picture.")}};
-    return asArgument ? object(fields) : result(fields, {"projection", "eye", "target", "up"});
+        {"projection", Schema::choice("perspective or orthographic.", {"perspective", "orthographic"})},
+        {"eye", Schema::vector("Where one looks from, in scene coordinates (mm).")},
+        {"target",
+         Schema::vector("The point in the middle of the picture. In an orthographic view its distance from the eye "
+                        "says how much is seen.")},
+        {"up", Schema::vector("What points up in the picture.")}};
+    return asArgument ? Schema::object(fields) : Schema::result(fields, {"projection", "eye", "target", "up"});
 }
 
 } // namespace
@@ -98,30 +102,40 @@ Json::Value cameraArgumentSchema()
                                   "taken from the viewer's camera.");
 }
 
-tl::expected<Camera, std::string> changedCamera(Camera camera, const AgentArguments& fields)
+tl::expected<Camera, std::string> changedCamera(Camera camera, const AgentArguments& fields,
+                                                std::optional<StandardView> view)
 {
+    if (view)
+        camera.setStandardView(*view);
     if (fields.has("projection"))
         camera.setProjection(fields.text("projection") == "orthographic" ? Projection::Orthographic
                                                                          : Projection::Perspective);
     if (!fields.has("eye") && !fields.has("target") && !fields.has("up"))
         return camera;
-    const Vector3d eye = fields.vector("eye").value_or(camera.eye());
-    const Vector3d target = fields.vector("target").value_or(camera.target());
+    const bool keepsView = view && fields.has("eye") != fields.has("target");
+    const Vector3d before = camera.target() - camera.eye();
+    Vector3d eye = fields.vector("eye").value_or(camera.eye());
+    Vector3d target = fields.vector("target").value_or(camera.target());
+    if (keepsView && fields.has("eye"))
+        target = eye + before;
+    else if (keepsView)
+        eye = target - before;
     const Vector3d look = target - eye;
     const double distance = look.norm();
-    constexpr double farthest = 1e12;
-    if (!(eye.cwiseAbs().maxCoeff() < farthest && target.cwiseAbs().maxCoeff() < farthest))
+    if (!isWithinBound(eye) || !isWithinBound(target))
         return tl::unexpected(std::string("The camera would be too far away. Use coordinates of less than 1e12."));
     if (!(distance > 0))
         return tl::unexpected(
             std::string("The eye and the target must not be the same point. Move one of them and call again."));
     const Vector3d direction = look / distance;
+    camera.setTarget(target);
+    camera.setDistance(distance);
+    if (keepsView && !fields.has("up"))
+        return camera;
     const Vector3d up = fields.vector("up").value_or(usualUp(direction));
     if (up.cross(direction).norm() <= 1e-9 * up.norm())
         return tl::unexpected(std::string("\"up\" must point elsewhere than the camera looks. Leave it out for z up."));
     camera.setRotation(Camera::lookRotation(direction, up));
-    camera.setTarget(target);
-    camera.setDistance(distance);
     return camera;
 }
 

@@ -33,7 +33,9 @@ namespace VX
 [[nodiscard]] Json::Value cameraArgumentSchema();
 
 /// `camera` with the fields that `fields` has: what `cameraJson` gave makes the same camera again.
+/// @param view  what it turns to first; where `fields` has the eye or the target alone then, the other moves along
 /// @return `The eye and the target must not be the same point. …`
-[[nodiscard]] tl::expected<Camera, std::string> changedCamera(Camera camera, const AgentArguments& fields);
+[[nodiscard]] tl::expected<Camera, std::string> changedCamera(Camera camera, const AgentArguments& fields,
+                                                              std::optional<StandardView> view = {});
 
 } // namespace VX

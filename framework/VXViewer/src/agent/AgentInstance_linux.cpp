@@ -87,6 +87,7 @@ std::vector<AgentInstance> findAgentInstances()
     }
     std::ranges::sort(found, [](const auto& a, const auto& b) { return a.first > b.first; });
     std::vector<AgentInstance> instances;
+    instances.reserve(found.size());
     for (const auto& [time, instance] : found)
         instances.push_back(instance);
     return instances;

@@ -20,6 +20,8 @@ namespace VX
 namespace
 {
 
+namespace Schema = AgentSchema;
+
 constexpr std::size_t remembered = 50;
 constexpr double reportInterval = 0.1;
 
@@ -134,16 +136,16 @@ std::vector<Json::Value> AgentJobs::list() const
 
 Json::Value AgentJobs::schema()
 {
-    using namespace AgentSchema;
-    return result(
-        {{"job", count("Its number.")},
-         {"title", text("What it does, in the user's language.")},
-         {"state", choice("What it is doing.", {"waiting", "running", "done", "failed", "canceled"})},
-         {"progress", number("How much is done, 0 to 1, while it runs.", 0, 1)},
-         {"seconds", number("For how long it has run, while it does.")},
-         {"result", described(result({}), "What the tool that began it would have answered, once it is done: the "
-                                          "fields of that tool's output schema.")},
-         {"error", text("Why there is no result.")}},
+    return Schema::result(
+        {{"job", Schema::count("Its number.")},
+         {"title", Schema::text("What it does, in the user's language.")},
+         {"state", Schema::choice("What it is doing.", {"waiting", "running", "done", "failed", "canceled"})},
+         {"progress", Schema::number("How much is done, 0 to 1, while it runs.", 0, 1)},
+         {"seconds", Schema::number("For how long it has run, while it does.")},
+         {"result",
+          Schema::described(Schema::result({}), "What the tool that began it would have answered, once it is done: the "
+                                                "fields of that tool's output schema.")},
+         {"error", Schema::text("Why there is no result.")}},
         {"job", "title", "state"});
 }
 

@@ -1,7 +1,9 @@
 #include "AgentStatus.h"
 
+#include "AgentNumbers.h"
 #include "AgentSchema.h"
 #include "AllowedFolders.h"
+#include "UserDialogs.h"
 #include "menu/SceneFacts.h"
 
 #include <VXMesh/ObjectFile.h>
@@ -22,6 +24,8 @@ namespace VX
 namespace
 {
 
+namespace Schema = AgentSchema;
+
 Json::Value sceneStatus(const Viewer& viewer)
 {
     SceneFacts facts;
@@ -31,7 +35,7 @@ Json::Value sceneStatus(const Viewer& viewer)
     value["objects"] = Json::UInt64(facts.objects);
     value["triangles"] = Json::UInt64(facts.triangles);
     value["points"] = Json::UInt64(facts.vertices + facts.points);
-    value["box"] = toJson(facts.box);
+    value["box"] = rounded(toJson(facts.box));
     value["selectedObjects"] = Json::UInt64(selectedObjects(viewer.scene()).size());
     value["unsavedChanges"] = !viewer.scene().children().empty() && !viewer.getGlobalHistoryStore()->isSaved();
     return value;
@@ -80,37 +84,42 @@ Json::Value viewerStatus(const Viewer& viewer)
     value["window"] = windowStatus(viewer);
     value["runningJobs"] = Json::UInt64(ProgressBar::tasks().size());
     value["files"] = filesStatus(viewer);
+    if (const std::string window = waitingWindow(viewer); !window.empty())
+        value["waitingWindow"] = window;
     return value;
 }
 
 Json::Value viewerStatusSchema()
 {
-    using namespace AgentSchema;
-    const Json::Value scene = result({{"name", text("Of the file that it came from; empty for a new scene.")},
-                                      {"objects", count("Objects with geometry.")},
-                                      {"triangles", count("Of all meshes.")},
-                                      {"points", count("Of all geometry.")},
-                                      {"box", box("Of all that is in the scene, in mm.")},
-                                      {"selectedObjects", count("Objects selected as a whole.")},
-                                      {"unsavedChanges", flag("Whether there are changes that are in no file.")}},
-                                     {"name", "objects", "triangles", "points", "box", "unsavedChanges"});
-    const Json::Value window = result({{"width", count("In pixels.")},
-                                       {"height", count("In pixels.")},
-                                       {"onScreen", flag("false: the program runs hidden.")},
-                                       {"minimized", flag("Whether nothing of it is to be seen.")}},
-                                      {"width", "height", "onScreen", "minimized"});
-    const Json::Value files =
-        result({{"folders", list("Below these, files may be loaded and saved.", text("A folder."))},
-                {"loads", list("Kinds of files that can be loaded.", text("An extension."))},
-                {"saves", list("Kinds of files that can be saved.", text("An extension."))}},
-               {"folders", "loads", "saves"});
-    return result({{"application", text("Its name.")},
-                   {"version", text("Its version.")},
-                   {"scene", scene},
-                   {"window", window},
-                   {"runningJobs", count("Long work that runs; \"jobs.list\" tells more.")},
-                   {"files", files}},
-                  {"application", "version", "scene", "window", "runningJobs", "files"});
+    const Json::Value scene =
+        Schema::result({{"name", Schema::text("Of the file that it came from; empty for a new scene.")},
+                        {"objects", Schema::count("Objects with geometry.")},
+                        {"triangles", Schema::count("Of all meshes.")},
+                        {"points", Schema::count("Of all geometry.")},
+                        {"box", Schema::box("Of all that is in the scene, in mm.")},
+                        {"selectedObjects", Schema::count("Objects selected as a whole.")},
+                        {"unsavedChanges", Schema::flag("Whether there are changes that are in no file.")}},
+                       {"name", "objects", "triangles", "points", "box", "unsavedChanges"});
+    const Json::Value window = Schema::result({{"width", Schema::count("In pixels.")},
+                                               {"height", Schema::count("In pixels.")},
+                                               {"onScreen", Schema::flag("false: the program runs hidden.")},
+                                               {"minimized", Schema::flag("Whether nothing of it is to be seen.")}},
+                                              {"width", "height", "onScreen", "minimized"});
+    const Json::Value files = Schema::result(
+        {{"folders", Schema::list("Below these, files may be loaded and saved.", Schema::text("A folder."))},
+         {"loads", Schema::list("Kinds of files that can be loaded.", Schema::text("An extension."))},
+         {"saves", Schema::list("Kinds of files that can be saved.", Schema::text("An extension."))}},
+        {"folders", "loads", "saves"});
+    return Schema::result(
+        {{"application", Schema::text("Its name.")},
+         {"version", Schema::text("Its version.")},
+         {"scene", scene},
+         {"window", window},
+         {"runningJobs", Schema::count("Long work that runs; \"jobs.list\" tells more.")},
+         {"files", files},
+         {"waitingWindow", Schema::text("A window that waits for an answer of the user, as \"ui.tree\" names it; "
+                                        "missing where none does.")}},
+        {"application", "version", "scene", "window", "runningJobs", "files"});
 }
 
 } // namespace VX

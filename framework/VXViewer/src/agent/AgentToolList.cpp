@@ -103,6 +103,7 @@ std::vector<Mcp::Tool> makeAgentTools(Viewer& viewer)
     addHistoryTools(list);
     addJobTools(list);
     addInterfaceTools(list);
+    addFolderTools(list);
     return std::move(list.tools());
 }
 

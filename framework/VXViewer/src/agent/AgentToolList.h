@@ -73,6 +73,7 @@ void addSelectFaceTools(AgentToolList& list);
 void addHistoryTools(AgentToolList& list);
 void addJobTools(AgentToolList& list);
 void addInterfaceTools(AgentToolList& list);
+void addFolderTools(AgentToolList& list);
 
 /// All of them.
 [[nodiscard]] VXVIEWER_API std::vector<Mcp::Tool> makeAgentTools(Viewer& viewer);

@@ -38,12 +38,12 @@ tl::expected<std::filesystem::path, std::string> absolutePath(const std::string&
     return path;
 }
 
-/// The parts of `path` below `folder`; nothing where it is not below.
+/// The parts of `path` below `folder`, none for the folder itself; nothing where it is elsewhere.
 std::optional<std::vector<std::string>> partsBelow(const std::filesystem::path& path,
                                                    const std::filesystem::path& folder)
 {
     const auto [inFolder, inPath] = std::mismatch(folder.begin(), folder.end(), path.begin(), path.end());
-    if (inFolder != folder.end() || inPath == path.end())
+    if (inFolder != folder.end())
         return std::nullopt;
     std::vector<std::string> parts;
     std::transform(inPath, path.end(), std::back_inserter(parts), [](const auto& part) { return part.string(); });
@@ -125,7 +125,7 @@ tl::expected<std::filesystem::path, std::string> AllowedFolders::forWriting(cons
         return tl::unexpected(fmt::format("\"{}\" names no file. Add a name with an extension.", text));
     if (folder)
         return checked_(*folder / name, text);
-    const auto allowed = checked_(path->lexically_normal(), text);
+    auto allowed = checked_(path->lexically_normal(), text);
     if (!allowed)
         return allowed;
     return tl::unexpected(fmt::format("There is no folder for \"{}\". Choose one that exists.", text));

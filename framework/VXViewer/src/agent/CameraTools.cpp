@@ -15,6 +15,8 @@ namespace VX
 namespace
 {
 
+namespace Schema = AgentSchema;
+
 Mcp::ToolResult describe(const Viewer& viewer)
 {
     const PixelRect& area = viewer.view().area();
@@ -31,7 +33,7 @@ tl::expected<Camera, std::string> fitted(Viewer& viewer, const AgentArguments& a
     const auto objects = arguments.objects("ids", viewer.scene());
     if (!objects)
         return tl::unexpected(objects.error());
-    const std::shared_ptr<const Object> root = objects->empty() ? viewer.sceneRoot() : chosenScene(*objects);
+    const std::shared_ptr<const Object> root = objects->empty() ? viewer.sceneRoot() : ChosenScene(*objects).root();
     SceneRenderer::fit(camera, *root, viewer.view().fitArea(), viewer.view().options().viewport);
     return camera;
 }
@@ -46,11 +48,8 @@ AgentResult show(Viewer& viewer, tl::expected<Camera, std::string> camera)
 
 AgentResult set(Viewer& viewer, const AgentArguments& arguments)
 {
-    Camera camera = viewer.view().camera();
     const auto view = standardViewOf(arguments.text("view"));
-    if (view)
-        camera.setStandardView(*view);
-    auto changed = changedCamera(camera, arguments);
+    auto changed = changedCamera(viewer.view().camera(), arguments, view);
     const bool isPlaced = arguments.has("eye") || arguments.has("target");
     if (changed && arguments.flag("fit", view && !isPlaced))
         changed = fitted(viewer, arguments, *changed);
@@ -64,18 +63,18 @@ AgentResult fit(Viewer& viewer, const AgentArguments& arguments)
 
 Mcp::Tool cameraTool(const char* name, const char* title, const char* description)
 {
-    using namespace AgentSchema;
     Mcp::Tool tool;
     tool.name = name;
     tool.title = title;
     tool.description = description;
-    tool.inputSchema = object({});
-    tool.outputSchema = result(
-        {{"camera", cameraSchema()},
-         {"viewport",
-          described(result({{"width", count("In pixels.")}, {"height", count("In pixels.")}}, {"width", "height"}),
-                    "The part of the window that shows the scene.")}},
-        {"camera", "viewport"});
+    tool.inputSchema = Schema::object({});
+    tool.outputSchema =
+        Schema::result({{"camera", cameraSchema()},
+                        {"viewport", Schema::described(Schema::result({{"width", Schema::count("In pixels.")},
+                                                                       {"height", Schema::count("In pixels.")}},
+                                                                      {"width", "height"}),
+                                                       "The part of the window that shows the scene.")}},
+                       {"camera", "viewport"});
     tool.idempotent = true;
     return tool;
 }
@@ -84,7 +83,6 @@ Mcp::Tool cameraTool(const char* name, const char* title, const char* descriptio
 
 void addCameraTools(AgentToolList& list)
 {
-    using namespace AgentSchema;
     Mcp::Tool get = cameraTool("camera.get", "Where the view looks from", "Tells the camera of the user's view.");
     get.readOnly = true;
     list.add(std::move(get), [](Viewer& viewer, const AgentArguments&) -> AgentResult { return describe(viewer); });
@@ -92,14 +90,15 @@ void addCameraTools(AgentToolList& list)
     Mcp::Tool setTool =
         cameraTool("camera.set", "Look from elsewhere",
                    "Moves the camera of the user's view. \"view\" turns to a standard direction, the other "
-                   "fields place the camera exactly. For a picture alone, give these to "
+                   "fields place the camera exactly; with \"view\" and \"eye\" or \"target\" alone, the other "
+                   "one moves along so that the view stays that view. For a picture alone, give these to "
                    "\"viewer.captureScreenshot\" instead, which leaves the user's view alone.");
     setTool.inputSchema = cameraArgumentSchema();
     setTool.inputSchema["properties"]["view"] =
-        choice("A standard direction; z is up, the front is where y is smallest.", standardViewNames());
-    setTool.inputSchema["properties"]["fit"] =
-        flag("Move in or out until all fills the picture; true if left out with \"view\" and without \"eye\" and "
-             "\"target\", else false.");
+        Schema::choice("A standard direction; z is up, the front is where y is smallest.", standardViewNames());
+    setTool.inputSchema["properties"]["fit"] = Schema::flag(
+        "Move in or out until all fills the picture; true if left out with \"view\" and without \"eye\" and "
+        "\"target\", else false.");
     setTool.inputSchema.removeMember("description");
     list.add(std::move(setTool), set);
 
@@ -107,7 +106,8 @@ void addCameraTools(AgentToolList& list)
         cameraTool("camera.fit", "Show all, or chosen objects",
                    "Moves the camera of the user's view, without turning it, until the objects fill the "
                    "picture.");
-    fitTool.inputSchema = object({{"ids", objectIds("The objects to show; all that is visible if left out.")}});
+    fitTool.inputSchema =
+        Schema::object({{"ids", Schema::objectIds("The objects to show; all that is visible if left out.")}});
     list.add(std::move(fitTool), fit);
 }
 

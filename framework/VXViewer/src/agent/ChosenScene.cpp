@@ -2,20 +2,67 @@
 
 #include "SceneSnapshot.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+
 namespace VX
 {
 
-std::shared_ptr<const Object> chosenScene(const std::vector<std::shared_ptr<Object>>& objects)
+namespace
 {
-    auto root = std::make_shared<Object>();
+
+std::unordered_set<const Object*> setOf(const std::vector<std::shared_ptr<Object>>& objects)
+{
+    std::unordered_set<const Object*> set;
     for (const std::shared_ptr<Object>& object : objects)
+        set.insert(object.get());
+    return set;
+}
+
+} // namespace
+
+std::vector<std::shared_ptr<Object>> topmostOf(const std::vector<std::shared_ptr<Object>>& objects)
+{
+    const std::unordered_set<const Object*> chosen = setOf(objects);
+    const auto isTop = [&](const std::shared_ptr<Object>& object)
+    {
+        const Object* above = object->parent();
+        while (above && !chosen.contains(above))
+            above = above->parent();
+        return !above;
+    };
+    std::vector<std::shared_ptr<Object>> top;
+    std::ranges::copy_if(objects, std::back_inserter(top), isTop);
+    return top;
+}
+
+ChosenScene::ChosenScene(const std::vector<std::shared_ptr<Object>>& objects)
+{
+    const std::unordered_set<const Object*> chosen = setOf(objects);
+    for (const std::shared_ptr<Object>& object : topmostOf(objects))
     {
         const std::shared_ptr<Object> copy = copyTree(*object);
         copy->setTransform(object->worldTransform());
-        copy->setVisible(true);
-        root->addChild(copy);
+        root_->addChild(copy);
+        add_(object, *copy, chosen);
     }
-    return root;
+}
+
+std::shared_ptr<Object> ChosenScene::originalOf(const Object* copy) const
+{
+    const auto found = originals_.find(copy);
+    return found == originals_.end() ? nullptr : found->second.lock();
+}
+
+void ChosenScene::add_(const std::shared_ptr<Object>& original, Object& copy,
+                       const std::unordered_set<const Object*>& chosen)
+{
+    originals_.emplace(&copy, original);
+    if (chosen.contains(original.get()))
+        copy.setVisible(true);
+    for (std::size_t i = 0; i < copy.children().size(); ++i)
+        add_(original->children()[i], *copy.children()[i], chosen);
 }
 
 } // namespace VX

@@ -2,7 +2,9 @@
 #include "AgentSchema.h"
 #include "AgentToolList.h"
 #include "AllowedFolders.h"
+#include "ChosenScene.h"
 #include "ObjectSummary.h"
+#include "SaveLosses.h"
 
 #include <VXMesh/FileError.h>
 #include <VXMesh/ObjectFile.h>
@@ -25,6 +27,8 @@ namespace VX
 namespace
 {
 
+namespace Schema = AgentSchema;
+
 /// What `openFor` and `saveTo` told before their number was known.
 using JobId = std::shared_ptr<std::uint64_t>;
 
@@ -44,6 +48,14 @@ std::vector<std::string> writableExtensions()
     return extensions;
 }
 
+Json::Value sentences(const std::vector<std::string>& texts)
+{
+    Json::Value value(Json::arrayValue);
+    for (const std::string& text : texts)
+        value.append(text);
+    return value;
+}
+
 AgentResult loadedResult(const FileOpening::Outcome& outcome)
 {
     if (outcome.error == operationCanceledText())
@@ -51,9 +63,7 @@ AgentResult loadedResult(const FileOpening::Outcome& outcome)
     if (!outcome.error.empty())
         return tl::unexpected(outcome.error + " Nothing was loaded.");
     Json::Value value = agentObjectsJson(outcome.objects);
-    value["warnings"] = Json::Value(Json::arrayValue);
-    for (const std::string& warning : outcome.warnings)
-        value["warnings"].append(warning);
+    value["warnings"] = sentences(outcome.warnings);
     return Mcp::ToolResult::of(std::move(value));
 }
 
@@ -65,6 +75,12 @@ void load(const std::shared_ptr<AgentContext>& context, const std::shared_ptr<Ag
     if (!path)
     {
         call->answer(tl::unexpected(path.error()));
+        return;
+    }
+    std::error_code error;
+    if (std::filesystem::is_directory(*path, error))
+    {
+        call->answer(tl::unexpected(fmt::format("\"{}\" is a folder. Name a file in it.", arguments.text("path"))));
         return;
     }
     const std::vector<std::string> extensions = opening.readableExtensions();
@@ -123,8 +139,10 @@ void save(const std::shared_ptr<AgentContext>& context, const std::shared_ptr<Ag
         return;
     }
     SceneFiles& files = viewer.getMenuPlugin()->sceneFiles();
+    const auto part = objects->empty() ? nullptr : ChosenScene(*objects).root();
+    const Json::Value warnings = sentences(saveLosses(part ? *part : viewer.scene(), extensionOf(*path)));
     const JobId id = std::make_shared<std::uint64_t>();
-    const auto done = [context, id, path = *path, exists = existsText(arguments)](const std::string& failure)
+    const auto done = [context, id, path = *path, exists = existsText(arguments), warnings](const std::string& failure)
     {
         if (!failure.empty())
         {
@@ -138,11 +156,12 @@ void save(const std::shared_ptr<AgentContext>& context, const std::shared_ptr<Ag
         Json::Value value;
         value["path"] = utf8string(path);
         value["bytes"] = Json::UInt64(unknown ? 0 : size);
+        value["warnings"] = warnings;
         context->jobs->end(*id, Mcp::ToolResult::of(std::move(value)));
     };
     const auto existing =
         arguments.flag("overwrite", false) ? AtomicFile::Existing::Replace : AtomicFile::Existing::Keep;
-    *id = objects->empty() ? files.saveTo(*path, existing, done) : files.saveTo(*objects, *path, existing, done);
+    *id = part ? files.saveTo(part, *path, existing, done) : files.saveTo(*path, existing, done);
     context->jobs->begin(call, *id, arguments.flag("wait", true));
 }
 
@@ -164,39 +183,45 @@ Json::Value resultOrJob(AgentSchema::Fields fields)
 
 Mcp::Tool loadTool()
 {
-    using namespace AgentSchema;
     Mcp::Tool tool;
     tool.name = "scene.loadFile";
     tool.title = "Load a file";
     tool.description =
         "Adds what a file holds to the scene, beside what is there, and waits until it is loaded. STEP "
         "files are converted first, which may take minutes. \"viewer.getStatus\" lists the kinds of files "
-        "and the folders that may be used. One step that \"history.undo\" takes back.";
-    tool.inputSchema = object(
-        {{"path", text("Of the file: absolute, or \"~/…\" for the user's home folder.")}, {"wait", waitSchema()}},
-        {"path"});
-    tool.outputSchema = resultOrJob({{"objects", list("What came into the scene.", shortObjectSchema())},
-                                     {"warnings", list("What of the file could not be used.", text("A sentence."))}});
+        "and the folders that may be used, \"files.list\" the files in them. One step that \"history.undo\" takes "
+        "back.";
+    tool.inputSchema =
+        Schema::object({{"path", Schema::text("Of the file: absolute, or \"~/…\" for the user's home folder.")},
+                        {"wait", waitSchema()}},
+                       {"path"});
+    tool.outputSchema =
+        resultOrJob({{"objects", Schema::list("What came into the scene.", shortObjectSchema())},
+                     {"warnings", Schema::list("What of the file could not be used.", Schema::text("A sentence."))}});
     return tool;
 }
 
 Mcp::Tool saveTool()
 {
-    using namespace AgentSchema;
     Mcp::Tool tool;
     tool.name = "scene.saveFile";
     tool.title = "Save the scene or objects";
     tool.description =
         "Writes the scene, or the objects named, to a file of the kind that its extension says; \".vxu\" "
-        "keeps all of the scene. After any other kind, or \"ids\", the scene still counts as having unsaved changes. A "
+        "keeps all of the scene. Other kinds leave out hidden objects, but for those that \"ids\" names, and what they "
+        "cannot hold: \"warnings\" say what. After any other kind, or \"ids\", the scene still counts as having "
+        "unsaved changes. A "
         "file that exists stays unless \"overwrite\" is true.";
-    tool.inputSchema = object({{"path", text("Of the file: absolute, or \"~/…\". Its folder exists.")},
-                               {"ids", objectIds("Only these objects with what is below them; all if left out.")},
-                               {"overwrite", flag("Replace a file of this name; false if left out.")},
-                               {"wait", waitSchema()}},
-                              {"path"});
+    tool.inputSchema =
+        Schema::object({{"path", Schema::text("Of the file: absolute, or \"~/…\". Its folder exists.")},
+                        {"ids", Schema::objectIds("Only these objects with what is below them; all if left out.")},
+                        {"overwrite", Schema::flag("Replace a file of this name; false if left out.")},
+                        {"wait", waitSchema()}},
+                       {"path"});
     tool.outputSchema =
-        resultOrJob({{"path", text("What was written, without links.")}, {"bytes", count("How large the file is.")}});
+        resultOrJob({{"path", Schema::text("What was written, without links.")},
+                     {"bytes", Schema::count("How large the file is.")},
+                     {"warnings", Schema::list("What was left out of the file.", Schema::text("A sentence."))}});
     tool.destructive = true;
     return tool;
 }

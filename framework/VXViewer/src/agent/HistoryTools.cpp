@@ -13,6 +13,8 @@ namespace VX
 namespace
 {
 
+namespace Schema = AgentSchema;
+
 constexpr int mostSteps = 1000;
 
 /// Where the history stands.
@@ -79,43 +81,40 @@ AgentResult listSteps(Viewer& viewer, const AgentArguments& arguments)
 
 Json::Value resultSchema(const char* stepsField, Json::Value steps)
 {
-    using namespace AgentSchema;
-    return result({{stepsField, std::move(steps)},
-                   {"position", count("How many steps are done.")},
-                   {"canUndo", flag("Whether there is a step to undo.")},
-                   {"canRedo", flag("Whether there is a step to redo.")},
-                   {"unsavedChanges", flag("Whether the scene has changes that are in no file.")}},
-                  {stepsField, "position", "canUndo", "canRedo", "unsavedChanges"});
+    return Schema::result({{stepsField, std::move(steps)},
+                           {"position", Schema::count("How many steps are done.")},
+                           {"canUndo", Schema::flag("Whether there is a step to undo.")},
+                           {"canRedo", Schema::flag("Whether there is a step to redo.")},
+                           {"unsavedChanges", Schema::flag("Whether the scene has changes that are in no file.")}},
+                          {stepsField, "position", "canUndo", "canRedo", "unsavedChanges"});
 }
 
 Mcp::Tool moveTool(const char* name, const char* title, const char* description, bool back)
 {
-    using namespace AgentSchema;
     Mcp::Tool tool;
     tool.name = name;
     tool.title = title;
     tool.description = description;
-    tool.inputSchema = object({{"steps", integer("How many; 1 if left out.", 1, mostSteps)}});
+    tool.inputSchema = Schema::object({{"steps", Schema::integer("How many; 1 if left out.", 1, mostSteps)}});
     tool.outputSchema =
-        resultSchema(movedField(back),
-                     list("The names of the steps, in the order in which they were taken.", text("Name of a step.")));
+        resultSchema(movedField(back), Schema::list("The names of the steps, in the order in which they were taken.",
+                                                    Schema::text("Name of a step.")));
     return tool;
 }
 
 Mcp::Tool listTool()
 {
-    using namespace AgentSchema;
     Mcp::Tool tool;
     tool.name = "history.list";
     tool.title = "List the steps of the history";
     tool.description =
         "Lists what was done to the scene by anybody, the latest step first, with those that are undone.";
-    tool.inputSchema = object({{"limit", Paging::limitSchema()}, {"cursor", Paging::cursorSchema()}});
-    tool.outputSchema =
-        resultSchema("steps", list("The steps.", result({{"number", count("From 1, the oldest.")},
-                                                         {"name", text("What was done.")},
-                                                         {"done", flag("false: undone, can be redone.")}},
-                                                        {"number", "name", "done"})));
+    tool.inputSchema = Schema::object({{"limit", Paging::limitSchema()}, {"cursor", Paging::cursorSchema()}});
+    tool.outputSchema = resultSchema(
+        "steps", Schema::list("The steps.", Schema::result({{"number", Schema::count("From 1, the oldest.")},
+                                                            {"name", Schema::text("What was done.")},
+                                                            {"done", Schema::flag("false: undone, can be redone.")}},
+                                                           {"number", "name", "done"})));
     tool.outputSchema["properties"]["total"] = Paging::totalSchema();
     tool.outputSchema["properties"]["nextCursor"] = Paging::nextCursorSchema();
     tool.outputSchema["required"].append("total");

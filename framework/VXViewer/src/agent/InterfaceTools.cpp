@@ -1,18 +1,22 @@
 #include "AgentSchema.h"
 #include "AgentToolList.h"
 #include "Paging.h"
+#include "UserDialogs.h"
 
 #include <VXMesh/StringConvert.h>
 #include <VXViewer/Locale.h>
 #include <VXViewer/RibbonMenu.h>
 #include <VXViewer/RibbonMenuItem.h>
 #include <VXViewer/RibbonSchemaHolder.h>
+#include <VXViewer/SceneFiles.h>
 #include <VXViewer/UiTree.h>
 #include <VXViewer/Viewer.h>
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
+#include <set>
 #include <utility>
 
 namespace VX
@@ -20,6 +24,8 @@ namespace VX
 
 namespace
 {
+
+namespace Schema = AgentSchema;
 
 RibbonMenu* ribbonOf(const Viewer& viewer)
 {
@@ -30,6 +36,20 @@ const std::string& noRibbon()
 {
     static const std::string text = "The viewer has no ribbon at present. Wait until it has started.";
     return text;
+}
+
+/// What does the same as an item that would ask the user for a file or a name; empty for all others.
+std::string toolInstead(const Viewer& viewer, const std::string& name)
+{
+    if (name == "Open files")
+        return "\"scene.loadFile\"";
+    if (name == "Save Scene As" || (name == "Save" && viewer.getMenuPlugin()->sceneFiles().saveAsks()))
+        return "\"scene.saveFile\"";
+    if (name == "Save selected")
+        return "\"scene.saveFile\" with \"ids\"";
+    if (name == "Rename")
+        return "\"scene.rename\"";
+    return {};
 }
 
 Json::Value itemJson(const std::string& name, const RibbonItemInfo& info)
@@ -92,6 +112,12 @@ AgentResult press(Viewer& viewer, const AgentArguments& arguments)
     const RibbonItemInfo* info = RibbonSchemaHolder::find(name);
     if (!info || ribbon->isItemHidden(name))
         return tl::unexpected(fmt::format("There is no ribbon item \"{}\". \"ribbon.items\" lists their names.", name));
+    if (const std::string tool = toolInstead(viewer, name); !tool.empty())
+        return tl::unexpected(fmt::format("\"{}\" asks the user. Call {} instead.", name, tool));
+    if (isUserAsked(viewer))
+        return tl::unexpected(fmt::format("\"{}\" waits for an answer of the user. Ask the user to close it, then call "
+                                          "again.",
+                                          waitingWindow(viewer)));
     // The item may change the schema.
     const RibbonItemInfo kept = *info;
     if (const std::string reason = kept.item->unavailableReason(); !reason.empty())
@@ -128,16 +154,36 @@ Json::Value widgetJson(const UiItem& item)
     return value;
 }
 
+/// The file dialog shows folders that agents may not know.
+bool isForAgents(const UiItem& item)
+{
+    return !isFileDialog(item.window) || item.kind == UiKind::Window || item.kind == UiKind::Button;
+}
+
+std::set<std::string> shownWindows()
+{
+    std::set<std::string> names;
+    for (const UiItem& item : UiTree::instance().items())
+        names.insert(item.kind == UiKind::Window ? item.label : item.window);
+    return names;
+}
+
 AgentResult listWidgets(Viewer& viewer, const AgentArguments& arguments)
 {
     const auto paging = Paging::of(arguments);
     if (!paging)
         return tl::unexpected(paging.error());
+    if (!viewer.ui())
+        return tl::unexpected(noRibbon());
     const std::string window = arguments.text("window");
+    if (const auto names = shownWindows(); !window.empty() && !names.contains(window))
+        return tl::unexpected(
+            fmt::format("No window \"{}\" is shown. These are: \"{}\".", window, fmt::join(names, "\", \"")));
     std::vector<const UiItem*> found;
     for (const UiItem& item : UiTree::instance().items())
     {
-        if (viewer.ui() && (window.empty() || item.window == window || item.label == window))
+        const bool isOfWindow = item.window == window || (item.kind == UiKind::Window && item.label == window);
+        if ((window.empty() || isOfWindow) && isForAgents(item))
             found.push_back(&item);
     }
     Json::Value value;
@@ -150,33 +196,32 @@ AgentResult listWidgets(Viewer& viewer, const AgentArguments& arguments)
 
 Json::Value itemSchema()
 {
-    using namespace AgentSchema;
-    return result({{"name", text("What \"ribbon.press\" takes.")},
-                   {"caption", text("What the user reads on it, in the user's language.")},
-                   {"tooltip", text("What it does.")},
-                   {"active", flag("Whether a switch is on or a tool is in use.")},
-                   {"available", flag("Whether it can be pressed now.")},
-                   {"reason", text("Why it cannot be pressed now.")}},
-                  {"name", "caption", "active", "available"});
+    return Schema::result({{"name", Schema::text("What \"ribbon.press\" takes.")},
+                           {"caption", Schema::text("What the user reads on it, in the user's language.")},
+                           {"tooltip", Schema::text("What it does.")},
+                           {"active", Schema::flag("Whether a switch is on or a tool is in use.")},
+                           {"available", Schema::flag("Whether it can be pressed now.")},
+                           {"reason", Schema::text("Why it cannot be pressed now.")}},
+                          {"name", "caption", "active", "available"});
 }
 
 Mcp::Tool itemsTool()
 {
-    using namespace AgentSchema;
     Mcp::Tool tool;
     tool.name = "ribbon.items";
     tool.title = "List the commands of the ribbon";
     tool.description =
         "Lists the commands, switches and tools of the viewer's ribbon, with the reason where one cannot be "
         "pressed now.";
-    tool.inputSchema = object({{"search", text("Only items with this in their name, caption, tooltip or keywords.")},
-                               {"availableOnly", flag("Only those that can be pressed now; false if left out.")},
-                               {"limit", Paging::limitSchema()},
-                               {"cursor", Paging::cursorSchema()}});
-    tool.outputSchema = result({{"items", list("By name.", itemSchema())},
-                                {"total", Paging::totalSchema()},
-                                {"nextCursor", Paging::nextCursorSchema()}},
-                               {"items", "total"});
+    tool.inputSchema =
+        Schema::object({{"search", Schema::text("Only items with this in their name, caption, tooltip or keywords.")},
+                        {"availableOnly", Schema::flag("Only those that can be pressed now; false if left out.")},
+                        {"limit", Paging::limitSchema()},
+                        {"cursor", Paging::cursorSchema()}});
+    tool.outputSchema = Schema::result({{"items", Schema::list("By name.", itemSchema())},
+                                        {"total", Paging::totalSchema()},
+                                        {"nextCursor", Paging::nextCursorSchema()}},
+                                       {"items", "total"});
     tool.readOnly = true;
     tool.idempotent = true;
     return tool;
@@ -184,14 +229,14 @@ Mcp::Tool itemsTool()
 
 Mcp::Tool pressTool()
 {
-    using namespace AgentSchema;
     Mcp::Tool tool;
     tool.name = "ribbon.press";
     tool.title = "Press a command of the ribbon";
     tool.description =
-        "Presses an item as the user would. Prefer the other tools where one does the same: some items open "
-        "a window or a dialog that waits for the user, as those that open and save files do.";
-    tool.inputSchema = object({{"name", text("As \"ribbon.items\" tells; case matters.")}}, {"name"});
+        "Presses an item as the user would. Prefer the other tools where one does the same. Items that ask the user "
+        "for a file or a name are refused, and so are all while such a question waits; one that opened a window closes "
+        "it when it is pressed again.";
+    tool.inputSchema = Schema::object({{"name", Schema::text("As \"ribbon.items\" tells; case matters.")}}, {"name"});
     tool.outputSchema = itemSchema();
     tool.destructive = true;
     tool.openWorld = true;
@@ -200,31 +245,30 @@ Mcp::Tool pressTool()
 
 Mcp::Tool treeTool()
 {
-    using namespace AgentSchema;
-    const Json::Value widget = result({{"kind", text("button, checkbox, textInput, window and so on.")},
-                                       {"window", text("The window that it is in.")},
-                                       {"label", text("What the user reads on it.")},
-                                       {"value", text("What it is set to, where it has a value.")},
-                                       {"enabled", flag("Whether it can be used.")},
-                                       {"visible", flag("false: scrolled or cut out of sight.")},
-                                       {"x", number("In pixels from the left of the window.")},
-                                       {"y", number("In pixels from the top of the window.")},
-                                       {"width", number("In pixels.")},
-                                       {"height", number("In pixels.")}},
-                                      {"kind", "window", "label", "enabled", "visible"});
+    const Json::Value widget = Schema::result({{"kind", Schema::text("button, checkbox, textInput, window and so on.")},
+                                               {"window", Schema::text("The window that it is in.")},
+                                               {"label", Schema::text("What the user reads on it.")},
+                                               {"value", Schema::text("What it is set to, where it has a value.")},
+                                               {"enabled", Schema::flag("Whether it can be used.")},
+                                               {"visible", Schema::flag("false: scrolled or cut out of sight.")},
+                                               {"x", Schema::number("In pixels from the left of the window.")},
+                                               {"y", Schema::number("In pixels from the top of the window.")},
+                                               {"width", Schema::number("In pixels.")},
+                                               {"height", Schema::number("In pixels.")}},
+                                              {"kind", "window", "label", "enabled", "visible"});
     Mcp::Tool tool;
     tool.name = "ui.tree";
     tool.title = "What the interface shows";
     tool.description =
         "Lists the windows and widgets of the last frame, in drawing order: what the user sees now, such as "
-        "a message that waits for an answer.";
-    tool.inputSchema = object({{"window", text("Only this window and what is in it.")},
-                               {"limit", Paging::limitSchema()},
-                               {"cursor", Paging::cursorSchema()}});
-    tool.outputSchema = result({{"widgets", list("In drawing order.", widget)},
-                                {"total", Paging::totalSchema()},
-                                {"nextCursor", Paging::nextCursorSchema()}},
-                               {"widgets", "total"});
+        "a message that waits for an answer. What a file dialog lists is left out.";
+    tool.inputSchema = Schema::object({{"window", Schema::text("Only this window and what is in it, by its name.")},
+                                       {"limit", Paging::limitSchema()},
+                                       {"cursor", Paging::cursorSchema()}});
+    tool.outputSchema = Schema::result({{"widgets", Schema::list("In drawing order.", widget)},
+                                        {"total", Paging::totalSchema()},
+                                        {"nextCursor", Paging::nextCursorSchema()}},
+                                       {"widgets", "total"});
     tool.readOnly = true;
     tool.idempotent = true;
     return tool;

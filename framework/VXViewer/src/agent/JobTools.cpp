@@ -13,14 +13,15 @@ namespace VX
 namespace
 {
 
+namespace Schema = AgentSchema;
+
 Mcp::Tool jobTool(const char* name, const char* title, const char* description)
 {
-    using namespace AgentSchema;
     Mcp::Tool tool;
     tool.name = name;
     tool.title = title;
     tool.description = description;
-    tool.inputSchema = object({{"job", objectId("Its number, as \"jobs.list\" tells.")}}, {"job"});
+    tool.inputSchema = Schema::object({{"job", Schema::objectId("Its number, as \"jobs.list\" tells.")}}, {"job"});
     tool.outputSchema = AgentJobs::schema();
     tool.idempotent = true;
     return tool;

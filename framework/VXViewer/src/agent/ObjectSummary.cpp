@@ -1,5 +1,6 @@
 #include "ObjectSummary.h"
 
+#include "AgentNumbers.h"
 #include "AgentSchema.h"
 
 #include <VXMesh/ObjectLines.h>
@@ -10,9 +11,12 @@
 namespace VX
 {
 
+namespace Schema = AgentSchema;
+
 Json::Value agentJson(const Object& object, Detail detail)
 {
     Json::Value value = objectJson(object);
+    value["box"] = rounded(value["box"]);
     value["parent"] = object.parent() ? Json::Value(Json::UInt64(object.parent()->id())) : Json::Value();
     value["children"] = Json::UInt64(object.children().size());
     value["shown"] = isShown(object);
@@ -26,32 +30,48 @@ Json::Value agentJson(const Object& object, Detail detail)
         return value;
     }
     value["worldTransform"] = toJson(object.worldTransform());
-    if (const auto* visual = dynamic_cast<const VisualObject*>(&object))
-        value["opacity"] = visual->color().a / 255.0;
-    if (mesh)
-        value["flatShaded"] = mesh->isFlatShaded();
+    addAppearance(value, object);
     if (const auto* lines = dynamic_cast<const ObjectLines*>(&object); lines && lines->lines())
         value["segments"] = Json::UInt64(lines->lines()->segments.size());
     return value;
 }
 
+void addAppearance(Json::Value& value, const Object& object)
+{
+    if (const auto* visual = dynamic_cast<const VisualObject*>(&object))
+    {
+        value["color"] = colorText(visual->color());
+        value["opacity"] = rounded(visual->color().a / 255.0);
+    }
+    if (const auto* mesh = dynamic_cast<const ObjectMesh*>(&object))
+        value["flatShaded"] = mesh->isFlatShaded();
+}
+
+void addAppearanceSchema(Json::Value& schema)
+{
+    Json::Value& fields = schema["properties"];
+    fields["color"] = Schema::text("#rrggbb; geometry with colours of its own shows those.");
+    fields["opacity"] = Schema::number("1: opaque.", 0, 1);
+    fields["flatShaded"] = Schema::flag("Meshes: one normal a triangle instead of smooth shading.");
+}
+
 Json::Value agentObjectSchema()
 {
-    using namespace AgentSchema;
-    return result({{"id", objectId("Stable for as long as the program runs.")},
-                   {"name", text("As the user sees it. Names may repeat.")},
-                   {"type", text("Object (a group), ObjectMesh, ObjectPoints or ObjectLines.")},
-                   {"parent", orNull(objectId("The object that it is below; null for the root of the scene."))},
-                   {"children", count("How many objects are directly below it.")},
-                   {"points", count("Of its own geometry, without the objects below it.")},
-                   {"triangles", count("Of its own geometry, without the objects below it.")},
-                   {"box", box("In scene coordinates (mm), with all below it; null without geometry.")},
-                   {"visible", flag("Its own switch.")},
-                   {"shown", flag("Whether its own switch and those of all above it are on.")},
-                   {"selected", flag("Whether the object is selected as a whole.")},
-                   {"selectedFaces", count("How many of its triangles are selected.")}},
-                  {"id", "name", "type", "parent", "children", "points", "triangles", "box", "visible", "shown",
-                   "selected", "selectedFaces"});
+    return Schema::result(
+        {{"id", Schema::objectId("Stable for as long as the program runs.")},
+         {"name", Schema::text("As the user sees it. Names may repeat.")},
+         {"type", Schema::text("Object (a group), ObjectMesh, ObjectPoints or ObjectLines.")},
+         {"parent", Schema::orNull(Schema::objectId("The object that it is below; null for the root of the scene."))},
+         {"children", Schema::count("How many objects are directly below it.")},
+         {"points", Schema::count("Of its own geometry, without the objects below it.")},
+         {"triangles", Schema::count("Of its own geometry, without the objects below it.")},
+         {"box", Schema::box("In scene coordinates (mm), with all below it; null without geometry.")},
+         {"visible", Schema::flag("Its own switch.")},
+         {"shown", Schema::flag("Whether its own switch and those of all above it are on.")},
+         {"selected", Schema::flag("Whether the object is selected as a whole.")},
+         {"selectedFaces", Schema::count("How many of its triangles are selected.")}},
+        {"id", "name", "type", "parent", "children", "points", "triangles", "box", "visible", "shown", "selected",
+         "selectedFaces"});
 }
 
 Json::Value shortObjectSchema()

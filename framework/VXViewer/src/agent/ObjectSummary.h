@@ -21,11 +21,17 @@ enum class Detail
 /// @threads the UI thread
 [[nodiscard]] Json::Value agentJson(const Object& object, Detail detail);
 
-/// The schema of that, with descriptions.
+/// Adds colour, opacity and shading, as `Detail::Full` has them.
+void addAppearance(Json::Value& value, const Object& object);
+
+/// The schema of `agentJson`, with descriptions.
 [[nodiscard]] Json::Value agentObjectSchema();
 
 /// The same in short, for tools that need not explain it again.
 [[nodiscard]] Json::Value shortObjectSchema();
+
+/// The colour and so on of `addAppearance`, added to a schema.
+void addAppearanceSchema(Json::Value& schema);
 
 /// {"objects": [...]}, a summary each.
 [[nodiscard]] Json::Value agentObjectsJson(const std::vector<std::shared_ptr<Object>>& objects);

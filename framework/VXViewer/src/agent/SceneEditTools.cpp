@@ -1,7 +1,9 @@
+#include "AgentNumbers.h"
 #include "AgentSchema.h"
 #include "AgentToolList.h"
+#include "ChosenScene.h"
+#include "ObjectName.h"
 #include "ObjectSummary.h"
-#include "SceneSteps.h"
 #include "items/ObjectEdits.h"
 #include "panels/ObjectRename.h"
 
@@ -10,6 +12,7 @@
 #include <VXViewer/HistoryStore.h>
 #include <VXViewer/Locale.h>
 #include <VXViewer/SceneEdit.h>
+#include <VXViewer/Viewer.h>
 
 #include <fmt/format.h>
 
@@ -19,6 +22,7 @@
 #include <functional>
 #include <initializer_list>
 #include <optional>
+#include <numbers>
 #include <utility>
 
 namespace VX
@@ -27,21 +31,21 @@ namespace VX
 namespace
 {
 
+namespace Schema = AgentSchema;
+
 using Objects = std::vector<std::shared_ptr<Object>>;
 
-/// Does `change` to the objects of "ids" and tells what became of them.
-AgentResult changeObjects(Viewer& viewer, const AgentArguments& arguments, const char* name,
-                          const std::function<void(SceneEdit&, Object&)>& change)
+/// Does `change` to the objects of "ids", as one step. @return these objects
+tl::expected<Objects, std::string> changeObjects(Viewer& viewer, const AgentArguments& arguments, const char* name,
+                                                 const std::function<void(SceneEdit&, Object&)>& change)
 {
-    const auto objects = arguments.someObjects("ids", viewer.scene());
+    auto objects = arguments.someObjects("ids", viewer.scene());
     if (!objects)
-        return tl::unexpected(objects.error());
-    {
-        SceneEdit edit(*viewer.getGlobalHistoryStore(), name);
-        for (const std::shared_ptr<Object>& object : *objects)
-            change(edit, *object);
-    }
-    return Mcp::ToolResult::of(agentObjectsJson(*objects));
+        return objects;
+    SceneEdit edit(*viewer.getGlobalHistoryStore(), name);
+    for (const std::shared_ptr<Object>& object : *objects)
+        change(edit, *object);
+    return objects;
 }
 
 AgentResult remove(Viewer& viewer, const AgentArguments& arguments)
@@ -49,9 +53,10 @@ AgentResult remove(Viewer& viewer, const AgentArguments& arguments)
     const auto objects = arguments.someObjects("ids", viewer.scene());
     if (!objects)
         return tl::unexpected(objects.error());
-    const HistoryScope scope(*viewer.getGlobalHistoryStore(), translatable("Remove Objects"));
-    selectForStep(viewer, *objects);
-    deleteSelectedObjects(viewer);
+    {
+        SceneEdit edit(*viewer.getGlobalHistoryStore(), translatable("Remove Objects"));
+        removeObjects(edit, topmostOf(*objects));
+    }
     Json::Value result;
     result["removed"] = Json::UInt64(objects->size());
     return Mcp::ToolResult::of(std::move(result));
@@ -64,24 +69,28 @@ AgentResult rename(Viewer& viewer, const AgentArguments& arguments)
         return tl::unexpected(object.error());
     if (!(*object)->parent())
         return tl::unexpected(std::string("The root of the scene has no name. Name an object below it."));
-    const std::string name = arguments.text("name");
-    if (name.find_first_not_of(" \t\r\n") == std::string::npos)
-        return tl::unexpected(std::string("A name needs a letter or another sign. Call again with one."));
-    renameObject(viewer, *object, name);
+    const auto name = objectNameOf(arguments.text("name"));
+    if (!name)
+        return tl::unexpected(name.error());
+    renameObject(viewer, *object, *name);
     return Mcp::ToolResult::of(agentJson(**object, Detail::Summary));
 }
 
 AgentResult setVisibility(Viewer& viewer, const AgentArguments& arguments)
 {
     const bool visible = arguments.flag("visible", true);
-    return changeObjects(viewer, arguments, visible ? translatable("Show") : translatable("Hide"),
-                         [&](SceneEdit& edit, Object& object)
-                         {
-                             if (object.isVisible() == visible)
-                                 return;
-                             edit.touch(object.shared_from_this());
-                             object.setVisible(visible);
-                         });
+    const auto change = [&](SceneEdit& edit, Object& object)
+    {
+        if (object.isVisible() == visible)
+            return;
+        edit.touch(object.shared_from_this());
+        object.setVisible(visible);
+    };
+    const auto objects =
+        changeObjects(viewer, arguments, visible ? translatable("Show") : translatable("Hide"), change);
+    if (!objects)
+        return tl::unexpected(objects.error());
+    return Mcp::ToolResult::of(agentObjectsJson(*objects));
 }
 
 bool hasOneOf(const AgentArguments& arguments, std::initializer_list<const char*> names)
@@ -133,9 +142,15 @@ AgentResult setAppearance(Viewer& viewer, const AgentArguments& arguments)
             return tl::unexpected(fmt::format("\"{}\" is no colour. Write it as \"#rrggbb\", such as \"#ff8000\".",
                                               arguments.text("color")));
     }
-    return changeObjects(
-        viewer, arguments, translatable("Change Appearance"), [&](SceneEdit& edit, Object& object)
-        { visitObjects(object, [&](Object& each) { changeAppearance(edit, each, color, arguments); }); });
+    const auto change = [&](SceneEdit& edit, Object& object)
+    { visitObjects(object, [&](Object& each) { changeAppearance(edit, each, color, arguments); }); };
+    const auto objects = changeObjects(viewer, arguments, translatable("Change Appearance"), change);
+    if (!objects)
+        return tl::unexpected(objects.error());
+    Json::Value value = agentObjectsJson(*objects);
+    for (std::size_t i = 0; i < objects->size(); ++i)
+        addAppearance(value["objects"][static_cast<Json::ArrayIndex>(i)], *(*objects)[i]);
+    return Mcp::ToolResult::of(std::move(value));
 }
 
 /// The change that "matrix", or "scale", "rotate" and "translate" in this order, ask for, in scene coordinates.
@@ -158,33 +173,24 @@ tl::expected<Transform, std::string> transformOf(const AgentArguments& arguments
         const Vector3d axis = rotation->vector("axis").value_or(Vector3d::UnitZ());
         if (axis.norm() == 0)
             return tl::unexpected(std::string("The axis to rotate about must not be 0, 0, 0."));
-        const double angle = rotation->number("degrees", 0) * EIGEN_PI / 180;
+        const double angle = rotation->number("degrees", 0) * std::numbers::pi / 180;
         about.linear() = Eigen::AngleAxisd(angle, axis.normalized()).toRotationMatrix();
     }
     about.linear() *= arguments.number("scale", 1);
     change = Eigen::Translation3d(arguments.vector("translate").value_or(Vector3d::Zero())) *
              Transform(Eigen::Translation3d(center) * about * Eigen::Translation3d(-center)) * change;
-    constexpr double farthest = 1e12;
-    if (!change.matrix().allFinite() || change.matrix().cwiseAbs().maxCoeff() > farthest ||
-        std::abs(change.linear().determinant()) < 1e-30)
-        return tl::unexpected(std::string("This would flatten the objects to nothing or move them to infinity. Use a "
-                                          "scale other than 0 and a matrix that can be inverted."));
+    if (!change.matrix().allFinite() || std::abs(change.linear().determinant()) < 1e-30)
+        return tl::unexpected(std::string("This would flatten the objects to nothing. Use a scale other than 0 and a "
+                                          "matrix that can be inverted."));
     return change;
 }
 
-/// Those of `objects` that none of the others is above.
-Objects topmost(const Objects& objects)
+/// Whether `object` with all below it, or at least its origin, is within the bound once it is moved.
+bool staysWithinBound(const Object& object, const Transform& change)
 {
-    Objects top;
-    for (const std::shared_ptr<Object>& object : objects)
-    {
-        const Object* above = object->parent();
-        while (above && std::ranges::find(objects, above, &std::shared_ptr<Object>::get) == objects.end())
-            above = above->parent();
-        if (!above)
-            top.push_back(object);
-    }
-    return top;
+    const Box3d box = object.worldBox();
+    return isWithinBound(box.isEmpty() ? Box3d(Vector3d(change * object.worldTransform().translation()))
+                                       : box.transformed(change));
 }
 
 AgentResult transform(Viewer& viewer, const AgentArguments& arguments)
@@ -202,9 +208,12 @@ AgentResult transform(Viewer& viewer, const AgentArguments& arguments)
     const auto change = transformOf(arguments, arguments.vector("center").value_or(middle));
     if (!change)
         return tl::unexpected(change.error());
+    if (!std::ranges::all_of(*objects, [&](const auto& object) { return staysWithinBound(*object, *change); }))
+        return tl::unexpected(std::string("This would move the objects too far away. Let all of them stay at "
+                                          "coordinates of less than 1e12."));
     {
         SceneEdit edit(*viewer.getGlobalHistoryStore(), translatable("Transform"));
-        for (const std::shared_ptr<Object>& object : topmost(*objects))
+        for (const std::shared_ptr<Object>& object : topmostOf(*objects))
         {
             edit.touch(object);
             const Transform parent = object->parent()->worldTransform();
@@ -238,10 +247,10 @@ Mcp::Tool removeTool()
 Mcp::Tool renameTool()
 {
     Mcp::Tool tool = editTool("scene.rename", "Rename an object", "Gives an object another name.");
-    tool.inputSchema =
-        AgentSchema::object({{"id", AgentSchema::objectId("The object.")},
-                             {"name", AgentSchema::text("Its new name; blanks around it are left out.")}},
-                            {"id", "name"});
+    tool.inputSchema = AgentSchema::object(
+        {{"id", AgentSchema::objectId("The object.")},
+         {"name", AgentSchema::text("Its new name, at most 255 characters; blanks around it are left out.")}},
+        {"id", "name"});
     tool.outputSchema = shortObjectSchema();
     tool.idempotent = true;
     return tool;
@@ -261,22 +270,22 @@ Mcp::Tool visibilityTool()
 
 Mcp::Tool appearanceTool()
 {
-    using namespace AgentSchema;
     Mcp::Tool tool =
         editTool("scene.setAppearance", "Colour and shade objects",
                  "Changes colour, opacity and shading of objects and all below them. What is left out stays.");
-    tool.inputSchema = object({{"ids", objectIds("The objects.")},
-                               {"color", text("\"#rrggbb\". Geometry with colours of its own goes on to show those.")},
-                               {"opacity", number("0: not to be seen, 1: opaque.", 0, 1)},
-                               {"flatShaded", flag("Meshes: true shows the single triangles, false smooth shading.")}},
-                              {"ids"});
+    tool.inputSchema =
+        Schema::object({{"ids", Schema::objectIds("The objects.")},
+                        {"color", Schema::text("\"#rrggbb\". Geometry with colours of its own goes on to show those.")},
+                        {"opacity", Schema::number("0: not to be seen, 1: opaque.", 0, 1)},
+                        {"flatShaded", Schema::flag("Meshes: true shows the single triangles, false smooth shading.")}},
+                       {"ids"});
+    addAppearanceSchema(tool.outputSchema["properties"]["objects"]["items"]);
     tool.idempotent = true;
     return tool;
 }
 
 Mcp::Tool transformTool()
 {
-    using namespace AgentSchema;
     Mcp::Tool tool =
         editTool("scene.transform", "Move, turn and scale objects",
                  "Moves objects, with all below them, in scene coordinates (mm, z up): first \"matrix\", then "
@@ -284,18 +293,19 @@ Mcp::Tool transformTool()
     Json::Value matrix =
         AgentSchema::list("An affine transform in scene coordinates: 16 numbers, row by row, the last row 0 0 0 "
                           "1.",
-                          number("A number."), 16, 16);
-    tool.inputSchema =
-        object({{"ids", objectIds("The objects.")},
-                {"translate", vector("How far to move along x, y and z, in mm.")},
-                {"rotate", described(object({{"axis", vector("The direction to turn about, in scene coordinates.")},
-                                             {"degrees", number("Counter-clockwise seen against the axis.")}},
-                                            {"axis", "degrees"}),
-                                     "A turn.")},
-                {"scale", number("A factor; 1 changes nothing.")},
-                {"center", vector("What turns and scales about; the middle of the objects' box if left out.")},
-                {"matrix", matrix}},
-               {"ids"});
+                          Schema::number("A number."), 16, 16);
+    tool.inputSchema = Schema::object(
+        {{"ids", Schema::objectIds("The objects.")},
+         {"translate", Schema::vector("How far to move along x, y and z, in mm.")},
+         {"rotate", Schema::described(
+                        Schema::object({{"axis", Schema::vector("The direction to turn about, in scene coordinates.")},
+                                        {"degrees", Schema::number("Counter-clockwise seen against the axis.")}},
+                                       {"axis", "degrees"}),
+                        "A turn.")},
+         {"scale", Schema::number("A factor; 1 changes nothing.")},
+         {"center", Schema::vector("What turns and scales about; the middle of the objects' box if left out.")},
+         {"matrix", matrix}},
+        {"ids"});
     return tool;
 }
 

@@ -4,6 +4,7 @@
 #include <VXViewer/HistoryStore.h>
 #include <VXViewer/Locale.h>
 #include <VXViewer/SceneEdit.h>
+#include <VXViewer/Selection.h>
 
 #include <unordered_set>
 
@@ -29,6 +30,14 @@ void selectForStep(Viewer& viewer, const std::vector<std::shared_ptr<Object>>& o
                      if (hasFaces)
                          mesh->setSelectedFaces(nullptr);
                  });
+}
+
+std::size_t countShownSelectedFaces(Object& root)
+{
+    std::size_t count = 0;
+    for (const std::shared_ptr<ObjectMesh>& mesh : shownMeshesWithSelectedFaces(root))
+        count += mesh->selectedFaces()->count();
+    return count;
 }
 
 } // namespace VX

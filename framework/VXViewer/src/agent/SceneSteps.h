@@ -3,6 +3,7 @@
 #include <VXMesh/Object.h>
 #include <VXViewer/Viewer.h>
 
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -13,5 +14,10 @@ namespace VX
 /// the selection works on them.
 /// @threads the UI thread
 void selectForStep(Viewer& viewer, const std::vector<std::shared_ptr<Object>>& objects);
+
+/// How many triangles are selected below `root` that are cut out where the selection is deleted: not those of hidden
+/// objects.
+/// @threads the UI thread
+[[nodiscard]] std::size_t countShownSelectedFaces(Object& root);
 
 } // namespace VX

@@ -1,3 +1,4 @@
+#include "AgentNumbers.h"
 #include "AgentSchema.h"
 #include "AgentToolList.h"
 #include "MeshStructure.h"
@@ -19,6 +20,8 @@ namespace VX
 
 namespace
 {
+
+namespace Schema = AgentSchema;
 
 Detail detailOf(const AgentArguments& arguments, Detail usual)
 {
@@ -117,8 +120,8 @@ void measure(AgentContext& context, const std::shared_ptr<AgentCall>& call, Json
             if (!structure)
                 return;
             const MeshMeasure measures = measureMesh(joined, world);
-            result["area"] = measures.area;
-            result["volume"] = measures.volume ? Json::Value(*measures.volume) : Json::Value();
+            result["area"] = rounded(measures.area);
+            result["volume"] = measures.volume ? rounded(*measures.volume) : Json::Value();
             result["closed"] = measures.volume.has_value();
             result["components"] = Json::UInt64(structure->components);
             result["holes"] = Json::UInt64(structure->holes);
@@ -159,7 +162,6 @@ Json::Value detailSchema(const char* description)
 
 Mcp::Tool listTool()
 {
-    using namespace AgentSchema;
     Mcp::Tool tool;
     tool.name = "scene.list";
     tool.title = "List the objects of the scene";
@@ -168,24 +170,26 @@ Mcp::Tool listTool()
         "of each. Ids stay the same for as long as the program runs. Sort by \"size\" to find the largest "
         "objects, with \"type\": \"ObjectMesh\" for the largest part instead of the group that holds it. Lengths are "
         "millimetres; z is up.";
-    tool.inputSchema =
-        object({{"parent", objectId("List what is below this object instead of the whole scene.")},
-                {"recursive", flag("Also what is below those objects; true if left out.")},
-                {"nameContains", text("Only objects with this in their names; case does not matter.")},
-                {"type", choice("Only objects of this type.", {"Object", "ObjectMesh", "ObjectPoints", "ObjectLines"})},
-                {"sortBy", choice("\"tree\" (if left out): as in the scene, parents first; \"size\": longest "
-                                  "diagonal of the box first; \"triangles\": most triangles first, with "
-                                  "those of what is below.",
-                                  {"tree", "size", "triangles"})},
-                {"detail", detailSchema("\"full\" adds transform, colour and shading; \"summary\" if left "
-                                        "out.")},
-                {"limit", Paging::limitSchema()},
-                {"cursor", Paging::cursorSchema()}});
-    tool.outputSchema = result({{"root", objectId("What was listed: the root of the scene or \"parent\".")},
-                                {"objects", list("The objects.", agentObjectSchema())},
-                                {"total", Paging::totalSchema()},
-                                {"nextCursor", Paging::nextCursorSchema()}},
-                               {"root", "objects", "total"});
+    tool.inputSchema = Schema::object(
+        {{"parent", Schema::objectId("List what is below this object instead of the whole scene.")},
+         {"recursive", Schema::flag("Also what is below those objects; true if left out.")},
+         {"nameContains", Schema::text("Only objects with this in their names; case does not matter.")},
+         {"type",
+          Schema::choice("Only objects of this type.", {"Object", "ObjectMesh", "ObjectPoints", "ObjectLines"})},
+         {"sortBy", Schema::choice("\"tree\" (if left out): as in the scene, parents first; \"size\": longest "
+                                   "diagonal of the box first; \"triangles\": most triangles first, with "
+                                   "those of what is below.",
+                                   {"tree", "size", "triangles"})},
+         {"detail", detailSchema("\"full\" adds transform, colour and shading; \"summary\" if left "
+                                 "out.")},
+         {"limit", Paging::limitSchema()},
+         {"cursor", Paging::cursorSchema()}});
+    tool.outputSchema =
+        Schema::result({{"root", Schema::objectId("What was listed: the root of the scene or \"parent\".")},
+                        {"objects", Schema::list("The objects.", agentObjectSchema())},
+                        {"total", Paging::totalSchema()},
+                        {"nextCursor", Paging::nextCursorSchema()}},
+                       {"root", "objects", "total"});
     tool.readOnly = true;
     tool.idempotent = true;
     return tool;
@@ -193,35 +197,33 @@ Mcp::Tool listTool()
 
 Mcp::Tool getObjectTool()
 {
-    using namespace AgentSchema;
     Mcp::Tool tool;
     tool.name = "scene.getObject";
     tool.title = "Describe an object";
     tool.description =
         "Tells everything about one object: counts, box, transforms, colour, and of a mesh its area, volume, "
-        "parts and open borders. Meshes of millions of triangles take a few seconds.";
-    tool.inputSchema = object({{"id", objectId("As \"scene.list\" tells.")},
-                               {"detail", detailSchema("\"summary\" measures nothing; \"full\" if left out.")}},
-                              {"id"});
+        "parts and open boundaries. Meshes of millions of triangles take a few seconds.";
+    tool.inputSchema = Schema::object({{"id", Schema::objectId("As \"scene.list\" tells.")},
+                                       {"detail", detailSchema("\"summary\" measures nothing; \"full\" if left out.")}},
+                                      {"id"});
     Json::Value schema = agentObjectSchema();
     Json::Value& fields = schema["properties"];
-    Json::Value matrix = list("16 numbers, row by row: from the object to its parent.", number(""), 16, 16);
+    Json::Value matrix =
+        Schema::list("16 numbers, row by row: from the object to its parent.", Schema::number(""), 16, 16);
     matrix["items"].removeMember("description");
     fields["transform"] = matrix;
-    fields["worldTransform"] = described(matrix, "16 numbers, row by row: from the object to the scene.");
-    fields["color"] = text("#rrggbb; geometry with colours of its own shows those.");
-    fields["opacity"] = number("1: opaque.", 0, 1);
-    fields["flatShaded"] = flag("Meshes: one normal a triangle instead of smooth shading.");
-    fields["segments"] = count("Lines: how many.");
-    fields["area"] = number("Meshes: of the surface, in mm² in the scene.");
-    fields["volume"] =
-        orNull(number("Closed meshes: mm³ in the scene, negative where inside out; null for open ones."));
-    fields["closed"] = flag("Meshes: whether the surface has no border.");
-    fields["components"] = count("Meshes: parts that share no point.");
-    fields["holes"] =
-        count("Meshes: open borders, the loops of edges of one triangle alone, as where a piece of the surface "
-              "is missing; an open sheet has one too. A hole drilled through a solid is none.");
-    fields["borderEdges"] = count("Meshes: edges of one triangle alone.");
+    fields["worldTransform"] = Schema::described(matrix, "16 numbers, row by row: from the object to the scene.");
+    addAppearanceSchema(schema);
+    fields["segments"] = Schema::count("Lines: how many.");
+    fields["area"] = Schema::number("Meshes: of the surface, in mm² in the scene.");
+    fields["volume"] = Schema::orNull(
+        Schema::number("Closed meshes: mm³ in the scene, negative where inside out; null for open ones."));
+    fields["closed"] = Schema::flag("Meshes: whether the surface has no border.");
+    fields["components"] = Schema::count("Meshes: parts that share no point.");
+    fields["holes"] = Schema::count(
+        "Meshes: open boundaries, the loops of edges of one triangle alone, as where a piece of the surface "
+        "is missing; an open sheet has one too. A hole drilled through a solid is none.");
+    fields["borderEdges"] = Schema::count("Meshes: edges of one triangle alone.");
     tool.outputSchema = std::move(schema);
     tool.readOnly = true;
     tool.idempotent = true;

@@ -23,6 +23,8 @@ namespace VX
 namespace
 {
 
+namespace Schema = AgentSchema;
+
 constexpr int usualSide = 1000;
 constexpr int smallestSide = 16;
 /// What all graphics can draw that the program runs on.
@@ -45,15 +47,27 @@ PixelSize sizeOf(const Viewer& viewer, const AgentArguments& arguments)
     return fittedSize(shown, std::clamp(arguments.integer("maxSize", usualSide), smallestSide, largestSide));
 }
 
+/// Adds where something is in a picture to what is told of it.
+void tellPlace(Json::Value& fact, const PixelRect& place)
+{
+    fact["x"] = place.x;
+    fact["y"] = place.y;
+    fact["width"] = place.width;
+    fact["height"] = place.height;
+}
+
+/// Tells which objects alone a picture shows.
+void tellIds(Json::Value& fact, const AgentArguments& arguments)
+{
+    for (const std::uint64_t id : arguments.ids("ids"))
+        fact["ids"].append(Json::UInt64(id));
+}
+
 /// Tells where `view` is in a picture that was drawn in one size and came out in another.
 void placeIn(Json::Value& view, PixelSize drawn, PixelSize size)
 {
-    const PixelRect place =
-        scaledPlace({view["x"].asInt(), view["y"].asInt(), view["width"].asInt(), view["height"].asInt()}, drawn, size);
-    view["x"] = place.x;
-    view["y"] = place.y;
-    view["width"] = place.width;
-    view["height"] = place.height;
+    tellPlace(view, scaledPlace({view["x"].asInt(), view["y"].asInt(), view["width"].asInt(), view["height"].asInt()},
+                                drawn, size));
 }
 
 /// Encodes on a worker and answers with the picture and `facts`.
@@ -82,6 +96,8 @@ void answerPicture(AgentContext& context, const std::shared_ptr<AgentCall>& call
             for (Json::Value& view : facts["views"])
                 placeIn(view, drawn, coded->size);
         }
+        if (facts.isMember("viewport"))
+            placeIn(facts["viewport"], drawn, coded->size);
         facts["width"] = coded->size.width;
         facts["height"] = coded->size.height;
         facts["mimeType"] = coded->mimeType;
@@ -89,6 +105,7 @@ void answerPicture(AgentContext& context, const std::shared_ptr<AgentCall>& call
         Json::StreamWriterBuilder writer;
         writer["indentation"] = "";
         writer["emitUTF8"] = true;
+        writer["precision"] = 15;
         result.content.push_back(
             {.type = Mcp::Content::Type::Image, .mimeType = coded->mimeType, .data = std::move(coded->bytes)});
         result.content.push_back({.text = Json::writeString(writer, facts)});
@@ -109,19 +126,19 @@ tl::expected<SceneCapture, std::string> captureOf(Viewer& viewer, const AgentArg
         return tl::unexpected(objects.error());
     SceneCapture capture{.size = sizeOf(viewer, arguments), .camera = viewer.view().camera()};
     if (!objects->empty())
-        capture.root = chosenScene(*objects);
+        capture.root = ChosenScene(*objects).root();
     capture.transparentBackground = arguments.flag("transparent", false);
     const auto view = standardViewOf(arguments.text("view"));
-    if (view)
-        capture.camera->setStandardView(*view);
     const auto fields = arguments.below("camera");
     if (fields)
     {
-        auto camera = changedCamera(*capture.camera, *fields);
+        auto camera = changedCamera(*capture.camera, *fields, view);
         if (!camera)
             return tl::unexpected(std::move(camera.error()));
         capture.camera = *camera;
     }
+    else if (view)
+        capture.camera->setStandardView(*view);
     if (arguments.flag("fit", !fields && (view || !objects->empty())))
         SceneRenderer::fit(*capture.camera, capture.root ? *capture.root : viewer.scene(), capture.size,
                            viewer.view().options().viewport);
@@ -144,11 +161,14 @@ void captureWindow(AgentContext& context, const std::shared_ptr<AgentCall>& call
         const UI::ScopedMaskedPasswords masked;
         image = call->viewer().loop().captureWindow();
     }
-    const int longest = std::max(image.size.width, image.size.height);
+    const PixelSize drawn = image.size;
     const int wanted = std::clamp(arguments.integer("maxSize", usualSide), smallestSide, largestSide);
-    if (longest > wanted)
-        image = scaledDown(image, fittedSize(image.size, wanted));
-    answerPicture(context, call, std::move(image), Json::Value(Json::objectValue));
+    if (std::max(drawn.width, drawn.height) > wanted)
+        image = scaledDown(image, fittedSize(drawn, wanted));
+    Json::Value facts;
+    facts["camera"] = cameraJson(call->viewer().view().camera());
+    tellPlace(facts["viewport"], scaledPlace(call->viewer().view().area(), drawn, image.size));
+    answerPicture(context, call, std::move(image), std::move(facts));
 }
 
 void capture(AgentContext& context, const std::shared_ptr<AgentCall>& call)
@@ -166,6 +186,7 @@ void capture(AgentContext& context, const std::shared_ptr<AgentCall>& call)
     }
     Json::Value facts;
     facts["camera"] = cameraJson(*picture->camera);
+    tellIds(facts, call->arguments());
     answerPicture(context, call, call->viewer().view().take(*picture), std::move(facts));
 }
 
@@ -196,11 +217,9 @@ void captureMontage(AgentContext& context, const std::shared_ptr<AgentCall>& cal
         const PixelRect place = montage.add(call->viewer().view().take(cell));
         Json::Value fact;
         fact["view"] = views[i];
-        fact["x"] = place.x;
-        fact["y"] = place.y;
-        fact["width"] = place.width;
-        fact["height"] = place.height;
+        tellPlace(fact, place);
         fact["camera"] = cameraJson(*cell.camera);
+        tellIds(fact, arguments);
         facts["views"].append(std::move(fact));
     }
     answerPicture(context, call, montage.image(), std::move(facts));
@@ -209,43 +228,61 @@ void captureMontage(AgentContext& context, const std::shared_ptr<AgentCall>& cal
 /// The arguments that both tools have.
 Json::Value pictureSchema()
 {
-    using namespace AgentSchema;
-    return object(
-        {{"maxSize", integer("The longer side of the picture in pixels, 1000 if left out. Pictures that would be "
-                             "longer than 700,000 bytes come out smaller.",
-                             smallestSide, largestSide)},
-         {"format", choice("\"png\" if left out; \"jpeg\" is smaller and cannot be transparent.", {"png", "jpeg"})},
-         {"ids", objectIds("Draw only these objects, hidden ones too; all that is visible if left out.")},
-         {"transparent", flag("A transparent background; png only. false if left out.")}});
+    return Schema::object(
+        {{"maxSize",
+          Schema::integer("The longer side of the picture in pixels, 1000 if left out. Pictures that would be "
+                          "longer than 700,000 bytes come out smaller.",
+                          smallestSide, largestSide)},
+         {"format",
+          Schema::choice("\"png\" if left out; \"jpeg\" is smaller and cannot be transparent.", {"png", "jpeg"})},
+         {"ids", Schema::objectIds("Draw only these objects, hidden ones too; all that is visible if left out.")},
+         {"transparent", Schema::flag("A transparent background; png only. false if left out.")}});
+}
+
+Json::Value placeSchema()
+{
+    return Schema::result({{"x", Schema::count("In pixels from the left.")},
+                           {"y", Schema::count("In pixels from the top.")},
+                           {"width", Schema::count("In pixels.")},
+                           {"height", Schema::count("In pixels.")}},
+                          {"x", "y", "width", "height"});
+}
+
+Json::Value drawnIdsSchema()
+{
+    return AgentSchema::list("The objects that are drawn; missing where all are.", AgentSchema::objectId("An object."));
 }
 
 Mcp::Tool screenshotTool()
 {
-    using namespace AgentSchema;
     Mcp::Tool tool;
     tool.name = "viewer.captureScreenshot";
     tool.title = "Take a picture";
     tool.description =
         "Draws the scene and gives the picture back. Without arguments it is what the user's view shows; "
-        "\"view\", \"camera\" and \"ids\" show it otherwise without moving the user's view. Also works while "
-        "the window is minimised or hidden. The answer tells the camera: give it, with width and height, to "
-        "\"select.pick\" to point at pixels of this picture.";
+        "\"view\", \"camera\" and \"ids\" show it otherwise without moving the user's view. Selected objects are "
+        "orange and selected triangles pink, but not with \"ids\". Also works while the window is minimised or "
+        "hidden. Give the answer as \"picture\" to \"select.pick\" to point at pixels of this picture.";
     tool.inputSchema = pictureSchema();
     Json::Value& fields = tool.inputSchema["properties"];
     fields["area"] =
-        choice("\"viewport\" (if left out): the scene alone; \"window\": the whole window with the interface, "
-               "as the user sees it, without \"view\", \"camera\", \"ids\", \"fit\" and \"transparent\".",
-               {"viewport", "window"});
-    fields["view"] = choice("A standard direction; z is up.", standardViewNames());
+        Schema::choice("\"viewport\" (if left out): the scene alone; \"window\": the whole window with the interface, "
+                       "as the user sees it, without \"view\", \"camera\", \"ids\", \"fit\" and \"transparent\".",
+                       {"viewport", "window"});
+    fields["view"] = Schema::choice("A standard direction; z is up.", standardViewNames());
     fields["camera"] = cameraArgumentSchema();
-    fields["fit"] =
-        flag("Move in or out until all fills the picture; true if left out with \"view\" or \"ids\" and without "
-             "\"camera\".");
-    tool.outputSchema = result({{"width", count("In pixels.")},
-                                {"height", count("In pixels.")},
-                                {"mimeType", text("image/png or image/jpeg.")},
-                                {"camera", cameraSchema()}},
-                               {"width", "height", "mimeType"});
+    fields["fit"] = Schema::flag(
+        "Move in or out until all fills the picture; true if left out with \"view\" or \"ids\" and without "
+        "\"camera\".");
+    tool.outputSchema =
+        Schema::result({{"width", Schema::count("In pixels.")},
+                        {"height", Schema::count("In pixels.")},
+                        {"mimeType", Schema::text("image/png or image/jpeg.")},
+                        {"camera", cameraSchema()},
+                        {"ids", drawnIdsSchema()},
+                        {"viewport", Schema::described(placeSchema(), "With the area \"window\": where in the picture "
+                                                                      "the scene is.")}},
+                       {"width", "height", "mimeType", "camera"});
     tool.readOnly = true;
     tool.idempotent = true;
     return tool;
@@ -253,7 +290,6 @@ Mcp::Tool screenshotTool()
 
 Mcp::Tool montageTool()
 {
-    using namespace AgentSchema;
     std::vector<const char*> views = standardViewNames();
     views.push_back("current");
     Mcp::Tool tool;
@@ -265,20 +301,20 @@ Mcp::Tool montageTool()
         "\"select.pick\" to point at pixels of the whole picture within that view.";
     tool.inputSchema = pictureSchema();
     tool.inputSchema["properties"]["views"] =
-        list("From where; front, right, top and isometric if left out. \"current\" is the user's view.",
-             choice("A view.", views), 1, 9);
-    tool.outputSchema = result({{"width", count("In pixels.")},
-                                {"height", count("In pixels.")},
-                                {"mimeType", text("image/png or image/jpeg.")},
-                                {"views", list("Each view and its place in the picture.",
-                                               result({{"view", text("Its name.")},
-                                                       {"x", count("From the left.")},
-                                                       {"y", count("From the top.")},
-                                                       {"width", count("In pixels.")},
-                                                       {"height", count("In pixels.")},
-                                                       {"camera", cameraSchema()}},
-                                                      {"view", "x", "y", "width", "height", "camera"}))}},
-                               {"width", "height", "mimeType", "views"});
+        Schema::list("From where; front, right, top and isometric if left out. \"current\" is the user's view.",
+                     Schema::choice("A view.", views), 1, 9);
+    Json::Value view = placeSchema();
+    view["properties"]["view"] = Schema::text("Its name.");
+    view["properties"]["camera"] = cameraSchema();
+    view["properties"]["ids"] = drawnIdsSchema();
+    view["required"].append("view");
+    view["required"].append("camera");
+    tool.outputSchema =
+        Schema::result({{"width", Schema::count("In pixels.")},
+                        {"height", Schema::count("In pixels.")},
+                        {"mimeType", Schema::text("image/png or image/jpeg.")},
+                        {"views", Schema::list("Each view and its place in the picture.", std::move(view))}},
+                       {"width", "height", "mimeType", "views"});
     tool.readOnly = true;
     tool.idempotent = true;
     return tool;

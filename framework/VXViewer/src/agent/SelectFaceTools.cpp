@@ -1,6 +1,7 @@
 #include "AgentPick.h"
 #include "AgentSchema.h"
 #include "AgentToolList.h"
+#include "SceneSteps.h"
 #include "items/FaceSelectionEdit.h"
 
 #include <VXMesh/FaceSelection.h>
@@ -21,6 +22,8 @@ namespace VX
 
 namespace
 {
+
+namespace Schema = AgentSchema;
 
 constexpr double usualTolerance = 20;
 
@@ -48,7 +51,7 @@ Json::Value facesJson(const Viewer& viewer, const std::vector<VisibleFaces>& fou
         value["meshes"].append(std::move(mesh));
     }
     value["found"] = Json::UInt64(faces);
-    value["selectedFaces"] = Json::UInt64(countSelectedFaces(viewer.scene()));
+    value["selectedFaces"] = Json::UInt64(countShownSelectedFaces(viewer.scene()));
     return value;
 }
 
@@ -80,9 +83,8 @@ void grow(AgentContext& context, const std::shared_ptr<AgentCall>& call, const s
             FaceSet region = growRegion(*mesh, MeshTopology(*mesh), face, tolerance, isToStop);
             if (isToStop())
                 return;
-            CommandLoop::appendCommand(
-                [call, object = std::move(object), mesh = std::move(mesh), region = std::move(region)]() mutable
-                { takeRegion(call, object, mesh, std::move(region)); });
+            CommandLoop::appendCommand([call, object, mesh = std::move(mesh), region = std::move(region)]() mutable
+                                       { takeRegion(call, object, mesh, std::move(region)); });
         }
         catch (const std::bad_alloc&)
         {
@@ -116,7 +118,22 @@ void growFromFace(AgentContext& context, const std::shared_ptr<AgentCall>& call)
 
 void selectRegion(const std::shared_ptr<AgentContext>& context, const std::shared_ptr<AgentCall>& call)
 {
-    if (call->arguments().has("id"))
+    const AgentArguments arguments = call->arguments();
+    const bool hasFace = arguments.has("id") && arguments.has("face");
+    const bool hasPoint = arguments.has("ray") || (arguments.has("x") && arguments.has("y"));
+    if (!hasFace && !hasPoint)
+    {
+        call->answer(
+            tl::unexpected(std::string("Say where to look: \"x\" and \"y\", \"ray\", or \"id\" with \"face\".")));
+        return;
+    }
+    if (hasPoint && (arguments.has("id") || arguments.has("face")))
+    {
+        call->answer(tl::unexpected(
+            std::string("Say where to look in one way: \"x\" and \"y\", \"ray\", or \"id\" with \"face\".")));
+        return;
+    }
+    if (hasFace)
     {
         growFromFace(*context, call);
         return;
@@ -138,29 +155,37 @@ AgentResult selectRectangle(Viewer& viewer, const AgentArguments& arguments)
     const auto picture = pictureOf(viewer, arguments);
     if (!picture)
         return tl::unexpected(picture.error());
-    const Vector2d corner = pictureCorner(arguments);
-    const auto pixel = [&](const char* x, const char* y)
-    { return Vector2d(Vector2d(arguments.number(x, 0), arguments.number(y, 0)) - corner); };
-    const auto bounded = [](const Vector2d& value)
-    { return Vector2d(value.cwiseMax(0).cwiseMin(1e6).array().floor()); };
-    const Vector2d low = bounded(pixel("x0", "y0").cwiseMin(pixel("x1", "y1")));
-    const Vector2d high = bounded(pixel("x0", "y0").cwiseMax(pixel("x1", "y1")));
-    const std::vector<VisibleFaces> found = viewer.view().visibleFaces(
-        *picture, {static_cast<int>(low.x()), static_cast<int>(low.y()), static_cast<int>(high.x() - low.x()) + 1,
-                   static_cast<int>(high.y() - low.y()) + 1});
+    const auto first = pixelOf(*picture, arguments, "x0", "y0");
+    const auto second = pixelOf(*picture, arguments, "x1", "y1");
+    if (!first || !second)
+        return tl::unexpected(!first ? first.error() : second.error());
+    if (first->x() == second->x() || first->y() == second->y())
+        return tl::unexpected(std::string("The rectangle has no size: \"x0\" and \"x1\" must differ, and \"y0\" and "
+                                          "\"y1\"."));
+    const Vector2d low = first->cwiseMin(*second).array().floor();
+    const Vector2d high = first->cwiseMax(*second).array().floor();
+    const PixelRect rectangle{static_cast<int>(low.x()), static_cast<int>(low.y()),
+                              static_cast<int>(high.x() - low.x()) + 1, static_cast<int>(high.y() - low.y()) + 1};
+    std::vector<VisibleFaces> found = viewer.view().visibleFaces(picture->capture, rectangle);
+    if (picture->chosen)
+    {
+        for (VisibleFaces& each : found)
+            each.object = dynamic_cast<const ObjectMesh*>(picture->chosen->originalOf(each.object).get());
+    }
     selectFaces(viewer, translatable("Select Rectangle"), found, modeOf(arguments));
     return Mcp::ToolResult::of(facesJson(viewer, found));
 }
 
 Json::Value facesSchema()
 {
-    using namespace AgentSchema;
-    return result({{"found", count("Triangles that were found.")},
-                   {"selectedFaces", count("Triangles that are selected now, in all meshes.")},
-                   {"meshes", list("The meshes that they are of.",
-                                   result({{"id", objectId("The mesh.")}, {"faces", count("Triangles found of it.")}},
-                                          {"id", "faces"}))}},
-                  {"found", "selectedFaces", "meshes"});
+    return Schema::result(
+        {{"found", Schema::count("Triangles that were found.")},
+         {"selectedFaces", Schema::count("Triangles that are selected now, in all meshes that show.")},
+         {"meshes", Schema::list("The meshes that they are of.",
+                                 Schema::result({{"id", Schema::objectId("The mesh.")},
+                                                 {"faces", Schema::count("Triangles found of it.")}},
+                                                {"id", "faces"}))}},
+        {"found", "selectedFaces", "meshes"});
 }
 
 Json::Value modeSchema()
@@ -171,7 +196,6 @@ Json::Value modeSchema()
 
 Mcp::Tool primitiveTool()
 {
-    using namespace AgentSchema;
     Mcp::Tool tool;
     tool.name = "select.primitive";
     tool.title = "Select a flat or curved region";
@@ -180,11 +204,11 @@ Mcp::Tool primitiveTool()
         "surface turns more sharply than the tolerance, as at the edge of a hole or a face. Curved surfaces are made "
         "of flat facets, often 5 to 15 degrees apart: a tolerance below that ends at the first facet. Begin at a pixel "
         "of a picture, along a ray, or at \"face\" of \"id\". One step that \"history.undo\" takes back.";
-    tool.inputSchema =
-        object({{"id", objectId("The mesh, with \"face\" instead of a point.")},
-                {"face", integer("The triangle to begin at, from 0.", 0, 2147483647)},
-                {"angleTolerance", number("Between neighbouring triangles, in degrees; 20 if left out.", 0, 180)},
-                {"mode", modeSchema()}});
+    tool.inputSchema = Schema::object(
+        {{"id", Schema::objectId("The mesh; with \"face\", instead of a point.")},
+         {"face", Schema::integer("The triangle of \"id\" to begin at, from 0.", 0, 2147483647)},
+         {"angleTolerance", Schema::number("Between neighbouring triangles, in degrees; 20 if left out.", 0, 180)},
+         {"mode", modeSchema()}});
     addPointSchema(tool.inputSchema);
     tool.outputSchema = facesSchema();
     return tool;
@@ -192,20 +216,19 @@ Mcp::Tool primitiveTool()
 
 Mcp::Tool rectangleTool()
 {
-    using namespace AgentSchema;
     Mcp::Tool tool;
     tool.name = "select.rectangle";
     tool.title = "Select what is seen in a rectangle";
     tool.description =
-        "Selects the triangles that are seen within a rectangle of a picture; those behind others are left "
-        "out. One step that \"history.undo\" takes back.";
-    tool.inputSchema = object({{"x0", number("Pixels from the left: one corner.")},
-                               {"y0", number("Pixels from the top: that corner.")},
-                               {"x1", number("Pixels from the left: the opposite corner.")},
-                               {"y1", number("Pixels from the top: that corner.")},
-                               {"picture", pictureArgumentSchema()},
-                               {"mode", modeSchema()}},
-                              {"x0", "y0", "x1", "y1"});
+        "Selects all triangles of which some part is seen in a rectangle of a picture, whole; those behind others are "
+        "left out. One step that \"history.undo\" takes back.";
+    tool.inputSchema = Schema::object({{"x0", Schema::number("Pixels from the left: one corner.")},
+                                       {"y0", Schema::number("Pixels from the top: that corner.")},
+                                       {"x1", Schema::number("Pixels from the left: the opposite corner.")},
+                                       {"y1", Schema::number("Pixels from the top: that corner.")},
+                                       {"picture", pictureArgumentSchema()},
+                                       {"mode", modeSchema()}},
+                                      {"x0", "y0", "x1", "y1"});
     tool.outputSchema = facesSchema();
     return tool;
 }

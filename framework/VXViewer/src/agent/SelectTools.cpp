@@ -1,10 +1,10 @@
+#include "AgentNumbers.h"
 #include "AgentPick.h"
 #include "AgentSchema.h"
 #include "AgentToolList.h"
 #include "ObjectSummary.h"
 #include "Paging.h"
 #include "SceneSteps.h"
-#include "items/FaceSelectionEdit.h"
 #include "items/ObjectEdits.h"
 
 #include <VXMesh/ObjectMesh.h>
@@ -24,6 +24,8 @@ namespace VX
 namespace
 {
 
+namespace Schema = AgentSchema;
+
 using Objects = std::vector<std::shared_ptr<Object>>;
 
 Json::Value selectionJson(Viewer& viewer)
@@ -31,11 +33,12 @@ Json::Value selectionJson(Viewer& viewer)
     Json::Value value;
     const Objects selected = selectedObjects(viewer.scene());
     value["objects"] = Json::UInt64(selected.size());
-    value["faces"] = Json::UInt64(countSelectedFaces(viewer.scene()));
+    value["faces"] = Json::UInt64(countShownSelectedFaces(viewer.scene()));
     return value;
 }
 
-/// Selects objects, or takes them out of the selection, as one step.
+/// Selects objects, or takes them out of the selection, as one step. Nothing else stays selected, no triangles either,
+/// but with the modes "add" and "remove".
 void selectObjects(Viewer& viewer, const Objects& objects, const std::string& mode)
 {
     SceneEdit edit(*viewer.getGlobalHistoryStore(), translatable("Select Objects"));
@@ -47,10 +50,14 @@ void selectObjects(Viewer& viewer, const Objects& objects, const std::string& mo
                  [&](Object& object)
                  {
                      const bool selected = named.contains(&object) ? mode != "remove" : !replace && object.isSelected();
-                     if (object.isSelected() == selected || !object.parent())
+                     auto* mesh = dynamic_cast<ObjectMesh*>(&object);
+                     const bool losesFaces = replace && mesh && mesh->selectedFaces();
+                     if ((object.isSelected() == selected && !losesFaces) || !object.parent())
                          return;
                      edit.touch(object.shared_from_this());
                      object.setSelected(selected);
+                     if (losesFaces)
+                         mesh->setSelectedFaces(nullptr);
                  });
 }
 
@@ -69,7 +76,7 @@ void finishPick(const std::shared_ptr<AgentCall>& call, const std::optional<Pick
     {
         value["object"] = agentJson(*object, Detail::Summary);
         value["element"] = hit->element;
-        value["point"] = toJson(hit->point);
+        value["point"] = rounded(toJson(hit->point));
     }
     value["selected"] = selectionJson(viewer);
     call->answer(Mcp::ToolResult::of(std::move(value)));
@@ -94,7 +101,8 @@ AgentResult get(Viewer& viewer, const AgentArguments& arguments)
                  [&](Object& object)
                  {
                      const auto* mesh = dynamic_cast<const ObjectMesh*>(&object);
-                     if (object.parent() && (object.isSelected() || (mesh && mesh->selectedFaces())))
+                     const bool hasFaces = mesh && mesh->selectedFaces() && isShown(object);
+                     if (object.parent() && (object.isSelected() || hasFaces))
                          found.push_back(object.shared_from_this());
                  });
     Json::Value value;
@@ -124,7 +132,7 @@ AgentResult deleteSelection(Viewer& viewer, const AgentArguments& arguments)
                                           "\"select.primitive\" or \"select.rectangle\" first."
                                         : "No object is selected. Select some with \"select.objects\" first, or use "
                                           "\"scene.remove\"."));
-    const std::size_t faces = countSelectedFaces(viewer.scene());
+    const std::size_t faces = countShownSelectedFaces(viewer.scene());
     const std::size_t objects = selectedObjects(viewer.scene()).size();
     Json::Value value;
     value["deletedFaces"] = 0;
@@ -132,7 +140,7 @@ AgentResult deleteSelection(Viewer& viewer, const AgentArguments& arguments)
     if (what == "faces")
     {
         deleteSelectedFaces(viewer);
-        value["deletedFaces"] = Json::UInt64(faces - countSelectedFaces(viewer.scene()));
+        value["deletedFaces"] = Json::UInt64(faces - countShownSelectedFaces(viewer.scene()));
     }
     else
     {
@@ -145,22 +153,21 @@ AgentResult deleteSelection(Viewer& viewer, const AgentArguments& arguments)
 
 Json::Value selectionSchema()
 {
-    using namespace AgentSchema;
-    return described(result({{"objects", count("Objects selected as a whole.")},
-                             {"faces", count("Triangles selected, in all meshes.")}},
-                            {"objects", "faces"}),
-                     "What is selected now.");
+    return Schema::described(Schema::result({{"objects", Schema::count("Objects selected as a whole.")},
+                                             {"faces", Schema::count("Triangles selected, in all meshes that show.")}},
+                                            {"objects", "faces"}),
+                             "What is selected now.");
 }
 
 Json::Value modeSchema()
 {
-    return AgentSchema::choice("What becomes of the selection before: \"replace\" if left out.",
+    return AgentSchema::choice("What becomes of the objects and triangles selected before: \"replace\" (if left out) "
+                               "selects neither any more.",
                                {"replace", "add", "remove"});
 }
 
 Mcp::Tool pickTool()
 {
-    using namespace AgentSchema;
     Mcp::Tool tool;
     tool.name = "select.pick";
     tool.title = "Find what is at a point";
@@ -168,29 +175,30 @@ Mcp::Tool pickTool()
         "Finds the object, point in space and triangle at a pixel of a picture, or along a ray, and selects "
         "the object. Nothing is selected where nothing is hit. Selecting is a step that \"history.undo\" "
         "takes back. The first pick of a large mesh takes a few seconds.";
-    tool.inputSchema = object(
-        {{"select", choice("\"object\" (if left out): select it; \"nothing\": only look.", {"object", "nothing"})},
-         {"mode", modeSchema()}});
+    tool.inputSchema =
+        Schema::object({{"select", Schema::choice("\"object\" (if left out): select it; \"nothing\": only look.",
+                                                  {"object", "nothing"})},
+                        {"mode", modeSchema()}});
     addPointSchema(tool.inputSchema);
-    tool.outputSchema = result({{"hit", flag("Whether something is there.")},
-                                {"object", shortObjectSchema()},
-                                {"element", count("The triangle, point or segment of the object that was hit, from 0; "
+    tool.outputSchema =
+        Schema::result({{"hit", Schema::flag("Whether something is there.")},
+                        {"object", shortObjectSchema()},
+                        {"element", Schema::count("The triangle, point or segment of the object that was hit, from 0; "
                                                   "\"select.primitive\" takes it as \"face\".")},
-                                {"point", vector("Where it was hit, in scene coordinates (mm).")},
-                                {"selected", selectionSchema()}},
-                               {"hit", "selected"});
+                        {"point", Schema::vector("Where it was hit, in scene coordinates (mm).")},
+                        {"selected", selectionSchema()}},
+                       {"hit", "selected"});
     return tool;
 }
 
 Mcp::Tool objectsTool()
 {
-    using namespace AgentSchema;
     Mcp::Tool tool;
     tool.name = "select.objects";
     tool.title = "Select objects by their ids";
     tool.description = "Selects whole objects, for ribbon items that work on the selection. Other tools take ids "
                        "themselves. One step that \"history.undo\" takes back.";
-    tool.inputSchema = object({{"ids", objectIds("The objects.")}, {"mode", modeSchema()}}, {"ids"});
+    tool.inputSchema = Schema::object({{"ids", Schema::objectIds("The objects.")}, {"mode", modeSchema()}}, {"ids"});
     tool.outputSchema = selectionSchema();
     tool.idempotent = true;
     return tool;
@@ -198,17 +206,16 @@ Mcp::Tool objectsTool()
 
 Mcp::Tool getTool()
 {
-    using namespace AgentSchema;
     Mcp::Tool tool;
     tool.name = "select.get";
     tool.title = "What is selected";
     tool.description = "Lists the objects that are selected, as a whole or some of their triangles.";
-    tool.inputSchema = object({{"limit", Paging::limitSchema()}, {"cursor", Paging::cursorSchema()}});
-    tool.outputSchema = result({{"selected", selectionSchema()},
-                                {"objects", list("In the order of the scene.", shortObjectSchema())},
-                                {"total", Paging::totalSchema()},
-                                {"nextCursor", Paging::nextCursorSchema()}},
-                               {"selected", "objects", "total"});
+    tool.inputSchema = Schema::object({{"limit", Paging::limitSchema()}, {"cursor", Paging::cursorSchema()}});
+    tool.outputSchema = Schema::result({{"selected", selectionSchema()},
+                                        {"objects", Schema::list("In the order of the scene.", shortObjectSchema())},
+                                        {"total", Paging::totalSchema()},
+                                        {"nextCursor", Paging::nextCursorSchema()}},
+                                       {"selected", "objects", "total"});
     tool.readOnly = true;
     tool.idempotent = true;
     return tool;
@@ -228,19 +235,19 @@ Mcp::Tool clearTool()
 
 Mcp::Tool deleteTool()
 {
-    using namespace AgentSchema;
     Mcp::Tool tool;
     tool.name = "select.delete";
     tool.title = "Delete what is selected";
     tool.description =
         "Cuts the selected triangles out of their meshes or, where none are selected, takes the selected "
         "objects out of the scene. One step that \"history.undo\" takes back.";
-    tool.inputSchema = object(
-        {{"what", choice("\"faces\" where some are selected, else \"objects\", if left out.", {"faces", "objects"})}});
-    tool.outputSchema = result({{"deletedFaces", count("Triangles that went.")},
-                                {"deletedObjects", count("Objects that went.")},
-                                {"selected", selectionSchema()}},
-                               {"deletedFaces", "deletedObjects", "selected"});
+    tool.inputSchema =
+        Schema::object({{"what", Schema::choice("\"faces\" where some are selected, else \"objects\", if left out.",
+                                                {"faces", "objects"})}});
+    tool.outputSchema = Schema::result({{"deletedFaces", Schema::count("Triangles that went.")},
+                                        {"deletedObjects", Schema::count("Objects that went.")},
+                                        {"selected", selectionSchema()}},
+                                       {"deletedFaces", "deletedObjects", "selected"});
     tool.destructive = true;
     return tool;
 }

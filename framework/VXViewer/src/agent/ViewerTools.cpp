@@ -41,7 +41,8 @@ Mcp::Tool statusTool()
     tool.title = "What the viewer is doing";
     tool.description =
         "Tells the program's version, the scene in numbers, whether there are unsaved changes, the window, "
-        "the long work that runs, and which files may be loaded and saved where. A good first call.";
+        "what waits for the user, the long work that runs, and which files may be loaded and saved where. A good first "
+        "call.";
     tool.inputSchema = AgentSchema::object({});
     tool.outputSchema = viewerStatusSchema();
     tool.readOnly = true;

@@ -19,6 +19,7 @@
 #include <exception>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace VX
 {
@@ -123,12 +124,17 @@ void SceneFiles::saveAs()
     saveAs_(false);
 }
 
+bool SceneFiles::saveAsks() const
+{
+    return !isSceneFile(viewer_.sceneFile());
+}
+
 void SceneFiles::save_(bool thenClose)
 {
-    if (isSceneFile(viewer_.sceneFile()) && !viewer_.scene().children().empty())
-        saveScene_(viewer_.sceneFile(), false, thenClose);
-    else
+    if (saveAsks() || viewer_.scene().children().empty())
         saveAs_(thenClose);
+    else
+        saveScene_(viewer_.sceneFile(), false, thenClose);
 }
 
 void SceneFiles::saveAs_(bool thenClose)
@@ -203,12 +209,12 @@ std::uint64_t SceneFiles::saveTo(const std::filesystem::path& path, AtomicFile::
     return write_(job);
 }
 
-std::uint64_t SceneFiles::saveTo(const std::vector<std::shared_ptr<Object>>& objects, const std::filesystem::path& path,
+std::uint64_t SceneFiles::saveTo(std::shared_ptr<const Object> part, const std::filesystem::path& path,
                                  AtomicFile::Existing existing, OutcomeHandler done)
 {
     auto job = std::make_shared<Job>();
     job->path = path;
-    job->root = copyInScene(objects);
+    job->root = std::move(part);
     job->existing = existing;
     job->done = std::move(done);
     return write_(job);

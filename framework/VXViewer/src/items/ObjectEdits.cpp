@@ -26,25 +26,6 @@ namespace
 
 using Children = std::vector<std::shared_ptr<Object>>;
 
-/// Takes `objects` out of the scene, from each parent at once.
-void removeAll(SceneEdit& edit, const Children& objects)
-{
-    std::unordered_set<const Object*> doomed;
-    std::unordered_set<Object*> parents;
-    for (const std::shared_ptr<Object>& object : objects)
-    {
-        doomed.insert(object.get());
-        parents.insert(object->parent());
-    }
-    for (Object* parent : parents)
-    {
-        edit.touch(parent->shared_from_this());
-        Children left = parent->children();
-        std::erase_if(left, [&](const auto& child) { return doomed.contains(child.get()); });
-        parent->setChildren(std::move(left));
-    }
-}
-
 /// Names for copies beside their originals.
 class CopyNames
 {
@@ -130,13 +111,32 @@ void deleteSelectedFaces(Viewer& viewer)
         object->setMesh(std::move(mesh));
         object->setSelectedFaces(nullptr);
     }
-    removeAll(edit, emptied);
+    removeObjects(edit, emptied);
 }
 
 void deleteSelectedObjects(Viewer& viewer)
 {
     SceneEdit edit(*viewer.getGlobalHistoryStore(), translatable("Delete Selection"));
-    removeAll(edit, topmostSelectedObjects(viewer.scene()));
+    removeObjects(edit, topmostSelectedObjects(viewer.scene()));
+}
+
+void removeObjects(SceneEdit& edit, const Children& objects)
+{
+    std::unordered_set<const Object*> doomed;
+    std::unordered_set<Object*> parents;
+    for (const std::shared_ptr<Object>& object : objects)
+    {
+        doomed.insert(object.get());
+        parents.insert(object->parent());
+    }
+    // From each parent at once.
+    for (Object* parent : parents)
+    {
+        edit.touch(parent->shared_from_this());
+        Children left = parent->children();
+        std::erase_if(left, [&](const auto& child) { return doomed.contains(child.get()); });
+        parent->setChildren(std::move(left));
+    }
 }
 
 void duplicateSelectedObjects(Viewer& viewer)

@@ -1,8 +1,13 @@
 #pragma once
 
+#include <memory>
+#include <vector>
+
 namespace VX
 {
 
+class Object;
+class SceneEdit;
 class Viewer;
 
 // Changes of the selected objects, each a step of the history.
@@ -13,6 +18,9 @@ void deleteSelectedFaces(Viewer& viewer);
 
 /// Takes the selected objects with all below them out of the scene.
 void deleteSelectedObjects(Viewer& viewer);
+
+/// Takes `objects`, of which none is below another, with all below them out of the scene, as a part of `edit`.
+void removeObjects(SceneEdit& edit, const std::vector<std::shared_ptr<Object>>& objects);
 
 /// Puts a copy behind each selected object, which shares its geometry, and selects the copies instead.
 void duplicateSelectedObjects(Viewer& viewer);

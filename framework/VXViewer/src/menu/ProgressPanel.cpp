@@ -15,8 +15,6 @@ namespace VX
 namespace
 {
 
-constexpr const char* windowName = "Progress";
-
 /// Shorter work shows no panel: it would only flash.
 constexpr double delay = 0.25;
 constexpr double refreshInterval = 0.1;
@@ -64,22 +62,22 @@ void ProgressPanel::draw()
     const std::vector<ProgressInfo> tasks = ProgressBar::tasks();
     if (tasks.empty())
     {
-        UI::closeModal(windowName);
+        UI::closeModal(windowName());
         return;
     }
     const auto oldest = std::max_element(tasks.begin(), tasks.end(),
                                          [](const auto& a, const auto& b) { return a.elapsed < b.elapsed; });
-    if (oldest->elapsed < delay && !ImGui::IsPopupOpen(windowName))
+    if (oldest->elapsed < delay && !ImGui::IsPopupOpen(windowName()))
     {
         viewer_.loop().requestFrameAfter(delay - oldest->elapsed);
         return;
     }
     viewer_.loop().requestFrameAfter(refreshInterval);
-    if (!ImGui::IsPopupOpen(windowName))
-        ImGui::OpenPopup(windowName);
+    if (!ImGui::IsPopupOpen(windowName()))
+        ImGui::OpenPopup(windowName());
     const bool several = tasks.size() > 1;
     const std::string title = several ? trn("{} task", "{} tasks", tasks.size(), tasks.size()) : tasks.front().title;
-    if (!UI::beginModal(windowName, title, UI::px(480)))
+    if (!UI::beginModal(windowName(), title, UI::px(480)))
         return;
     for (std::size_t i = 0; i < std::min(tasks.size(), maxRows); ++i)
         drawRow(tasks[i], several);
@@ -87,7 +85,7 @@ void ProgressPanel::draw()
         UI::secondaryText(trf("and {} more", tasks.size() - maxRows));
     UI::endModal();
     if (!ProgressBar::isOrdered())
-        UI::closeModal(windowName);
+        UI::closeModal(windowName());
 }
 
 } // namespace VX

@@ -17,6 +17,8 @@ public:
 
     void draw();
 
+    [[nodiscard]] static const char* windowName() { return "Progress"; }
+
 private:
     Viewer& viewer_;
 };

@@ -20,9 +20,9 @@ constexpr double lowest = std::numeric_limits<double>::lowest();
 
 } // namespace
 
-CameraFit::CameraFit(const Camera& camera, const FitArea& area)
+CameraFit::CameraFit(const Camera& camera, const FitArea& area, const Vector3d& origin)
     : rotation_(camera.rotation().toRotationMatrix())
-    , origin_(camera.target())
+    , origin_(origin)
     , flat_(camera.projection() == Projection::Orthographic)
     , bounds_(Eigen::Array4d::Constant(lowest))
     , nearest_(lowest)

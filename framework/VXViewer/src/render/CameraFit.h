@@ -11,7 +11,8 @@ namespace VX
 class CameraFit
 {
 public:
-    CameraFit(const Camera& camera, const FitArea& area);
+    /// @param origin  near the points, so that sums keep their digits wherever the camera stands
+    CameraFit(const Camera& camera, const FitArea& area, const Vector3d& origin);
 
     void add(const Vector3d& point)
     {
@@ -30,7 +31,7 @@ public:
 
 private:
     Eigen::Matrix3d rotation_;
-    Vector3d origin_;       ///< near the scene, so that sums keep their digits
+    Vector3d origin_;
     Eigen::Array4d slopes_; ///< of the planes at the right, left, top and bottom, by the distance from the eye
     bool flat_;
     Eigen::Array4d bounds_; ///< how far the points reach towards each plane

@@ -68,6 +68,12 @@ TEST_F(FileToolsTests, NamesTheKindsOfFilesThatCanBeLoaded)
     EXPECT_THAT(error_("scene.loadFile", withPath_(folder_.write("part.xyzzy", ""))), HasSubstr(".stl"));
 }
 
+TEST_F(FileToolsTests, LoadsNoFolder)
+{
+    EXPECT_EQ(error_("scene.loadFile", withPath_(folder_.path())),
+              "\"" + folder_.path().string() + "\" is a folder. Name a file in it.");
+}
+
 TEST_F(FileToolsTests, LoadsNothingFromElsewhere)
 {
     const VX::Test::TempDir elsewhere;
@@ -151,6 +157,33 @@ TEST_F(FileToolsTests, SavesChosenObjectsAlone)
     const Json::Value loaded = call_("scene.loadFile", withPath_(folder_.path() / "one.stl"));
     EXPECT_EQ(loaded["objects"][0]["triangles"].asInt(), 12);
     EXPECT_EQ(loaded["objects"][0]["box"]["min"][0].asDouble(), 3);
+}
+
+TEST_F(FileToolsTests, SavesAHiddenObjectThatIsNamed)
+{
+    b_->setVisible(false);
+    const Json::Value saved =
+        call_("scene.saveFile", withPath_(folder_.path() / "one.stl", R"("ids": [)" + id_(*b_) + "]"));
+    EXPECT_TRUE(saved["warnings"].empty());
+    EXPECT_EQ(call_("scene.loadFile", withPath_(folder_.path() / "one.stl"))["objects"][0]["triangles"].asInt(), 12);
+    EXPECT_FALSE(b_->isVisible());
+}
+
+TEST_F(FileToolsTests, SavesOnceWhatIsNamedTwice)
+{
+    a_->addChild(b_);
+    const std::string ids = R"("ids": [)" + id_(*b_) + ", " + id_(*a_) + ", " + id_(*b_) + "]";
+    call_("scene.saveFile", withPath_(folder_.path() / "two.stl", ids));
+    EXPECT_EQ(call_("scene.loadFile", withPath_(folder_.path() / "two.stl"))["objects"][0]["triangles"].asInt(), 24);
+}
+
+TEST_F(FileToolsTests, SaysHowManyHiddenObjectsAreNotInTheFile)
+{
+    b_->setVisible(false);
+    const Json::Value saved = call_("scene.saveFile", withPath_(folder_.path() / "scene.obj"));
+    ASSERT_EQ(saved["warnings"].size(), 1U);
+    EXPECT_THAT(saved["warnings"][0].asString(), HasSubstr("1 hidden object was left out"));
+    EXPECT_TRUE(call_("scene.saveFile", withPath_(folder_.path() / "scene.vxu"))["warnings"].empty());
 }
 
 TEST_F(FileToolsTests, NeverReplacesAFileUnlessTold)

@@ -28,6 +28,14 @@ TEST_F(SceneEditToolsTests, RemovesObjects)
     EXPECT_EQ(history_().lastActionName(), "Remove Objects");
 }
 
+TEST_F(SceneEditToolsTests, RemovingLeavesOtherObjectsSelected)
+{
+    b_->setSelected(true);
+    c_->addChild(a_);
+    callAsStep_("scene.remove", withIds_({a_, c_}));
+    EXPECT_THAT(selectedNames_(), ElementsAre("B"));
+}
+
 TEST_F(SceneEditToolsTests, RemovesNothingWhereOneOfTheIdsIsUnknown)
 {
     EXPECT_THAT(error_("scene.remove", R"({"ids": [)" + id_(*a_) + ", 999999999]}"), HasSubstr("scene.list"));
@@ -51,6 +59,16 @@ TEST_F(SceneEditToolsTests, RefusesANameOfBlanks)
     EXPECT_THAT(error_("scene.rename", R"({"id": )" + id_(*a_) + R"(, "name": " "})"), HasSubstr("needs a letter"));
 }
 
+TEST_F(SceneEditToolsTests, TakesTheSameNamesEverywhere)
+{
+    const std::string wrong = R"("name": "Two\nlines")";
+    EXPECT_THAT(error_("scene.rename", R"({"id": )" + id_(*a_) + ", " + wrong + "}"), HasSubstr("control characters"));
+    EXPECT_THAT(error_("scene.group", withIds_({a_}, wrong)), HasSubstr("control characters"));
+    EXPECT_THAT(error_("scene.createObject", R"({"shape": "cube", )" + wrong + "}"), HasSubstr("control characters"));
+    a_->setName(std::string(255, 'x'));
+    EXPECT_EQ(callAsStep_("scene.duplicate", withIds_({a_}))["objects"][0]["name"].asString().size(), 255U);
+}
+
 TEST_F(SceneEditToolsTests, HidesAndShowsObjects)
 {
     callAsStep_("scene.setVisibility", withIds_({a_, b_}, R"("visible": false)"));
@@ -62,7 +80,10 @@ TEST_F(SceneEditToolsTests, HidesAndShowsObjects)
 TEST_F(SceneEditToolsTests, ChangesColorOpacityAndShading)
 {
     a_->addChild(b_);
-    callAsStep_("scene.setAppearance", withIds_({a_}, R"("color": "#FF8000", "opacity": 0.5, "flatShaded": true)"));
+    const Json::Value answer = callAsStep_("scene.setAppearance", withIds_({a_}, R"("color": "#FF8000", "opacity": 0.5,
+                                                                                  "flatShaded": true)"));
+    EXPECT_EQ(answer["objects"][0]["color"].asString(), "#ff8000");
+    EXPECT_NEAR(answer["objects"][0]["opacity"].asDouble(), 0.5, 0.01);
     for (const auto& object : {a_, b_})
     {
         EXPECT_EQ(object->color(), (Color{0xFF, 0x80, 0, 128}));
@@ -111,6 +132,14 @@ TEST_F(SceneEditToolsTests, RefusesToFlattenObjects)
     EXPECT_THAT(error_("scene.transform", withIds_({a_}, R"("scale": 0)")), HasSubstr("scale other than 0"));
 }
 
+TEST_F(SceneEditToolsTests, RefusesToMoveObjectsTooFarAway)
+{
+    callAsStep_("scene.transform", withIds_({a_}, R"("translate": [6e11, 0, 0])"));
+    EXPECT_THAT(error_("scene.transform", withIds_({a_}, R"("translate": [6e11, 0, 0])")), HasSubstr("1e12"));
+    EXPECT_THAT(error_("scene.transform", withIds_({b_}, R"("scale": 1e12)")), HasSubstr("1e12"));
+    callAsStep_("scene.transform", withIds_({a_}, R"("translate": [-6e11, 0, 0])"));
+}
+
 TEST_F(SceneEditToolsTests, TellsThatThereIsNothingToChange)
 {
     EXPECT_THAT(error_("scene.setAppearance", withIds_({a_})), HasSubstr("\"opacity\""));
@@ -140,6 +169,24 @@ TEST_F(SceneEditToolsTests, CreatesASimpleObject)
     EXPECT_EQ(object["name"].asString(), "Block");
     EXPECT_EQ(object["box"]["min"][0].asDouble(), 9);
     EXPECT_EQ(object["box"]["max"][2].asDouble(), 3);
+}
+
+TEST_F(SceneEditToolsTests, CreatesNothingTooFarAwayOrTooLarge)
+{
+    EXPECT_THAT(error_("scene.createObject", R"({"shape": "cube", "position": [0, 1e12, 0]})"), HasSubstr("1e12"));
+    EXPECT_THAT(error_("scene.createObject", R"({"shape": "sphere", "radius": 9e11, "position": [0, 2e11, 0]})"),
+                HasSubstr("1e12"));
+    const Json::Value large = callAsStep_("scene.createObject", R"({"shape": "cube", "width": 1e11, "height": 1e11,
+                                                                    "depth": 1e11, "position": [5e11, 0, 0]})");
+    EXPECT_EQ(call_("select.primitive", R"({"face": 0, "id": )" + large["id"].asString() + "}")["found"].asInt(), 2);
+}
+
+TEST_F(SceneEditToolsTests, RefusesASizeThatTheShapeDoesNotHave)
+{
+    EXPECT_EQ(error_("scene.createObject", R"({"shape": "sphere", "width": 3})"),
+              "A sphere has no \"width\". It takes \"radius\", \"segments\".");
+    EXPECT_EQ(error_("scene.createObject", R"({"shape": "arrow", "radius": 3})"),
+              "An arrow has no \"radius\". It takes \"height\", \"segments\".");
 }
 
 TEST_F(SceneEditToolsTests, RefusesATorusWhoseTubeIsThickerThanItsRing)

@@ -20,6 +20,15 @@ protected:
         return fmt::format(R"({{"ray": {{"origin": [{}, {}, 100], "direction": [0, 0, -1]}}{}{}}})", middle.x(),
                            middle.y(), more.empty() ? "" : ", ", more);
     }
+
+    /// What is told of a picture of A alone, from above, where B covers A.
+    [[nodiscard]] Json::Value pictureOfA_()
+    {
+        b_->setTransform(Transform(Eigen::Translation3d(-4, -1, 10)));
+        return call_("viewer.captureScreenshot",
+                     R"({"maxSize": 200, "camera": {"eye": [0.5, 0.5, 100], "target": [0.5, 0.5, 0]}, "ids": [)" +
+                         id_(*a_) + "]}");
+    }
 };
 
 TEST_F(SelectToolsTests, PicksAndSelectsTheObjectAlongARay)
@@ -46,8 +55,9 @@ TEST_F(SelectToolsTests, TakesThePictureAsItWasAnswered)
 {
     const Json::Value& known = tool_("select.pick").inputSchema["properties"]["picture"]["properties"];
     const Json::Value taken = call_("viewer.captureScreenshot", R"({"maxSize": 100})");
-    const Json::Value montage = call_("viewer.captureMontage", R"({"maxSize": 100})");
-    for (const Json::Value& picture : {taken, montage["views"][0]})
+    const Json::Value window = call_("viewer.captureScreenshot", R"({"maxSize": 100, "area": "window"})");
+    const Json::Value montage = call_("viewer.captureMontage", R"({"maxSize": 100, "ids": [)" + id_(*a_) + "]}");
+    for (const Json::Value& picture : {taken, window, montage["views"][0]})
     {
         for (const std::string& field : picture.getMemberNames())
             EXPECT_TRUE(known.isMember(field)) << field;
@@ -64,6 +74,47 @@ TEST_F(SelectToolsTests, PicksWhatAViewOfAMontageShowsAtAPixelOfTheWhole)
     arguments["x"] = top["x"].asInt() + top["width"].asInt() / 2;
     arguments["y"] = top["y"].asInt() + top["height"].asInt() / 2;
     EXPECT_EQ(call_("select.pick", arguments.toStyledString())["object"]["name"].asString(), "B");
+}
+
+TEST_F(SelectToolsTests, HitsOnlyTheObjectsThatThePictureShows)
+{
+    Json::Value arguments;
+    arguments["picture"] = pictureOfA_();
+    arguments["x"] = arguments["picture"]["width"].asInt() / 2;
+    arguments["y"] = arguments["picture"]["height"].asInt() / 2;
+    EXPECT_EQ(callAsStep_("select.pick", arguments.toStyledString())["object"]["name"].asString(), "A");
+    EXPECT_THAT(selectedNames_(), ElementsAre("A"));
+    arguments["picture"].removeMember("ids");
+    EXPECT_EQ(call_("select.pick", arguments.toStyledString())["object"]["name"].asString(), "B");
+}
+
+TEST_F(SelectToolsTests, SelectsInARectangleOnlyTheTrianglesThatThePictureShows)
+{
+    Json::Value arguments;
+    arguments["picture"] = pictureOfA_();
+    arguments["x0"] = arguments["y0"] = 0;
+    arguments["x1"] = arguments["picture"]["width"];
+    arguments["y1"] = arguments["picture"]["height"];
+    const Json::Value found = callAsStep_("select.rectangle", arguments.toStyledString());
+    ASSERT_EQ(found["meshes"].size(), 1U);
+    EXPECT_EQ(found["meshes"][0]["id"].asUInt64(), a_->id());
+    EXPECT_EQ(found["found"].asInt(), 2);
+}
+
+TEST_F(SelectToolsTests, PicksWhatAPictureOfTheWindowShowsAtAPixel)
+{
+    driver_.settle();
+    const PixelRect& area = viewer_.view().area();
+    const Vector2d inView = viewer_.view().camera().project(c_->worldBox().center(), {area.width, area.height}).value();
+    Json::Value arguments;
+    arguments["picture"] = call_("viewer.captureScreenshot", R"({"area": "window", "maxSize": 500})");
+    arguments["x"] = (area.x + inView.x()) / 2;
+    arguments["y"] = (area.y + inView.y()) / 2;
+    // The user looks elsewhere meanwhile.
+    call_("camera.set", R"({"view": "bottom"})");
+    EXPECT_EQ(call_("select.pick", arguments.toStyledString())["object"]["name"].asString(), "C");
+    arguments["x"] = 1;
+    EXPECT_THAT(error_("select.pick", arguments.toStyledString()), HasSubstr("outside of the picture"));
 }
 
 TEST_F(SelectToolsTests, SelectsNothingWhereNothingIs)
@@ -86,6 +137,16 @@ TEST_F(SelectToolsTests, AsksWhereToLook)
 {
     EXPECT_THAT(error_("select.pick"), HasSubstr("\"ray\""));
     EXPECT_THAT(error_("select.pick", R"({"x": 5000, "y": 1})"), HasSubstr("outside of the picture"));
+    EXPECT_THAT(error_("select.pick", rayOnto_(*b_, R"("x": 5, "y": 5)")), HasSubstr("in one way"));
+}
+
+TEST_F(SelectToolsTests, AsksWhereTheRegionBegins)
+{
+    const std::string where = "Say where to look: \"x\" and \"y\", \"ray\", or \"id\" with \"face\".";
+    EXPECT_EQ(error_("select.primitive", R"({"id": )" + id_(*b_) + "}"), where);
+    EXPECT_EQ(error_("select.primitive", R"({"face": 0})"), where);
+    EXPECT_EQ(error_("select.primitive"), where);
+    EXPECT_THAT(error_("select.primitive", rayOnto_(*b_, R"("face": 0)")), HasSubstr("in one way"));
 }
 
 TEST_F(SelectToolsTests, SelectsObjectsByTheirIds)
@@ -95,6 +156,31 @@ TEST_F(SelectToolsTests, SelectsObjectsByTheirIds)
     EXPECT_THAT(selectedNames_(), ElementsAre("A", "C"));
     callAsStep_("select.objects", R"({"mode": "remove", "ids": [)" + id_(*a_) + "]}");
     EXPECT_THAT(selectedNames_(), ElementsAre("C"));
+}
+
+TEST_F(SelectToolsTests, SelectingOtherObjectsSelectsNoTrianglesAnyMore)
+{
+    call_("select.primitive", R"({"face": 0, "id": )" + id_(*b_) + "}");
+    EXPECT_EQ(callAsStep_("select.objects", R"({"ids": [)" + id_(*a_) + "]}")["faces"].asInt(), 0);
+    EXPECT_EQ(call_("select.delete")["deletedObjects"].asInt(), 1);
+    EXPECT_THAT(namesBelow_(viewer_.scene()), ElementsAre("B", "C"));
+}
+
+TEST_F(SelectToolsTests, AddingObjectsKeepsTheTrianglesSelected)
+{
+    call_("select.primitive", R"({"face": 0, "id": )" + id_(*b_) + "}");
+    const Json::Value selected = call_("select.objects", R"({"mode": "add", "ids": [)" + id_(*a_) + "]}");
+    EXPECT_EQ(selected["faces"].asInt(), 2);
+}
+
+TEST_F(SelectToolsTests, CountsNoTrianglesOfAHiddenObjectWhichAreNotDeleted)
+{
+    call_("select.primitive", R"({"face": 0, "id": )" + id_(*b_) + "}");
+    b_->setVisible(false);
+    const Json::Value selected = call_("select.get");
+    EXPECT_EQ(selected["selected"]["faces"].asInt(), 0);
+    EXPECT_TRUE(selected["objects"].empty());
+    EXPECT_THAT(error_("select.delete", R"({"what": "faces"})"), HasSubstr("No faces of a mesh that shows"));
 }
 
 TEST_F(SelectToolsTests, SelectsTheCurvedRegionAroundAFace)
@@ -123,6 +209,15 @@ TEST_F(SelectToolsTests, SelectsWhatIsSeenInARectangle)
         "up": [0, 1, 0]}}})");
     EXPECT_EQ(found["found"].asInt(), 6);
     EXPECT_EQ(found["meshes"].size(), 3U);
+}
+
+TEST_F(SelectToolsTests, RefusesARectangleThatIsNotInThePicture)
+{
+    EXPECT_THAT(error_("select.rectangle", R"({"x0": 1, "y0": 1, "x1": 500, "y1": 20, "picture":
+        {"width": 400, "height": 300}})"),
+                HasSubstr("outside of the picture"));
+    EXPECT_THAT(error_("select.rectangle", R"({"x0": 5, "y0": 1, "x1": 5, "y1": 20})"), HasSubstr("has no size"));
+    EXPECT_EQ(history_().position(), 0U);
 }
 
 TEST_F(SelectToolsTests, DeletesTheSelectedFacesAndOneUndoBringsThemBack)

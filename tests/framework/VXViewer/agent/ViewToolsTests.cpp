@@ -1,10 +1,16 @@
 #include "AgentFixture.h"
 
+#include <VXViewer/ImGuiMenu.h>
+#include <VXViewer/NotificationType.h>
+
+#define GLFW_INCLUDE_NONE
+#include <GLFW/glfw3.h>
 #include <gtest/gtest.h>
 
 namespace VX
 {
 
+using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -38,6 +44,31 @@ TEST_F(ViewToolsTests, StaysWhereItIsPlacedAlsoWhereAStandardDirectionIsNamed)
 {
     call_("camera.set", R"({"view": "top", "eye": [0, -70, 10], "target": [0, 0, 10]})");
     EXPECT_TRUE(viewer_.view().camera().eye().isApprox(Vector3d(0, -70, 10)));
+}
+
+TEST_F(ViewToolsTests, KeepsAStandardDirectionWhereTheTargetOrTheEyeAloneIsNamed)
+{
+    call_("camera.set", R"({"view": "bottom", "target": [50, 60, 70]})");
+    const Camera& camera = viewer_.view().camera();
+    EXPECT_TRUE(camera.direction().isApprox(Vector3d::UnitZ()));
+    EXPECT_TRUE(camera.up().isApprox(-Vector3d::UnitY()));
+    EXPECT_TRUE(camera.target().isApprox(Vector3d(50, 60, 70)));
+    const double distance = camera.distance();
+    call_("camera.set", R"({"view": "front", "eye": [1, 2, 3]})");
+    EXPECT_TRUE(camera.eye().isApprox(Vector3d(1, 2, 3)));
+    EXPECT_TRUE(camera.target().isApprox(Vector3d(1, 2 + distance, 3)));
+}
+
+TEST_F(ViewToolsTests, ComesBackFromFarAway)
+{
+    call_("camera.set", R"({"view": "front"})");
+    const Vector3d target = viewer_.view().camera().target();
+    const double distance = viewer_.view().camera().distance();
+    call_("camera.set", R"({"eye": [7e11, -9.9e11, 3e11], "target": [7e11, -9e11, 3e11]})");
+    call_("camera.fit");
+    EXPECT_NEAR((viewer_.view().camera().target() - target).norm(), 0, 1e-9);
+    EXPECT_NEAR(viewer_.view().camera().distance(), distance, 1e-9);
+    EXPECT_THAT(error_("camera.set", R"({"eye": [0, -1e12, 0]})"), HasSubstr("1e12"));
 }
 
 TEST_F(ViewToolsTests, LooksStraightDownWithoutBeingToldWhatIsUp)
@@ -110,6 +141,66 @@ TEST_F(ViewToolsTests, SaysWhyARibbonItemCannotBePressed)
     EXPECT_EQ(error_("ribbon.press", R"({"name": "Duplicate"})"),
               "\"Duplicate\" cannot be pressed now: No object is selected.");
     EXPECT_THAT(error_("ribbon.press", R"({"name": "Nothing"})"), HasSubstr("ribbon.items"));
+}
+
+TEST_F(ViewToolsTests, NamesTheToolInPlaceOfAnItemThatAsksTheUser)
+{
+    a_->setSelected(true);
+    EXPECT_EQ(error_("ribbon.press", R"({"name": "Open files"})"),
+              "\"Open files\" asks the user. Call \"scene.loadFile\" instead.");
+    EXPECT_THAT(error_("ribbon.press", R"({"name": "Save"})"), HasSubstr("scene.saveFile"));
+    EXPECT_THAT(error_("ribbon.press", R"({"name": "Save Scene As"})"), HasSubstr("scene.saveFile"));
+    EXPECT_THAT(error_("ribbon.press", R"({"name": "Save selected"})"), HasSubstr("\"ids\""));
+    EXPECT_THAT(error_("ribbon.press", R"({"name": "Rename"})"), HasSubstr("scene.rename"));
+    EXPECT_FALSE(call_("viewer.getStatus").isMember("waitingWindow"));
+}
+
+TEST_F(ViewToolsTests, SavesToTheSceneFileWithoutAsking)
+{
+    call_("scene.saveFile", R"({"path": ")" + (folder_.path() / "scene.vxu").string() + "\"}");
+    call_("scene.remove", R"({"ids": [)" + id_(*b_) + "]}");
+    call_("ribbon.press", R"({"name": "Save"})");
+    EXPECT_TRUE(driver_.waitFor([&] { return history_().isSaved(); }));
+}
+
+TEST_F(ViewToolsTests, PressesNothingWhileTheUserChoosesAFile)
+{
+    folder_.write("secret.stl", "");
+    viewer_.getMenuPlugin()->chooseFilesToOpen();
+    driver_.settle();
+    EXPECT_EQ(call_("viewer.getStatus")["waitingWindow"].asString(), "File Dialog");
+    EXPECT_THAT(error_("ribbon.press", R"({"name": "Select all"})"), HasSubstr("\"File Dialog\" waits"));
+    driver_.type(folder_.path().string());
+    driver_.key(GLFW_KEY_ENTER);
+    ASSERT_TRUE(driver_.shows("secret.stl"));
+    for (const Json::Value& widget : call_("ui.tree", R"({"window": "File Dialog"})")["widgets"])
+        EXPECT_THAT(widget["kind"].asString(), AnyOf("window", "button"));
+    driver_.press("Cancel", "File Dialog");
+    EXPECT_FALSE(call_("viewer.getStatus").isMember("waitingWindow"));
+}
+
+TEST_F(ViewToolsTests, TellsThatAMessageWaitsWhichKeepsNobodyFromPressing)
+{
+    viewer_.getMenuPlugin()->showModalMessage("Look out.", NotificationType::Warning);
+    driver_.settle();
+    EXPECT_EQ(call_("viewer.getStatus")["waitingWindow"].asString(), "Warning Modal");
+    call_("ribbon.press", R"({"name": "Select all"})");
+}
+
+TEST_F(ViewToolsTests, ClosesAWindowThatItOpened)
+{
+    call_("ribbon.press", R"({"name": "Shortcuts"})");
+    driver_.settle();
+    EXPECT_EQ(call_("viewer.getStatus")["waitingWindow"].asString(), "Shortcuts");
+    call_("ribbon.press", R"({"name": "Shortcuts"})");
+    driver_.settle();
+    EXPECT_FALSE(driver_.shows("Filter", "Shortcuts"));
+}
+
+TEST_F(ViewToolsTests, NamesTheWindowsWhereOneIsUnknown)
+{
+    driver_.settle();
+    EXPECT_THAT(error_("ui.tree", R"({"window": "Nowhere"})"), HasSubstr("\"Ribbon Header\""));
 }
 
 TEST_F(ViewToolsTests, TellsWhatTheInterfaceShows)
