@@ -21,8 +21,8 @@
 #include <cmath>
 #include <functional>
 #include <initializer_list>
-#include <optional>
 #include <numbers>
+#include <optional>
 #include <utility>
 
 namespace VX
