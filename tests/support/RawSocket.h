@@ -8,7 +8,7 @@ namespace VX::Test
 {
 
 /// One end of a TCP connection on loopback, for tests that send and expect bytes rather than messages. What takes
-/// longer than ten seconds fails.
+/// longer than half a minute fails.
 /// @threads one at a time
 class RawSocket
 {

@@ -18,7 +18,7 @@ namespace VX::Test
 namespace
 {
 
-constexpr int deadlineMs = 10'000;
+constexpr int deadlineMs = 30'000;
 
 sockaddr_in loopback(std::uint16_t port)
 {

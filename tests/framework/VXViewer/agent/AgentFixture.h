@@ -10,8 +10,9 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <chrono>
+#include <future>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,7 +36,12 @@ protected:
     struct Running
     {
         std::shared_ptr<Mcp::ToolCall> call;
-        std::shared_ptr<std::optional<Mcp::ToolResult>> result = std::make_shared<std::optional<Mcp::ToolResult>>();
+        std::shared_future<Mcp::ToolResult> result; ///< some are given by a worker
+
+        [[nodiscard]] bool isDone() const
+        {
+            return result.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+        }
     };
 
     [[nodiscard]] const Mcp::Tool& tool_(const std::string& name) const
@@ -49,14 +55,17 @@ protected:
     {
         Running running;
         running.call = std::make_shared<Mcp::ToolCall>(deserializeJsonValue(arguments).value(), std::move(progress));
-        tool_(name).run(running.call, [result = running.result](Mcp::ToolResult given) { *result = std::move(given); });
+        const auto promise = std::make_shared<std::promise<Mcp::ToolResult>>();
+        running.result = promise->get_future();
+        tool_(name).run(running.call, [promise](Mcp::ToolResult given) { promise->set_value(std::move(given)); });
         return running;
     }
 
     Mcp::ToolResult finish_(const Running& running)
     {
-        EXPECT_TRUE(driver_.waitFor([&] { return running.result->has_value(); }));
-        return running.result->value_or(Mcp::ToolResult());
+        const bool isDone = driver_.waitFor([&] { return running.isDone(); });
+        EXPECT_TRUE(isDone);
+        return isDone ? running.result.get() : Mcp::ToolResult();
     }
 
     Mcp::ToolResult run_(const std::string& name, const std::string& arguments = "{}")

@@ -108,7 +108,7 @@ TEST_F(FileToolsTests, LoadsInTheBackgroundWhereNobodyWaits)
     openSlowly_();
     const Json::Value begun = call_("scene.loadFile", withPath_(folder_.write("part.box", ""), R"("wait": false)"));
     const std::string job = R"({"job": )" + begun["job"].asString() + "}";
-    EXPECT_EQ(call_("jobs.status", job)["state"].asString(), "running");
+    EXPECT_TRUE(driver_.waitFor([&] { return call_("jobs.status", job)["state"] == "running"; }));
     EXPECT_EQ(call_("jobs.list", R"({"limit": 1})")["total"].asInt(), 1);
     letOn_.set_value();
     EXPECT_TRUE(driver_.waitFor([&] { return !ProgressBar::isOrdered(); }));

@@ -101,9 +101,9 @@ TEST_F(SceneToolsTests, AnswersThatTheViewerClosesWhenItDoes)
 {
     const Running running = begin_("scene.list");
     viewer_.reset();
-    ASSERT_TRUE(running.result->has_value());
-    EXPECT_TRUE((*running.result)->isError);
-    EXPECT_THAT((*running.result)->content.front().text, HasSubstr("The viewer is closing"));
+    ASSERT_TRUE(running.isDone());
+    EXPECT_TRUE(running.result.get().isError);
+    EXPECT_THAT(running.result.get().content.front().text, HasSubstr("The viewer is closing"));
 }
 
 TEST_F(SceneToolsTests, ReadingDrawsNoFrame)
