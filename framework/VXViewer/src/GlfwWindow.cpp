@@ -1,5 +1,6 @@
 #include "GlfwWindow.h"
 
+#include "GlfwMonitors.h"
 #include "GlfwNative.h"
 
 #include <VXMesh/StringConvert.h>
@@ -73,54 +74,6 @@ int systemCursor(CursorShape shape)
         break;
     }
     return GLFW_ARROW_CURSOR;
-}
-
-bool overlapsAMonitor(const PixelRect& rect)
-{
-    int count = 0;
-    GLFWmonitor** monitors = glfwGetMonitors(&count);
-    return std::any_of(monitors, monitors + count,
-                       [&](GLFWmonitor* monitor)
-                       {
-                           PixelRect area;
-                           glfwGetMonitorWorkarea(monitor, &area.x, &area.y, &area.width, &area.height);
-                           return rect.x < area.x + area.width && area.x < rect.x + rect.width &&
-                                  rect.y < area.y + area.height && area.y <= rect.y;
-                       });
-}
-
-/// The monitor with the largest part of `rect` on it; null where there is none.
-GLFWmonitor* monitorUnder(const PixelRect& rect)
-{
-    int count = 0;
-    GLFWmonitor** monitors = glfwGetMonitors(&count);
-    const auto overlap = [&](GLFWmonitor* monitor)
-    {
-        PixelRect area;
-        glfwGetMonitorWorkarea(monitor, &area.x, &area.y, &area.width, &area.height);
-        const int width = std::min(rect.x + rect.width, area.x + area.width) - std::max(rect.x, area.x);
-        const int height = std::min(rect.y + rect.height, area.y + area.height) - std::max(rect.y, area.y);
-        return std::int64_t{std::max(0, width)} * std::max(0, height);
-    };
-    GLFWmonitor** found = std::max_element(monitors, monitors + count,
-                                           [&](GLFWmonitor* a, GLFWmonitor* b) { return overlap(a) < overlap(b); });
-    return count > 0 ? *found : nullptr;
-}
-
-/// A window of a size in units of the design can be larger than a screen whose contents are large.
-void shrinkToMonitor(GLFWwindow* window)
-{
-    PixelRect rect;
-    glfwGetWindowPos(window, &rect.x, &rect.y);
-    glfwGetWindowSize(window, &rect.width, &rect.height);
-    GLFWmonitor* monitor = monitorUnder(rect);
-    if (!monitor)
-        return;
-    PixelRect area;
-    glfwGetMonitorWorkarea(monitor, &area.x, &area.y, &area.width, &area.height);
-    const PixelSize size{std::min(rect.width, area.width), std::min(rect.height, area.height)};
-    if (size.width < rect.width || size.height < rect.height)
-        glfwSetWindowSize(window, size.width, size.height);
 }
 
 } // namespace
