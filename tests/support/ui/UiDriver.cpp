@@ -17,7 +17,7 @@ namespace
 {
 
 constexpr int leftButton = 0;
-constexpr std::chrono::seconds patience{10};
+constexpr std::chrono::seconds patience{30};
 constexpr std::pair<int, int> modifierKeys[] = {{GLFW_KEY_LEFT_CONTROL, GLFW_MOD_CONTROL},
                                                 {GLFW_KEY_LEFT_SHIFT, GLFW_MOD_SHIFT},
                                                 {GLFW_KEY_LEFT_ALT, GLFW_MOD_ALT},

@@ -24,7 +24,7 @@ public:
     /// Draws frames until nothing changes any more.
     void settle();
 
-    /// Runs the loop until `done`, for at most ten seconds. @return what `done` answered last
+    /// Runs the loop until `done`, for at most half a minute. @return what `done` answered last
     bool waitFor(const std::function<bool()>& done);
 
     /// The widget as it was drawn last, or nothing where there is none or more than one.

@@ -66,7 +66,7 @@ protected:
     {
         const Mcp::ToolResult result = run_(name, arguments);
         EXPECT_FALSE(result.isError);
-        if (result.isError)
+        if (result.isError || result.content.empty())
             return {};
         facts_ = result.structured;
         EXPECT_EQ(result.content.front().mimeType, "image/png");
