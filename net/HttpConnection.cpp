@@ -16,6 +16,7 @@
 #include <net/HttpConnection.h>
 #include <net/HttpResponseHead.h>
 #include <net/HttpTarget.h>
+#include <net/PeerEnd.h>
 
 #include <algorithm>
 #include <optional>
@@ -393,10 +394,16 @@ void Connection::lookForClient_()
                            if (!self || self->client_ != client)
                                return;
                            self->isLooking_ = false;
-                           if (error == asio::error::operation_aborted)
-                               self->lookForClient_(); // the deadline of another operation
-                           else if (error_code ignored; error || self->socket_.available(ignored) == 0)
+                           if (!self->socket_.is_open())
+                               return;
+                           error_code ignored;
+                           const bool isEnded = error && error != asio::error::operation_aborted;
+                           if (isEnded || hasPeerEnded(self->socket_.native_handle()))
                                self->reportGone_();
+                           else if (self->socket_.available(ignored) == 0)
+                               // The deadline of another operation, or the news of bytes that were read already: one
+                               // thread may pass it on when another has done all of that.
+                               self->lookForClient_();
                        });
 }
 

@@ -156,6 +156,23 @@ TEST_F(HttpStreamTests, WritesFailOnceTheClientHasGone)
     EXPECT_TRUE(waitUntil([&] { return server->connections() == 0; }));
 }
 
+TEST_F(HttpStreamTests, AClientThatStaysIsNotTakenForGone)
+{
+    std::vector<std::shared_ptr<HttpBodyStream>> streams;
+    answer = [&](const HttpRequest&, const Respond& respond)
+    { respond({.stream = streams.emplace_back(std::make_shared<HttpBodyStream>())}); };
+    serve();
+    // Now and then a thread passes on that a request has come when the other one has answered it already.
+    for (int i = 0; i < 2000; ++i)
+    {
+        auto socket = connect();
+        socket.send(get);
+        socket.receiveUntil("\r\n\r\n");
+        ASSERT_TRUE(streams.back()->write("x"));
+        ASSERT_EQ(socket.receiveUntil("x\r\n"), "1\r\nx\r\n");
+    }
+}
+
 TEST_F(HttpStreamTests, AClientThatResetsIsSeenToGo)
 {
     const auto stream = std::make_shared<HttpBodyStream>();

@@ -29,10 +29,20 @@ sockaddr_in loopback(std::uint16_t port)
     return address;
 }
 
+/// What `call` gives back, which a signal does not end.
+template <typename Call>
+auto uninterrupted(Call call)
+{
+    auto result = call();
+    while (result < 0 && errno == EINTR)
+        result = call();
+    return result;
+}
+
 bool waitFor(int socket, short events)
 {
     pollfd entry{.fd = socket, .events = events, .revents = 0};
-    return ::poll(&entry, 1, deadlineMs) == 1;
+    return uninterrupted([&] { return ::poll(&entry, 1, deadlineMs); }) == 1;
 }
 
 } // namespace
@@ -72,7 +82,7 @@ bool RawSocket::send(std::string_view bytes)
 {
     while (!bytes.empty())
     {
-        const ssize_t sent = ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+        const ssize_t sent = uninterrupted([&] { return ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL); });
         if (sent <= 0)
             return false;
         bytes.remove_prefix(static_cast<std::size_t>(sent));
@@ -85,7 +95,7 @@ bool RawSocket::receiveMore_()
     std::array<char, 64U << 10U> buffer{};
     if (!waitFor(socket_, POLLIN))
         return false;
-    const ssize_t got = ::recv(socket_, buffer.data(), buffer.size(), 0);
+    const ssize_t got = uninterrupted([&] { return ::recv(socket_, buffer.data(), buffer.size(), 0); });
     if (got <= 0)
         return false;
     received_.append(buffer.data(), static_cast<std::size_t>(got));
