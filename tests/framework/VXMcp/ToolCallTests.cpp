@@ -63,6 +63,12 @@ TEST(ToolCall, ReportsOnlyProgressThatIsOne)
     EXPECT_THAT(values, testing::ElementsAre(0, 1, 2));
 }
 
+TEST_F(ToolCallTests, DecimalNumbersAreWrittenAsTheyWereMeant)
+{
+    addTool("numbers", [](ToolCall&) { return ToolResult::of(object("a", 0.1)); });
+    EXPECT_THAT(modern("tools/call", call("numbers")).body, HasSubstr(R"("structuredContent":{"a":0.1})"));
+}
+
 TEST_F(ToolCallTests, AStructuredResultIsSentAsTextToo)
 {
     addTool("echo", [](ToolCall& one) { return ToolResult::of(one.arguments()); });

@@ -3,11 +3,15 @@
 #include <VXViewer/Export.h>
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace VX
 {
+
+class Object;
 
 /// One step of the history: something that was done and can be taken back.
 /// @threads the UI thread
@@ -32,6 +36,9 @@ public:
 
     /// Called only while it is undone.
     virtual void redo() = 0;
+
+    /// What it changes, adds and takes away, each object once; some may be in no scene now.
+    [[nodiscard]] virtual std::vector<std::shared_ptr<Object>> objects() const { return {}; }
 
     /// The memory that would be free without it: its own, and that of geometry which the scene no longer holds.
     [[nodiscard]] virtual std::size_t heapBytes() const = 0;

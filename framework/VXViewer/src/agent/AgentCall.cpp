@@ -1,5 +1,7 @@
 #include "AgentCall.h"
 
+#include "UserDialogs.h"
+
 #include <VXMesh/Progress.h>
 #include <VXViewer/HistoryStore.h>
 #include <VXViewer/Viewer.h>
@@ -29,12 +31,16 @@ void AgentCall::answer(AgentResult result)
     answer_(result ? std::move(*result) : Mcp::ToolResult::error(std::move(result.error())));
 }
 
-bool AgentCall::refuseDuringUsersEdit()
+bool AgentCall::refuseDuringUsersWork()
 {
-    if (!viewer_.getGlobalHistoryStore()->isScopeOpen())
-        return false;
-    answer(tl::unexpected(std::string("The user is in the middle of an edit. Try again in a moment.")));
-    return true;
+    const bool isEditing = viewer_.getGlobalHistoryStore()->isScopeOpen();
+    if (isEditing)
+        answer(tl::unexpected(std::string("The user is in the middle of an edit. Try again in a moment.")));
+    const bool isClosing = isUserAskedToSave(viewer_);
+    if (isClosing)
+        answer(tl::unexpected(std::string("The viewer asks the user whether to save the changes before it closes. Ask "
+                                          "the user to answer, then call again.")));
+    return isEditing || isClosing;
 }
 
 } // namespace VX

@@ -44,9 +44,10 @@ public:
     /// Answers, unless that was done already.
     void answer(AgentResult result);
 
-    /// What is edited now would become part of the step that the user is in the middle of, such as a drag.
+    /// What is edited now would become part of the step that the user is in the middle of, such as a drag; or would be
+    /// lost where the user, asked about unsaved changes, lets those go that were there.
     /// @return true where that is so: the call is answered then
-    bool refuseDuringUsersEdit();
+    bool refuseDuringUsersWork();
 
 private:
     Viewer& viewer_;

@@ -134,7 +134,8 @@ tl::expected<Camera, std::string> changedCamera(Camera camera, const AgentArgume
         return camera;
     const Vector3d up = fields.vector("up").value_or(usualUp(direction));
     if (up.cross(direction).norm() <= 1e-9 * up.norm())
-        return tl::unexpected(std::string("\"up\" must point elsewhere than the camera looks. Leave it out for z up."));
+        return tl::unexpected(
+            std::string("\"up\" must point elsewhere than the camera looks. Leave it out: z is up then."));
     camera.setRotation(Camera::lookRotation(direction, up));
     return camera;
 }

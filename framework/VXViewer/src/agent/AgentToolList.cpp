@@ -75,7 +75,7 @@ void AgentToolList::start(Mcp::Tool tool, Start begin)
         post(
             [begin, readOnly, call = std::move(call)]
             {
-                if (!call->tool().isCanceled() && (readOnly || !call->refuseDuringUsersEdit()))
+                if (!call->tool().isCanceled() && (readOnly || !call->refuseDuringUsersWork()))
                     guard(call, [&] { begin(call); });
             });
     };

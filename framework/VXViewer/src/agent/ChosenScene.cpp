@@ -45,7 +45,15 @@ ChosenScene::ChosenScene(const std::vector<std::shared_ptr<Object>>& objects)
         const std::shared_ptr<Object> copy = copyTree(*object);
         copy->setTransform(object->worldTransform());
         root_->addChild(copy);
-        add_(object, *copy, chosen);
+        Lifted lifted;
+        add_(object, *copy, chosen, false, lifted);
+        for (const std::shared_ptr<Object>& each : lifted)
+        {
+            const Transform place = each->worldTransform();
+            each->parent()->removeChild(*each);
+            root_->addChild(each);
+            each->setTransform(place);
+        }
     }
 }
 
@@ -55,14 +63,22 @@ std::shared_ptr<Object> ChosenScene::originalOf(const Object* copy) const
     return found == originals_.end() ? nullptr : found->second.lock();
 }
 
-void ChosenScene::add_(const std::shared_ptr<Object>& original, Object& copy,
-                       const std::unordered_set<const Object*>& chosen)
+/// @param isCovered  a hidden object that was not chosen is between `copy` and what is chosen above
+/// @param lifted  collects the copies that such an object would hide though they were chosen
+void ChosenScene::add_(const std::shared_ptr<Object>& original, Object& copy, const Chosen& chosen, bool isCovered,
+                       Lifted& lifted)
 {
     originals_.emplace(&copy, original);
     if (chosen.contains(original.get()))
+    {
         copy.setVisible(true);
+        if (isCovered)
+            lifted.push_back(copy.shared_from_this());
+        isCovered = false;
+    }
+    isCovered |= !copy.isVisible();
     for (std::size_t i = 0; i < copy.children().size(); ++i)
-        add_(original->children()[i], *copy.children()[i], chosen);
+        add_(original->children()[i], *copy.children()[i], chosen, isCovered, lifted);
 }
 
 } // namespace VX

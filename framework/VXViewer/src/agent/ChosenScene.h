@@ -15,7 +15,7 @@ namespace VX
 [[nodiscard]] std::vector<std::shared_ptr<Object>> topmostOf(const std::vector<std::shared_ptr<Object>>& objects);
 
 /// A scene of chosen objects alone, with what is below them, where they stand; they show even where they are hidden. It
-/// is made of copies that share the geometry.
+/// is made of copies that share the geometry. A chosen object below a hidden one that was not chosen stands beside it.
 /// @threads the UI thread
 class ChosenScene
 {
@@ -28,7 +28,11 @@ public:
     [[nodiscard]] std::shared_ptr<Object> originalOf(const Object* copy) const;
 
 private:
-    void add_(const std::shared_ptr<Object>& original, Object& copy, const std::unordered_set<const Object*>& chosen);
+    using Chosen = std::unordered_set<const Object*>;
+    using Lifted = std::vector<std::shared_ptr<Object>>;
+
+    void add_(const std::shared_ptr<Object>& original, Object& copy, const Chosen& chosen, bool isCovered,
+              Lifted& lifted);
 
     std::shared_ptr<Object> root_ = std::make_shared<Object>();
     std::unordered_map<const Object*, std::weak_ptr<Object>> originals_;

@@ -2,9 +2,12 @@
 #include "AgentToolList.h"
 #include "Paging.h"
 
+#include <VXMesh/Object.h>
+#include <VXViewer/HistoryAction.h>
 #include <VXViewer/HistoryStore.h>
 #include <VXViewer/Viewer.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace VX
@@ -16,6 +19,8 @@ namespace
 namespace Schema = AgentSchema;
 
 constexpr int mostSteps = 1000;
+/// Objects that are named of one step.
+constexpr std::size_t mostObjects = 5;
 
 /// Where the history stands.
 void describe(const HistoryStore& history, Json::Value& value)
@@ -24,6 +29,21 @@ void describe(const HistoryStore& history, Json::Value& value)
     value["canUndo"] = history.position() > 0;
     value["canRedo"] = history.position() < history.actions().size();
     value["unsavedChanges"] = !history.isSaved();
+}
+
+void describe(const HistoryAction& action, Json::Value& step)
+{
+    const auto objects = action.objects();
+    step["name"] = action.name();
+    step["objectCount"] = Json::UInt64(objects.size());
+    step["objects"] = Json::Value(Json::arrayValue);
+    for (std::size_t i = 0; i < std::min(objects.size(), mostObjects); ++i)
+    {
+        Json::Value object;
+        object["id"] = Json::UInt64(objects[i]->id());
+        object["name"] = objects[i]->name();
+        step["objects"].append(std::move(object));
+    }
 }
 
 /// What the result of undoing or redoing calls the steps.
@@ -70,7 +90,7 @@ AgentResult listSteps(Viewer& viewer, const AgentArguments& arguments)
         const std::size_t index = actions.size() - 1 - i;
         Json::Value step;
         step["number"] = Json::UInt64(index + 1);
-        step["name"] = actions[index]->name();
+        describe(*actions[index], step);
         step["done"] = index < history.position();
         value["steps"].append(std::move(step));
     }
@@ -102,6 +122,12 @@ Mcp::Tool moveTool(const char* name, const char* title, const char* description,
     return tool;
 }
 
+Json::Value objectSchema()
+{
+    return Schema::result({{"id", Schema::objectId("The object.")}, {"name", Schema::text("Its name.")}},
+                          {"id", "name"});
+}
+
 Mcp::Tool listTool()
 {
     Mcp::Tool tool;
@@ -111,10 +137,17 @@ Mcp::Tool listTool()
         "Lists what was done to the scene by anybody, the latest step first, with those that are undone.";
     tool.inputSchema = Schema::object({{"limit", Paging::limitSchema()}, {"cursor", Paging::cursorSchema()}});
     tool.outputSchema = resultSchema(
-        "steps", Schema::list("The steps.", Schema::result({{"number", Schema::count("From 1, the oldest.")},
-                                                            {"name", Schema::text("What was done.")},
-                                                            {"done", Schema::flag("false: undone, can be redone.")}},
-                                                           {"number", "name", "done"})));
+        "steps",
+        Schema::list("The steps.",
+                     Schema::result(
+                         {{"number", Schema::count("From 1, the oldest.")},
+                          {"name", Schema::text("What was done.")},
+                          {"objectCount", Schema::count("How many objects it changed, added or took away.")},
+                          {"objects",
+                           Schema::list("The first five of them, as they are called now; some may not be in the scene.",
+                                        objectSchema())},
+                          {"done", Schema::flag("false: undone, can be redone.")}},
+                         {"number", "name", "objectCount", "objects", "done"})));
     tool.outputSchema["properties"]["total"] = Paging::totalSchema();
     tool.outputSchema["properties"]["nextCursor"] = Paging::nextCursorSchema();
     tool.outputSchema["required"].append("total");
@@ -127,7 +160,10 @@ Mcp::Tool listTool()
 
 void addHistoryTools(AgentToolList& list)
 {
-    list.add(moveTool("history.undo", "Undo", "Takes back the last step or steps, the user's among them.", true),
+    list.add(moveTool("history.undo", "Undo",
+                      "Takes back the last step or steps, the user's among them. A call that changed nothing was no "
+                      "step: look at \"history.list\" first.",
+                      true),
              [](Viewer& viewer, const AgentArguments& arguments) { return move(viewer, arguments, true); });
     list.add(
         moveTool("history.redo", "Redo", "Does again what was undone last. A new edit forgets what was undone.", false),

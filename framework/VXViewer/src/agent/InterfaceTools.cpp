@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <set>
 #include <utility>
 
@@ -52,12 +53,18 @@ std::string toolInstead(const Viewer& viewer, const std::string& name)
     return {};
 }
 
+/// What the user reads on an item.
+std::string captionOf(const std::string& name, const RibbonItemInfo& info)
+{
+    return Locale::translate(info.caption.empty() ? name : info.caption);
+}
+
 Json::Value itemJson(const std::string& name, const RibbonItemInfo& info)
 {
     const std::string reason = info.item->unavailableReason();
     Json::Value value;
     value["name"] = name;
-    value["caption"] = Locale::translate(info.caption.empty() ? name : info.caption);
+    value["caption"] = captionOf(name, info);
     value["tooltip"] = info.tooltip.empty() ? std::string() : Locale::translate(info.tooltip);
     value["active"] = info.item->isActive();
     value["available"] = reason.empty();
@@ -103,6 +110,24 @@ AgentResult listItems(Viewer& viewer, const AgentArguments& arguments)
     return Mcp::ToolResult::of(std::move(value));
 }
 
+/// Names those items that `name` could mean: it is what the user reads on them, or another spelling.
+std::string unknownItemText(const RibbonMenu& ribbon, const std::string& name)
+{
+    const std::string wanted = toLower(name);
+    std::vector<std::string> meant;
+    for (const auto& [each, info] : RibbonSchemaHolder::schema().items)
+    {
+        const bool isMeant = toLower(each) == wanted || toLower(captionOf(each, info)) == wanted;
+        if (info.item && isMeant && !ribbon.isItemHidden(each))
+            meant.push_back(each);
+    }
+    if (meant.empty())
+        return fmt::format("There is no ribbon item \"{}\". \"ribbon.items\" lists their names.", name);
+    return fmt::format("There is no ribbon item named \"{}\". Call again with the name \"{}\", which the user reads "
+                       "as \"{}\".",
+                       name, fmt::join(meant, "\" or \""), name);
+}
+
 AgentResult press(Viewer& viewer, const AgentArguments& arguments)
 {
     RibbonMenu* ribbon = ribbonOf(viewer);
@@ -111,10 +136,10 @@ AgentResult press(Viewer& viewer, const AgentArguments& arguments)
     const std::string name = arguments.text("name");
     const RibbonItemInfo* info = RibbonSchemaHolder::find(name);
     if (!info || ribbon->isItemHidden(name))
-        return tl::unexpected(fmt::format("There is no ribbon item \"{}\". \"ribbon.items\" lists their names.", name));
+        return tl::unexpected(unknownItemText(*ribbon, name));
     if (const std::string tool = toolInstead(viewer, name); !tool.empty())
         return tl::unexpected(fmt::format("\"{}\" asks the user. Call {} instead.", name, tool));
-    if (isUserAsked(viewer))
+    if (isUserAskedForFile(viewer))
         return tl::unexpected(fmt::format("\"{}\" waits for an answer of the user. Ask the user to close it, then call "
                                           "again.",
                                           waitingWindow(viewer)));
@@ -145,12 +170,13 @@ Json::Value widgetJson(const UiItem& item)
     value["label"] = item.label;
     if (!item.value.empty())
         value["value"] = item.value;
-    value["enabled"] = item.enabled;
-    value["visible"] = item.isVisible();
-    value["x"] = static_cast<double>(item.min.x());
-    value["y"] = static_cast<double>(item.min.y());
-    value["width"] = static_cast<double>(item.max.x() - item.min.x());
-    value["height"] = static_cast<double>(item.max.y() - item.min.y());
+    if (!item.enabled)
+        value["enabled"] = false;
+    if (!item.isVisible())
+        value["visible"] = false;
+    const Vector2f size = item.max - item.min;
+    for (const float edge : {item.min.x(), item.min.y(), size.x(), size.y()})
+        value["box"].append(static_cast<int>(std::lround(edge)));
     return value;
 }
 
@@ -245,17 +271,17 @@ Mcp::Tool pressTool()
 
 Mcp::Tool treeTool()
 {
-    const Json::Value widget = Schema::result({{"kind", Schema::text("button, checkbox, textInput, window and so on.")},
-                                               {"window", Schema::text("The window that it is in.")},
-                                               {"label", Schema::text("What the user reads on it.")},
-                                               {"value", Schema::text("What it is set to, where it has a value.")},
-                                               {"enabled", Schema::flag("Whether it can be used.")},
-                                               {"visible", Schema::flag("false: scrolled or cut out of sight.")},
-                                               {"x", Schema::number("In pixels from the left of the window.")},
-                                               {"y", Schema::number("In pixels from the top of the window.")},
-                                               {"width", Schema::number("In pixels.")},
-                                               {"height", Schema::number("In pixels.")}},
-                                              {"kind", "window", "label", "enabled", "visible"});
+    const Json::Value widget = Schema::result(
+        {{"kind", Schema::text("button, checkbox, textInput, window and so on.")},
+         {"window", Schema::text("The window that it is in.")},
+         {"label", Schema::text("What the user reads on it.")},
+         {"value", Schema::text("What it is set to, where it has a value.")},
+         {"enabled", Schema::flag("false: it cannot be used now; true if missing.")},
+         {"visible", Schema::flag("false: scrolled or cut out of sight; true if "
+                                  "missing.")},
+         {"box", Schema::list("x from the left and y from the top of the viewer's window, width and height, in pixels.",
+                              Schema::number("Pixels."), 4, 4)}},
+        {"kind", "window", "label", "box"});
     Mcp::Tool tool;
     tool.name = "ui.tree";
     tool.title = "What the interface shows";

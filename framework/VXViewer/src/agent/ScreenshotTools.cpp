@@ -6,6 +6,7 @@
 #include "Montage.h"
 #include "PictureCode.h"
 #include "PictureScale.h"
+#include "UserDialogs.h"
 
 #include <VXViewer/MainLoop.h>
 #include <VXViewer/SceneRenderer.h>
@@ -156,6 +157,13 @@ void captureWindow(AgentContext& context, const std::shared_ptr<AgentCall>& call
                         "\"transparent\" out, or ask for the area \"viewport\".")));
         return;
     }
+    if (isUserAskedForFile(call->viewer()))
+    {
+        call->answer(tl::unexpected(std::string(
+            "The user is choosing a file: the window may show folders that are the user's alone. Call again "
+            "when the file dialog is closed, or ask for the area \"viewport\".")));
+        return;
+    }
     Image image;
     {
         const UI::ScopedMaskedPasswords masked;
@@ -265,10 +273,11 @@ Mcp::Tool screenshotTool()
         "hidden. Give the answer as \"picture\" to \"select.pick\" to point at pixels of this picture.";
     tool.inputSchema = pictureSchema();
     Json::Value& fields = tool.inputSchema["properties"];
-    fields["area"] =
-        Schema::choice("\"viewport\" (if left out): the scene alone; \"window\": the whole window with the interface, "
-                       "as the user sees it, without \"view\", \"camera\", \"ids\", \"fit\" and \"transparent\".",
-                       {"viewport", "window"});
+    fields["area"] = Schema::choice(
+        "\"viewport\" (if left out): the scene alone; \"window\": the whole window with the interface, "
+        "as the user sees it, without \"view\", \"camera\", \"ids\", \"fit\" and \"transparent\", and not while "
+        "the user chooses a file.",
+        {"viewport", "window"});
     fields["view"] = Schema::choice("A standard direction; z is up.", standardViewNames());
     fields["camera"] = cameraArgumentSchema();
     fields["fit"] = Schema::flag(

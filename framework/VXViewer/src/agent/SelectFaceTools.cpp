@@ -59,7 +59,7 @@ Json::Value facesJson(const Viewer& viewer, const std::vector<VisibleFaces>& fou
 void takeRegion(const std::shared_ptr<AgentCall>& call, const std::shared_ptr<ObjectMesh>& object,
                 const std::shared_ptr<const Mesh>& mesh, FaceSet region)
 {
-    if (call->refuseDuringUsersEdit())
+    if (call->refuseDuringUsersWork())
         return;
     if (object->mesh() != mesh)
     {

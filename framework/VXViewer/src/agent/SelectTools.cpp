@@ -66,7 +66,7 @@ void finishPick(const std::shared_ptr<AgentCall>& call, const std::optional<Pick
     Viewer& viewer = call->viewer();
     const std::shared_ptr<Object> object = hit ? hit->object.lock() : nullptr;
     const bool isToSelect = call->arguments().text("select", "object") == "object";
-    if (isToSelect && call->refuseDuringUsersEdit())
+    if (isToSelect && call->refuseDuringUsersWork())
         return;
     if (isToSelect)
         selectObjects(viewer, object ? Objects{object} : Objects(), call->arguments().text("mode", "replace"));

@@ -19,7 +19,7 @@ std::string waitingWindow(const Viewer& viewer)
     if (!viewer.ui() || !viewer.getMenuPlugin())
         return {};
     // The system's own is no window of the interface.
-    if (viewer.getMenuPlugin()->fileDialog().isOpen())
+    if (isUserAskedForFile(viewer))
         return PathDialog::windowName();
     const ImVector<ImGuiPopupData>& open = ImGui::GetCurrentContext()->OpenPopupStack;
     for (int level = open.Size - 1; level >= 0; --level)
@@ -32,10 +32,16 @@ std::string waitingWindow(const Viewer& viewer)
     return {};
 }
 
-bool isUserAsked(const Viewer& viewer)
+bool isUserAskedToSave(const Viewer& viewer)
 {
     const auto& menu = viewer.getMenuPlugin();
-    return viewer.ui() && menu && (menu->fileDialog().isOpen() || menu->sceneFiles().isAsking());
+    return viewer.ui() && menu && menu->sceneFiles().isAsking();
+}
+
+bool isUserAskedForFile(const Viewer& viewer)
+{
+    const auto& menu = viewer.getMenuPlugin();
+    return viewer.ui() && menu && menu->fileDialog().isOpen();
 }
 
 bool isFileDialog(const std::string& window)

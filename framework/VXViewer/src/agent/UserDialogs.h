@@ -11,9 +11,13 @@ class Viewer;
 /// @threads the UI thread
 [[nodiscard]] std::string waitingWindow(const Viewer& viewer);
 
-/// Whether that window asks what to do with the scene, so that nothing should change it meanwhile.
+/// Whether the user is asked to save before the program closes.
 /// @threads the UI thread
-[[nodiscard]] bool isUserAsked(const Viewer& viewer);
+[[nodiscard]] bool isUserAskedToSave(const Viewer& viewer);
+
+/// Whether the user is asked for a file.
+/// @threads the UI thread
+[[nodiscard]] bool isUserAskedForFile(const Viewer& viewer);
 
 /// The window that asks the user for a file where it is one of the viewer's own: it shows folders of the user.
 [[nodiscard]] bool isFileDialog(const std::string& window);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "StepObjects.h"
+
 #include <VXViewer/HistoryAction.h>
 
 #include <algorithm>
@@ -30,6 +32,14 @@ public:
     void redo() override
     {
         std::ranges::for_each(actions_, [](const auto& action) { action->redo(); });
+    }
+
+    [[nodiscard]] std::vector<std::shared_ptr<Object>> objects() const override
+    {
+        StepObjects all;
+        for (const std::shared_ptr<HistoryAction>& action : actions_)
+            all.add(action->objects());
+        return all.take();
     }
 
     [[nodiscard]] std::size_t heapBytes() const override

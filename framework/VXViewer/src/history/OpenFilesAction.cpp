@@ -1,6 +1,7 @@
 #include "OpenFilesAction.h"
 
 #include "HeldGeometry.h"
+#include "StepObjects.h"
 
 #include <VXMesh/Object.h>
 #include <VXViewer/Selection.h>
@@ -51,6 +52,13 @@ void OpenFilesAction::redo()
     root_->setChildren(after_);
     exchangeOrigin_();
     heapBytes_ = 0;
+}
+
+std::vector<std::shared_ptr<Object>> OpenFilesAction::objects() const
+{
+    StepObjects objects;
+    objects.addDifference(before_, after_);
+    return objects.take();
 }
 
 void OpenFilesAction::exchangeOrigin_()

@@ -1,5 +1,7 @@
 #include "SceneEditAction.h"
 
+#include "StepObjects.h"
+
 #include <VXViewer/Selection.h>
 
 #include <algorithm>
@@ -80,6 +82,18 @@ void SceneEditAction::applySelection_(ChangeSide side)
     }
     for (const SelectionChange& selection : selections_)
         (side == ChangeSide::Before ? selection.before : selection.after).apply(*selection.root);
+}
+
+std::vector<std::shared_ptr<Object>> SceneEditAction::objects() const
+{
+    StepObjects objects;
+    for (const ObjectChange& change : changes_)
+    {
+        const bool hasOtherChildren = objects.addDifference(change.childrenBefore, change.childrenAfter);
+        if (!hasOtherChildren || !change.fields.empty())
+            objects.add(change.object);
+    }
+    return objects.take();
 }
 
 bool SceneEditAction::changesFile() const

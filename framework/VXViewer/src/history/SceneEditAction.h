@@ -35,6 +35,8 @@ public:
     void undo() override;
     void redo() override;
 
+    [[nodiscard]] std::vector<std::shared_ptr<Object>> objects() const override;
+
     [[nodiscard]] std::size_t heapBytes() const override { return heapBytes_; }
 
     [[nodiscard]] bool changesFile() const override;

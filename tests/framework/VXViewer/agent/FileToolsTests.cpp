@@ -177,6 +177,18 @@ TEST_F(FileToolsTests, SavesOnceWhatIsNamedTwice)
     EXPECT_EQ(call_("scene.loadFile", withPath_(folder_.path() / "two.stl"))["objects"][0]["triangles"].asInt(), 24);
 }
 
+TEST_F(FileToolsTests, SavesWhatIsNamedBelowAHiddenObjectThatIsNot)
+{
+    a_->addChild(b_);
+    b_->addChild(c_);
+    b_->setVisible(false);
+    const std::string ids = R"("ids": [)" + id_(*a_) + ", " + id_(*c_) + "]";
+    const Json::Value saved = call_("scene.saveFile", withPath_(folder_.path() / "two.obj", ids));
+    EXPECT_THAT(saved["warnings"][0].asString(), HasSubstr("1 hidden object was left out"));
+    call_("scene.loadFile", withPath_(folder_.path() / "two.obj"));
+    EXPECT_THAT(namesBelow_(*viewer_.scene().children().back()), ElementsAre("A", "C"));
+}
+
 TEST_F(FileToolsTests, SaysHowManyHiddenObjectsAreNotInTheFile)
 {
     b_->setVisible(false);

@@ -2,6 +2,7 @@
 
 #include <VXViewer/ImGuiMenu.h>
 #include <VXViewer/NotificationType.h>
+#include <VXViewer/SceneFiles.h>
 
 #define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
@@ -116,6 +117,17 @@ TEST_F(ViewToolsTests, ListsTheStepsTheLatestFirst)
     EXPECT_EQ(list["position"].asInt(), 1);
 }
 
+TEST_F(ViewToolsTests, NamesTheObjectsOfAStep)
+{
+    call_("scene.setVisibility", fmt::format(R"({{"ids": [{}, {}], "visible": false}})", a_->id(), c_->id()));
+    call_("scene.remove", R"({"ids": [)" + id_(*b_) + "]}");
+    const Json::Value steps = call_("history.list")["steps"];
+    EXPECT_THAT(namesOf_(steps[0]["objects"]), ElementsAre("B"));
+    EXPECT_EQ(steps[0]["objects"][0]["id"].asUInt64(), b_->id());
+    EXPECT_EQ(steps[1]["objectCount"].asInt(), 2);
+    EXPECT_THAT(namesOf_(steps[1]["objects"]), ElementsAre("A", "C"));
+}
+
 TEST_F(ViewToolsTests, SaysSoWhereThereIsNothingToUndo)
 {
     EXPECT_THAT(error_("history.undo"), HasSubstr("nothing to undo"));
@@ -141,6 +153,11 @@ TEST_F(ViewToolsTests, SaysWhyARibbonItemCannotBePressed)
     EXPECT_EQ(error_("ribbon.press", R"({"name": "Duplicate"})"),
               "\"Duplicate\" cannot be pressed now: No object is selected.");
     EXPECT_THAT(error_("ribbon.press", R"({"name": "Nothing"})"), HasSubstr("ribbon.items"));
+}
+
+TEST_F(ViewToolsTests, NamesTheItemThatTheUserReadsSo)
+{
+    EXPECT_THAT(error_("ribbon.press", R"({"name": "deselect"})"), HasSubstr("the name \"Clear Selections\""));
 }
 
 TEST_F(ViewToolsTests, NamesTheToolInPlaceOfAnItemThatAsksTheUser)
@@ -175,6 +192,7 @@ TEST_F(ViewToolsTests, PressesNothingWhileTheUserChoosesAFile)
     ASSERT_TRUE(driver_.shows("secret.stl"));
     for (const Json::Value& widget : call_("ui.tree", R"({"window": "File Dialog"})")["widgets"])
         EXPECT_THAT(widget["kind"].asString(), AnyOf("window", "button"));
+    EXPECT_THAT(error_("viewer.captureScreenshot", R"({"area": "window"})"), HasSubstr("choosing a file"));
     driver_.press("Cancel", "File Dialog");
     EXPECT_FALSE(call_("viewer.getStatus").isMember("waitingWindow"));
 }
@@ -210,7 +228,7 @@ TEST_F(ViewToolsTests, TellsWhatTheInterfaceShows)
     ASSERT_FALSE(header["widgets"].empty());
     bool hasTab = false;
     for (const Json::Value& widget : header["widgets"])
-        hasTab |= widget["kind"].asString() == "tab";
+        hasTab |= widget["kind"].asString() == "tab" && widget["box"].size() == 4 && widget["box"][3].asInt() > 0;
     EXPECT_TRUE(hasTab);
 }
 
@@ -244,6 +262,18 @@ TEST_F(ViewToolsTests, ChangesNothingWhileTheUserIsInTheMiddleOfAnEdit)
     EXPECT_THAT(error_("scene.rename", R"({"id": )" + id_(*a_) + R"(, "name": "X"})"), HasSubstr("middle of an edit"));
     EXPECT_EQ(a_->name(), "A");
     EXPECT_EQ(call_("scene.list")["total"].asInt(), 3);
+}
+
+TEST_F(ViewToolsTests, ChangesNothingWhileTheUserIsAskedToSaveBeforeTheEnd)
+{
+    call_("scene.rename", R"({"id": )" + id_(*a_) + R"(, "name": "X"})");
+    ASSERT_FALSE(viewer_.getMenuPlugin()->sceneFiles().mayClose());
+    driver_.settle();
+    EXPECT_THAT(error_("scene.remove", R"({"ids": [)" + id_(*a_) + "]}"), HasSubstr("before it closes"));
+    EXPECT_THAT(error_("viewer.shutdown", R"({"discardChanges": true})"), HasSubstr("before it closes"));
+    EXPECT_EQ(call_("scene.list")["total"].asInt(), 3);
+    driver_.press("Cancel");
+    call_("scene.remove", R"({"ids": [)" + id_(*a_) + "]}");
 }
 
 TEST_F(ViewToolsTests, ACallThatIsCanceledBeforeItBeginsSaysSo)

@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <new>
 
@@ -378,6 +379,44 @@ TEST_F(SceneEditMemoryTests, AnUndoneStepCountsWhatItAdded)
     EXPECT_THAT(store_.heapBytes(), Lt(1000U));
     store_.undo();
     EXPECT_THAT(store_.heapBytes(), Ge(bytes_));
+}
+
+TEST_F(SceneEditTests, NamesWhatAStepIsAboutOnce)
+{
+    const auto gone = addBox_("Gone");
+    const auto group = std::make_shared<Object>();
+    root_->addChild(group);
+    const auto fresh = VX::Test::makeBox("Fresh");
+    {
+        const HistoryScope scope(store_, "Both");
+        {
+            SceneEdit edit(store_, "Step");
+            edit.touch(root_);
+            edit.touch(group);
+            edit.touch(box_);
+            root_->removeChild(*gone);
+            root_->addChild(fresh);
+            group->addChild(box_);
+            box_->setName("Moved");
+        }
+        SceneEdit edit(store_, "Hide");
+        edit.touch(fresh);
+        fresh->setVisible(false);
+    }
+    EXPECT_THAT(store_.actions().back()->objects(), testing::UnorderedElementsAre(fresh, gone, box_));
+}
+
+TEST_F(SceneEditTests, AnotherOrderIsAboutTheObjectAbove)
+{
+    addBox_("Other");
+    {
+        SceneEdit edit(store_, "Sort");
+        edit.touch(root_);
+        std::vector<std::shared_ptr<Object>> children = root_->children();
+        std::ranges::reverse(children);
+        root_->setChildren(children);
+    }
+    EXPECT_THAT(store_.actions().back()->objects(), testing::ElementsAre(root_));
 }
 
 } // namespace VX
