@@ -252,7 +252,7 @@ bool CameraController::viewKey_(int digit, bool opposite, double now)
         fitScene(now);
         return true;
     case 5:
-        toggleProjection_();
+        toggleProjection();
         return true;
     case 9:
     {
@@ -266,7 +266,7 @@ bool CameraController::viewKey_(int digit, bool opposite, double now)
     }
 }
 
-void CameraController::toggleProjection_()
+void CameraController::toggleProjection()
 {
     const auto toggled = [](Camera& camera)
     {
@@ -331,6 +331,12 @@ void CameraController::fit(const Box3d& box, double now)
 void CameraController::animateTo(const Camera& camera, double now)
 {
     animation_ = Animation{camera_, camera, now};
+}
+
+void CameraController::finishAnimation()
+{
+    if (animation_)
+        setCamera(Camera(animation_->to));
 }
 
 bool CameraController::update(double now)

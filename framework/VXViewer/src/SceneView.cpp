@@ -128,10 +128,7 @@ void SceneView::showFrom(StandardView view)
 
 void SceneView::toggleProjection()
 {
-    Camera camera = controller_.camera();
-    camera.setProjection(camera.projection() == Projection::Perspective ? Projection::Orthographic
-                                                                        : Projection::Perspective);
-    controller_.setCamera(camera);
+    controller_.toggleProjection();
 }
 
 bool SceneView::handle(const MouseButtonEvent& event)

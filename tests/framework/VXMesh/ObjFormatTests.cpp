@@ -217,7 +217,7 @@ TEST(ObjFormat, DamagedFacesAreLeftOutWithAWarning)
         ASSERT_TRUE(object) << face;
         EXPECT_EQ(object->mesh()->triangles.size(), 1U) << face;
         EXPECT_THAT(loaded->warnings,
-                    ElementsAre("\"part.obj\": 1 faces refer to points that are not there and were left out."))
+                    ElementsAre("\"part.obj\": faces that refer to points that are not there were left out: 1."))
             << face;
     }
     EXPECT_EQ(read(kSquarePoints + "f 1 2 3\nf 1 2\n")->warnings.size(), 1U);

@@ -301,7 +301,7 @@ TEST(PlyFormat, FacesWithWrongIndicesAreLeftOut)
         ASSERT_TRUE(object) << face;
         EXPECT_EQ(object->mesh()->triangles.size(), 1U) << face;
         EXPECT_THAT(loaded->warnings,
-                    ElementsAre("\"part.ply\": 1 faces refer to points that are not there and were left out."))
+                    ElementsAre("\"part.ply\": faces that refer to points that are not there were left out: 1."))
             << face;
     }
 }
@@ -319,7 +319,7 @@ TEST(PlyFormat, BinaryTrianglesWithWrongIndicesAreLeftOut)
     ASSERT_TRUE(object);
     EXPECT_THAT(object->mesh()->triangles, ElementsAre(Triangle(0, 1, 2)));
     EXPECT_THAT(loaded->warnings,
-                ElementsAre("\"part.ply\": 1 faces refer to points that are not there and were left out."));
+                ElementsAre("\"part.ply\": faces that refer to points that are not there were left out: 1."));
 }
 
 TEST(PlyFormat, FacesOfOtherSizesInTheRoomOfTrianglesAreReadAsTheyAre)
@@ -338,7 +338,8 @@ TEST(PlyFormat, FacesOfOtherSizesInTheRoomOfTrianglesAreReadAsTheyAre)
     ASSERT_TRUE(object);
     EXPECT_EQ(object->mesh()->triangles.size(), 3U);
     EXPECT_EQ(object->mesh()->triangles.back(), Triangle(1, 2, 0));
-    EXPECT_THAT(loaded->warnings, ElementsAre("\"part.ply\": 1 faces have less than three corners and were left out."));
+    EXPECT_THAT(loaded->warnings,
+                ElementsAre("\"part.ply\": faces that have less than three corners were left out: 1."));
 }
 
 TEST(PlyFormat, FacesThatAreTooShortAreLeftOut)
@@ -367,8 +368,8 @@ TEST(PlyFormat, PointsThatAreNotFiniteAreLeftOutWithTheirFaces)
                 ElementsAre(Vector3f(1.0F, 0.0F, 0.0F), Vector3f(1.0F, 1.0F, 0.0F), Vector3f(0.0F, 1.0F, 0.0F)));
     EXPECT_THAT(object->mesh()->triangles, ElementsAre(Triangle(0, 1, 2)));
     EXPECT_THAT(loaded->warnings,
-                ElementsAre("\"part.ply\": 1 faces have coordinates that are not finite numbers and were left out.",
-                            "\"part.ply\": 1 points have coordinates that are not finite numbers and were left out."));
+                ElementsAre("\"part.ply\": faces that have coordinates that are not finite numbers were left out: 1.",
+                            "\"part.ply\": points whose coordinates are not finite numbers were left out: 1."));
 }
 
 TEST(PlyFormat, ErrorsAreOneSentence)

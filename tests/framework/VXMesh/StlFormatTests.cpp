@@ -223,8 +223,8 @@ TEST(StlFormat, TrianglesWithCoordinatesThatAreNotFiniteAreLeftOut)
     ASSERT_TRUE(object);
     EXPECT_EQ(object->mesh()->triangles.size(), 1U);
     EXPECT_EQ(object->mesh()->points.size(), 3U);
-    EXPECT_THAT(loaded->warnings, ElementsAre("\"part.stl\": 2 triangles have coordinates that are not finite numbers "
-                                              "and were left out."));
+    EXPECT_THAT(loaded->warnings, ElementsAre("\"part.stl\": triangles whose coordinates are not finite numbers "
+                                              "were left out: 2."));
 }
 
 TEST(StlFormat, TextThatStopsInsideAFacetGivesTheFacetsBefore)
@@ -340,7 +340,7 @@ TEST(StlFormat, SavingPointsAloneIsAnError)
     const TempDir folder;
     const auto saved = saveObjectToFile(points, folder.path() / "points.stl", {});
     ASSERT_FALSE(saved.has_value());
-    EXPECT_EQ(saved.error(), "Cannot write \"points.stl\": STL files hold triangles, and none are visible.");
+    EXPECT_EQ(saved.error(), "Cannot write \"points.stl\": STL files hold triangles, and nothing visible has any.");
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 

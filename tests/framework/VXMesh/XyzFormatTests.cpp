@@ -85,8 +85,8 @@ TEST(XyzFormat, DamagedLinesAreLeftOutWithAWarning)
     ASSERT_TRUE(object);
     EXPECT_EQ(object->pointCloud()->points.size(), 1U);
     EXPECT_THAT(loaded->warnings,
-                ElementsAre("\"scan.xyz\": 2 lines are no points and were left out.",
-                            "\"scan.xyz\": 1 points have coordinates that are not finite numbers and were left out."));
+                ElementsAre("\"scan.xyz\": lines that are no points were left out: 2.",
+                            "\"scan.xyz\": points whose coordinates are not finite numbers were left out: 1."));
 }
 
 TEST(XyzFormat, FileOfManyPiecesKeepsItsOrder)

@@ -275,6 +275,23 @@ TEST_F(CameraControllerTests, FiveTogglesTheProjection)
     EXPECT_EQ(controller_.camera().projection(), Projection::Perspective);
 }
 
+TEST_F(CameraControllerTests, TheProjectionChangesWhileTheViewTurnsOn)
+{
+    key_(GLFW_KEY_KP_9);
+    controller_.toggleProjection();
+    finishAnimation_();
+    EXPECT_EQ(controller_.camera().projection(), Projection::Orthographic);
+    EXPECT_TRUE(controller_.camera().direction().isApprox(-Vector3d::UnitY(), 1e-9));
+}
+
+TEST_F(CameraControllerTests, AnAnimationCanBeCutShort)
+{
+    key_(GLFW_KEY_KP_9);
+    controller_.finishAnimation();
+    EXPECT_FALSE(controller_.isAnimating());
+    EXPECT_TRUE(controller_.camera().direction().isApprox(-Vector3d::UnitY(), 1e-9));
+}
+
 TEST_F(CameraControllerTests, NineLooksFromTheOppositeSide)
 {
     key_(GLFW_KEY_KP_9);

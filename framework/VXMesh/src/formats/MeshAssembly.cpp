@@ -276,7 +276,7 @@ void warnAboutFaces(const Source& source, const CheckedFaces& faces, std::vector
     const auto warn = [&](std::size_t count, std::string_view what)
     {
         if (count > 0)
-            warnings.push_back(source.warning(fmt::format("{} faces {} and were left out.", count, what)));
+            warnings.push_back(source.warning(fmt::format("faces that {} were left out: {}.", what, count)));
     };
     warn(faces.withoutPoint, "refer to points that are not there");
     warn(faces.notFinite, "have coordinates that are not finite numbers");
@@ -329,8 +329,8 @@ tl::expected<std::shared_ptr<VisualObject>, std::string> assembleObject(const So
         mesh.faceColors = std::move(faces.colors);
     }
     if (const std::size_t dropped = dropPointsNotFinite(mesh); dropped > 0)
-        warnings.push_back(source.warning(
-            fmt::format("{} points have coordinates that are not finite numbers and were left out.", dropped)));
+        warnings.push_back(
+            source.warning(fmt::format("points whose coordinates are not finite numbers were left out: {}.", dropped)));
     if (mesh.points.empty())
         return source.error("it holds no points.");
     auto object = makeObject(std::move(mesh), hasFaces);

@@ -121,7 +121,7 @@ void warnAboutNumbers(const Source& source, std::size_t dropped, std::vector<std
 {
     if (dropped > 0)
         warnings.push_back(source.warning(
-            fmt::format("{} triangles have coordinates that are not finite numbers and were left out.", dropped)));
+            fmt::format("triangles whose coordinates are not finite numbers were left out: {}.", dropped)));
 }
 
 /// How many triangles to read; says in a warning where the file's own count is wrong.
@@ -315,7 +315,7 @@ tl::expected<void, std::string> writeStl(const Object& root, const std::filesyst
     for (const ItemBlock& block : blocks)
         triangles += block.end - block.begin;
     if (triangles == 0)
-        return tl::unexpected(fileErrorText("write", path, "STL files hold triangles, and none are visible."));
+        return tl::unexpected(fileErrorText("write", path, "STL files hold triangles, and nothing visible has any."));
     if (triangles > std::numeric_limits<std::uint32_t>::max())
         return tl::unexpected(fileErrorText("write", path, "STL files hold at most 4,294,967,295 triangles."));
 

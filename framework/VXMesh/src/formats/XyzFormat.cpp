@@ -210,7 +210,7 @@ tl::expected<LoadedObjects, std::string> readXyz(const Source& source, const Pro
         unusable += piece.unusable;
     std::vector<std::string> warnings;
     if (unusable > 0)
-        warnings.push_back(source.warning(fmt::format("{} lines are no points and were left out.", unusable)));
+        warnings.push_back(source.warning(fmt::format("lines that are no points were left out: {}.", unusable)));
     return assembleFile(source, joinPieces(pieces), std::move(warnings));
 }
 

@@ -73,6 +73,12 @@ public:
     /// Shows `camera` after a short movement.
     void animateTo(const Camera& camera, double now);
 
+    /// Switches between perspective and parallel projection; an animation goes on.
+    void toggleProjection();
+
+    /// Shows at once where an animation leads.
+    void finishAnimation();
+
     /// Advances an animation to `now`. @return true when the camera changed
     bool update(double now);
 
@@ -116,7 +122,6 @@ private:
     void dragTo_(const Vector2d& pixel);
     void zoomTo_(double factor, const Vector3d& point);
     bool viewKey_(int digit, bool opposite, double now);
-    void toggleProjection_();
     void fitTo_(Camera& camera) const;
 
     void stopAnimation_() { animation_.reset(); }

@@ -37,7 +37,8 @@ public:
     /// Called only while it is undone.
     virtual void redo() = 0;
 
-    /// What it changes, adds and takes away, each object once; some may be in no scene now.
+    /// What it changes, adds and takes away, each object once, without those that are only selected otherwise where
+    /// others are changed; some may be in no scene now.
     [[nodiscard]] virtual std::vector<std::shared_ptr<Object>> objects() const { return {}; }
 
     /// The memory that would be free without it: its own, and that of geometry which the scene no longer holds.

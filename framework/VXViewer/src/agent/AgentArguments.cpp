@@ -113,7 +113,7 @@ tl::expected<std::vector<std::shared_ptr<Object>>, std::string> AgentArguments::
         if (entry == byId.end())
             return tl::unexpected(unknownId(id));
         if (entry->second == &root)
-            return tl::unexpected(std::string("The root of the scene cannot be changed. Name objects below it."));
+            return tl::unexpected(std::string("The root of the scene is none of its objects. Name objects below it."));
         std::shared_ptr<Object> object = entry->second->shared_from_this();
         if (std::ranges::find(found, object) == found.end())
             found.push_back(std::move(object));

@@ -26,6 +26,9 @@ public:
     {
     }
 
+    /// Whether there are none at all.
+    [[nodiscard]] bool isEmpty() const { return values_.empty(); }
+
     [[nodiscard]] bool has(const char* name) const { return values_.isMember(name) && !values_[name].isNull(); }
 
     [[nodiscard]] std::string text(const char* name, const char* defaultValue = "") const;
@@ -50,7 +53,7 @@ public:
 
     /// The objects below `root` whose ids stand in `name`, each once, in the order of the ids; none where there is no
     /// such argument.
-    /// @return the same errors; `The root of the scene cannot be changed. …` for the id of `root`
+    /// @return the same errors; `The root of the scene is none of its objects. …` for the id of `root`
     [[nodiscard]] tl::expected<std::vector<std::shared_ptr<Object>>, std::string> objects(const char* name,
                                                                                           Object& root) const;
 

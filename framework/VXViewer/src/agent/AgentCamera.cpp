@@ -133,6 +133,8 @@ tl::expected<Camera, std::string> changedCamera(Camera camera, const AgentArgume
     if (keepsView && !fields.has("up"))
         return camera;
     const Vector3d up = fields.vector("up").value_or(usualUp(direction));
+    if (up.norm() == 0)
+        return tl::unexpected(std::string("\"up\" must not be 0, 0, 0. Leave it out: z is up then."));
     if (up.cross(direction).norm() <= 1e-9 * up.norm())
         return tl::unexpected(
             std::string("\"up\" must point elsewhere than the camera looks. Leave it out: z is up then."));

@@ -37,7 +37,7 @@ Json::Value sceneStatus(const Viewer& viewer)
     value["points"] = Json::UInt64(facts.vertices + facts.points);
     value["box"] = rounded(toJson(facts.box));
     value["selectedObjects"] = Json::UInt64(selectedObjects(viewer.scene()).size());
-    value["unsavedChanges"] = !viewer.scene().children().empty() && !viewer.getGlobalHistoryStore()->isSaved();
+    value["unsavedChanges"] = hasUnsavedChanges(viewer);
     return value;
 }
 
@@ -75,6 +75,11 @@ Json::Value filesStatus(const Viewer& viewer)
 
 } // namespace
 
+bool hasUnsavedChanges(const Viewer& viewer)
+{
+    return !viewer.scene().children().empty() && !viewer.getGlobalHistoryStore()->isSaved();
+}
+
 Json::Value viewerStatus(const Viewer& viewer)
 {
     Json::Value value;
@@ -93,7 +98,7 @@ Json::Value viewerStatusSchema()
 {
     const Json::Value scene =
         Schema::result({{"name", Schema::text("Of the file that it came from; empty for a new scene.")},
-                        {"objects", Schema::count("Objects with geometry.")},
+                        {"objects", Schema::count("Objects with geometry, without groups.")},
                         {"triangles", Schema::count("Of all meshes.")},
                         {"points", Schema::count("Of all geometry.")},
                         {"box", Schema::box("Of all that is in the scene, in mm.")},

@@ -105,7 +105,8 @@ Json::Value inspectionMessages(const Json::Value& arguments)
         (file.empty() ? std::string("Look at the scene that is open in the 3D viewer.")
                       : "Load \"" + file + "\" into the 3D viewer with scene.loadFile.") +
         " Take a picture from several sides with viewer.captureMontage and list the objects with scene.list. For each "
-        "large object ask scene.getObject for its area, volume, parts and holes. Then tell me what it is, how large it "
+        "large object ask scene.getObject for its area, volume, parts and open boundaries (its \"holes\"). Then tell "
+        "me what it is, how large it "
         "is, and what is wrong with it: open surfaces, several parts where one is to be expected, volumes that are "
         "inside out. Change nothing.";
     Json::Value messages(Json::arrayValue);

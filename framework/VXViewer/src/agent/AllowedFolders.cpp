@@ -27,8 +27,11 @@ std::optional<std::filesystem::path> withoutLinks(const std::filesystem::path& p
 
 tl::expected<std::filesystem::path, std::string> absolutePath(const std::string& text)
 {
-    if (text.find('\0') != std::string::npos)
-        return tl::unexpected(std::string("A path must not have a zero byte in it."));
+    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; };
+    if (std::ranges::any_of(text, isControl))
+        return tl::unexpected(std::string("A path must not have line ends or other control characters in it."));
+    if (text == "~")
+        return getUserHomeDir();
     if (text.starts_with("~/"))
         return getUserHomeDir() / pathFromUtf8(text.substr(2));
     std::filesystem::path path = pathFromUtf8(text);
@@ -110,7 +113,7 @@ tl::expected<std::filesystem::path, std::string> AllowedFolders::forReading(cons
         return allowed;
     auto found = withoutLinks(*path);
     if (!found)
-        return tl::unexpected(fmt::format("There is no file \"{}\". Check the path.", text));
+        return tl::unexpected(fmt::format("There is no file or folder \"{}\". Check the path.", text));
     return checked_(*found, text);
 }
 

@@ -5,8 +5,10 @@
 
 #include <VXViewer/SceneRenderer.h>
 #include <VXViewer/SceneView.h>
+#include <VXViewer/Selection.h>
 #include <VXViewer/Viewer.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace VX
@@ -34,6 +36,9 @@ tl::expected<Camera, std::string> fitted(Viewer& viewer, const AgentArguments& a
     if (!objects)
         return tl::unexpected(objects.error());
     const std::shared_ptr<const Object> root = objects->empty() ? viewer.sceneRoot() : ChosenScene(*objects).root();
+    if (!objects->empty() && std::ranges::none_of(*objects, [](const auto& object) { return isShown(*object); }))
+        return tl::unexpected(std::string("None of these objects shows: the view would be empty. Show them with "
+                                          "\"scene.setVisibility\" first."));
     SceneRenderer::fit(camera, *root, viewer.view().fitArea(), viewer.view().options().viewport);
     return camera;
 }
@@ -48,6 +53,9 @@ AgentResult show(Viewer& viewer, tl::expected<Camera, std::string> camera)
 
 AgentResult set(Viewer& viewer, const AgentArguments& arguments)
 {
+    if (arguments.isEmpty())
+        return tl::unexpected(std::string("Nothing was changed: say how to look, such as \"view\", or \"eye\" and "
+                                          "\"target\"."));
     const auto view = standardViewOf(arguments.text("view"));
     auto changed = changedCamera(viewer.view().camera(), arguments, view);
     const bool isPlaced = arguments.has("eye") || arguments.has("target");

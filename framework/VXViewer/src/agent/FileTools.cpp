@@ -61,7 +61,11 @@ AgentResult loadedResult(const FileOpening::Outcome& outcome)
     if (outcome.error == operationCanceledText())
         return tl::unexpected(operationCanceledText());
     if (!outcome.error.empty())
-        return tl::unexpected(outcome.error + " Nothing was loaded.");
+    {
+        std::string text = outcome.error + " Nothing was loaded.";
+        std::ranges::replace(text, '\n', ' ');
+        return tl::unexpected(std::move(text));
+    }
     Json::Value value = agentObjectsJson(outcome.objects);
     value["warnings"] = sentences(outcome.warnings);
     return Mcp::ToolResult::of(std::move(value));
@@ -188,7 +192,7 @@ Mcp::Tool loadTool()
     tool.title = "Load a file";
     tool.description =
         "Adds what a file holds to the scene, beside what is there, and waits until it is loaded. STEP "
-        "files are converted first, which may take minutes. \"viewer.getStatus\" lists the kinds of files "
+        "files are converted first, which may take a while. \"viewer.getStatus\" lists the kinds of files "
         "and the folders that may be used, \"files.list\" the files in them. One step that \"history.undo\" takes "
         "back.";
     tool.inputSchema =
@@ -208,7 +212,8 @@ Mcp::Tool saveTool()
     tool.title = "Save the scene or objects";
     tool.description =
         "Writes the scene, or the objects named, to a file of the kind that its extension says; \".vxu\" "
-        "keeps all of the scene. Other kinds leave out hidden objects, but for those that \"ids\" names, and what they "
+        "keeps all of the scene. Other kinds leave out hidden objects, but for those that \"ids\" itself names, and "
+        "what they "
         "cannot hold: \"warnings\" say what. After any other kind, or \"ids\", the scene still counts as having "
         "unsaved changes. A "
         "file that exists stays unless \"overwrite\" is true.";

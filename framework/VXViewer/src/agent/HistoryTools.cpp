@@ -1,4 +1,5 @@
 #include "AgentSchema.h"
+#include "AgentStatus.h"
 #include "AgentToolList.h"
 #include "Paging.h"
 
@@ -23,12 +24,13 @@ constexpr int mostSteps = 1000;
 constexpr std::size_t mostObjects = 5;
 
 /// Where the history stands.
-void describe(const HistoryStore& history, Json::Value& value)
+void describe(const Viewer& viewer, Json::Value& value)
 {
+    const HistoryStore& history = *viewer.getGlobalHistoryStore();
     value["position"] = Json::UInt64(history.position());
     value["canUndo"] = history.position() > 0;
     value["canRedo"] = history.position() < history.actions().size();
-    value["unsavedChanges"] = !history.isSaved();
+    value["unsavedChanges"] = hasUnsavedChanges(viewer);
 }
 
 void describe(const HistoryAction& action, Json::Value& step)
@@ -71,7 +73,7 @@ AgentResult move(Viewer& viewer, const AgentArguments& arguments, bool back)
                                                : "There is nothing to redo. \"history.list\" tells the steps."));
     Json::Value value;
     value[movedField(back)] = std::move(names);
-    describe(history, value);
+    describe(viewer, value);
     return Mcp::ToolResult::of(std::move(value));
 }
 
@@ -95,7 +97,7 @@ AgentResult listSteps(Viewer& viewer, const AgentArguments& arguments)
         value["steps"].append(std::move(step));
     }
     paging->describe(value, actions.size());
-    describe(history, value);
+    describe(viewer, value);
     return Mcp::ToolResult::of(std::move(value));
 }
 
@@ -165,9 +167,10 @@ void addHistoryTools(AgentToolList& list)
                       "step: look at \"history.list\" first.",
                       true),
              [](Viewer& viewer, const AgentArguments& arguments) { return move(viewer, arguments, true); });
-    list.add(
-        moveTool("history.redo", "Redo", "Does again what was undone last. A new edit forgets what was undone.", false),
-        [](Viewer& viewer, const AgentArguments& arguments) { return move(viewer, arguments, false); });
+    list.add(moveTool("history.redo", "Redo",
+                      "Does again what was undone last. Any new step, a selection too, forgets what was undone.",
+                      false),
+             [](Viewer& viewer, const AgentArguments& arguments) { return move(viewer, arguments, false); });
     list.add(listTool(), listSteps);
 }
 

@@ -9,6 +9,7 @@
 #include <VXViewer/RibbonMenuItem.h>
 #include <VXViewer/RibbonSchemaHolder.h>
 #include <VXViewer/SceneFiles.h>
+#include <VXViewer/SceneView.h>
 #include <VXViewer/UiTree.h>
 #include <VXViewer/Viewer.h>
 
@@ -110,9 +111,11 @@ AgentResult listItems(Viewer& viewer, const AgentArguments& arguments)
     return Mcp::ToolResult::of(std::move(value));
 }
 
-/// Names those items that `name` could mean: it is what the user reads on them, or another spelling.
-std::string unknownItemText(const RibbonMenu& ribbon, const std::string& name)
+/// The item that `name` means: its name, or what the user reads on it alone, in any letter case.
+tl::expected<std::string, std::string> itemNamed(const RibbonMenu& ribbon, const std::string& name)
 {
+    if (RibbonSchemaHolder::find(name) && !ribbon.isItemHidden(name))
+        return name;
     const std::string wanted = toLower(name);
     std::vector<std::string> meant;
     for (const auto& [each, info] : RibbonSchemaHolder::schema().items)
@@ -121,11 +124,13 @@ std::string unknownItemText(const RibbonMenu& ribbon, const std::string& name)
         if (info.item && isMeant && !ribbon.isItemHidden(each))
             meant.push_back(each);
     }
+    if (meant.size() == 1)
+        return meant.front();
     if (meant.empty())
-        return fmt::format("There is no ribbon item \"{}\". \"ribbon.items\" lists their names.", name);
-    return fmt::format("There is no ribbon item named \"{}\". Call again with the name \"{}\", which the user reads "
-                       "as \"{}\".",
-                       name, fmt::join(meant, "\" or \""), name);
+        return tl::unexpected(fmt::format("There is no ribbon item \"{}\". \"ribbon.items\" lists their names.", name));
+    return tl::unexpected(fmt::format("\"{}\" is read on several ribbon items. Call again with one of their names: "
+                                      "\"{}\".",
+                                      name, fmt::join(meant, "\", \"")));
 }
 
 AgentResult press(Viewer& viewer, const AgentArguments& arguments)
@@ -133,10 +138,10 @@ AgentResult press(Viewer& viewer, const AgentArguments& arguments)
     RibbonMenu* ribbon = ribbonOf(viewer);
     if (!ribbon)
         return tl::unexpected(noRibbon());
-    const std::string name = arguments.text("name");
-    const RibbonItemInfo* info = RibbonSchemaHolder::find(name);
-    if (!info || ribbon->isItemHidden(name))
-        return tl::unexpected(unknownItemText(*ribbon, name));
+    const auto named = itemNamed(*ribbon, arguments.text("name"));
+    if (!named)
+        return tl::unexpected(named.error());
+    const std::string& name = *named;
     if (const std::string tool = toolInstead(viewer, name); !tool.empty())
         return tl::unexpected(fmt::format("\"{}\" asks the user. Call {} instead.", name, tool));
     if (isUserAskedForFile(viewer))
@@ -144,12 +149,14 @@ AgentResult press(Viewer& viewer, const AgentArguments& arguments)
                                           "again.",
                                           waitingWindow(viewer)));
     // The item may change the schema.
-    const RibbonItemInfo kept = *info;
+    const RibbonItemInfo kept = *RibbonSchemaHolder::find(name);
     if (const std::string reason = kept.item->unavailableReason(); !reason.empty())
         return tl::unexpected(fmt::format("\"{}\" cannot be pressed now: {}", name, reason));
     if (!ribbon->pressItem(name))
         return tl::unexpected(
             fmt::format("\"{}\" was not accepted. \"ui.tree\" tells what the viewer shows now.", name));
+    // The answer is there before the view would be.
+    viewer.view().controller().finishAnimation();
     return Mcp::ToolResult::of(itemJson(name, kept));
 }
 
@@ -262,7 +269,8 @@ Mcp::Tool pressTool()
         "Presses an item as the user would. Prefer the other tools where one does the same. Items that ask the user "
         "for a file or a name are refused, and so are all while such a question waits; one that opened a window closes "
         "it when it is pressed again.";
-    tool.inputSchema = Schema::object({{"name", Schema::text("As \"ribbon.items\" tells; case matters.")}}, {"name"});
+    tool.inputSchema = Schema::object(
+        {{"name", Schema::text("As \"ribbon.items\" tells, or what the user reads on the item.")}}, {"name"});
     tool.outputSchema = itemSchema();
     tool.destructive = true;
     tool.openWorld = true;
@@ -279,7 +287,8 @@ Mcp::Tool treeTool()
          {"enabled", Schema::flag("false: it cannot be used now; true if missing.")},
          {"visible", Schema::flag("false: scrolled or cut out of sight; true if "
                                   "missing.")},
-         {"box", Schema::list("x from the left and y from the top of the viewer's window, width and height, in pixels.",
+         {"box", Schema::list("x from the left and y from the top of the window as \"viewer.getStatus\" tells its size "
+                              "(a picture of it may be smaller), width and height, in pixels.",
                               Schema::number("Pixels."), 4, 4)}},
         {"kind", "window", "label", "box"});
     Mcp::Tool tool;

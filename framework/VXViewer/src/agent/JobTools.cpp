@@ -75,7 +75,7 @@ void addJobTools(AgentToolList& list)
     Mcp::Tool status =
         jobTool("jobs.status", "How far a piece of work is",
                 "Tells how far a job is, or what became of it: \"result\" is what the tool that began it "
-                "would have answered.");
+                "would have answered, as things were then.");
     status.readOnly = true;
     list.add(std::move(status), [context = list.context()](Viewer&, const AgentArguments& arguments)
              { return describe(*context->jobs, idOf(arguments)); });

@@ -35,13 +35,14 @@ Kept keptBy(const std::string& extension)
     return {.triangles = extension == ".off"};
 }
 
-/// The objects of a tree that have geometry.
+/// What is in a tree of objects.
 struct Content
 {
     std::size_t meshes = 0;
     std::size_t clouds = 0;
     std::size_t lines = 0;
     std::size_t colored = 0; ///< in another colour than objects have at first
+    std::size_t groups = 0;  ///< objects without geometry of their own, below the root
     std::size_t hidden = 0;  ///< which do not count as any of the others
 };
 
@@ -52,6 +53,8 @@ void count(const Object& object, bool shown, Content& content)
     const bool isShownGeometry = visual && shown;
     if (visual && !shown)
         ++content.hidden;
+    if (!visual && shown && object.parent())
+        ++content.groups;
     if (isShownGeometry && dynamic_cast<const ObjectMesh*>(visual))
         ++content.meshes;
     if (isShownGeometry && dynamic_cast<const ObjectPoints*>(visual))
@@ -64,9 +67,10 @@ void count(const Object& object, bool shown, Content& content)
         count(*child, shown, content);
 }
 
-std::string leftOut(std::size_t number, const char* what, const std::string& why)
+std::string leftOut(std::size_t number, const char* one, const char* several, const std::string& why)
 {
-    return fmt::format("{} {}{} left out: {}", number, what, number == 1 ? " was" : "s were", why);
+    return fmt::format("{} {} left out: {}", number,
+                       number == 1 ? std::string(one) + " was" : std::string(several) + " were", why);
 }
 
 } // namespace
@@ -81,18 +85,20 @@ std::vector<std::string> saveLosses(const Object& root, const std::string& exten
     const Kept kept = keptBy(extension);
     const std::string holds = fmt::format("{} files hold none.", extension);
     if (content.hidden > 0)
-        losses.push_back(leftOut(content.hidden, "hidden object",
+        losses.push_back(leftOut(content.hidden, "hidden object", "hidden objects",
                                  "only \".vxu\" keeps them. Show them, or name their "
                                  "ids."));
     if (content.clouds > 0 && !kept.clouds)
-        losses.push_back(leftOut(content.clouds, "point cloud", holds));
+        losses.push_back(leftOut(content.clouds, "point cloud", "point clouds", holds));
     if (content.lines > 0 && !kept.lines)
-        losses.push_back(leftOut(content.lines, "object of lines", holds));
+        losses.push_back(leftOut(content.lines, "object of lines", "objects of lines", holds));
     if (content.meshes > 0 && !kept.triangles)
         losses.push_back(fmt::format("The triangles of meshes were left out, and their points kept: {}", holds));
     if (content.meshes + content.clouds > 1 && !kept.objects)
         losses.push_back(fmt::format(
             "The objects became one, without their names and groups: {} files hold one object.", extension));
+    if (content.groups > 0 && kept.objects)
+        losses.push_back(leftOut(content.groups, "group", "groups", "what is in it was kept, beside all else."));
     if (content.colored > 0 && !kept.colors)
         losses.push_back(fmt::format("The colours of objects were left out: {}", holds));
     return losses;

@@ -9,6 +9,7 @@
 #include <VXMesh/ObjectMesh.h>
 #include <VXViewer/CommandLoop.h>
 #include <VXViewer/Locale.h>
+#include <VXViewer/Selection.h>
 #include <VXViewer/Viewer.h>
 
 #include <fmt/format.h>
@@ -55,6 +56,13 @@ Json::Value facesJson(const Viewer& viewer, const std::vector<VisibleFaces>& fou
     return value;
 }
 
+std::string hiddenText(const Object& object)
+{
+    return fmt::format("The mesh {} is hidden, and triangles are selected only of what shows. Show it with "
+                       "\"scene.setVisibility\" first, and all above it.",
+                       object.id());
+}
+
 /// Selects the region that a worker found, unless the mesh has changed meanwhile.
 void takeRegion(const std::shared_ptr<AgentCall>& call, const std::shared_ptr<ObjectMesh>& object,
                 const std::shared_ptr<const Mesh>& mesh, FaceSet region)
@@ -74,6 +82,11 @@ void takeRegion(const std::shared_ptr<AgentCall>& call, const std::shared_ptr<Ob
 void grow(AgentContext& context, const std::shared_ptr<AgentCall>& call, const std::shared_ptr<ObjectMesh>& object,
           std::uint32_t face)
 {
+    if (!isShown(*object))
+    {
+        call->answer(tl::unexpected(hiddenText(*object)));
+        return;
+    }
     const double tolerance = std::clamp(call->arguments().number("angleTolerance", usualTolerance), 0.0, 180.0);
     const auto work = [call, object, mesh = object->mesh(), face, tolerance]() mutable
     {
@@ -172,6 +185,10 @@ AgentResult selectRectangle(Viewer& viewer, const AgentArguments& arguments)
         for (VisibleFaces& each : found)
             each.object = dynamic_cast<const ObjectMesh*>(picture->chosen->originalOf(each.object).get());
     }
+    const auto hidden =
+        std::ranges::find_if(found, [](const VisibleFaces& each) { return each.object && !isShown(*each.object); });
+    if (hidden != found.end())
+        return tl::unexpected(hiddenText(*hidden->object));
     selectFaces(viewer, translatable("Select Rectangle"), found, modeOf(arguments));
     return Mcp::ToolResult::of(facesJson(viewer, found));
 }
@@ -221,7 +238,8 @@ Mcp::Tool rectangleTool()
     tool.title = "Select what is seen in a rectangle";
     tool.description =
         "Selects all triangles of which some part is seen in a rectangle of a picture, whole; those behind others are "
-        "left out. One step that \"history.undo\" takes back.";
+        "left out. Where there are none, nothing stays selected with the mode \"replace\". One step that "
+        "\"history.undo\" takes back.";
     tool.inputSchema = Schema::object({{"x0", Schema::number("Pixels from the left: one corner.")},
                                        {"y0", Schema::number("Pixels from the top: that corner.")},
                                        {"x1", Schema::number("Pixels from the left: the opposite corner.")},

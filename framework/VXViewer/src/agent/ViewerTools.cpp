@@ -19,8 +19,7 @@ namespace
 
 AgentResult shutdown(Viewer& viewer, const AgentArguments& arguments)
 {
-    const bool saved = viewer.scene().children().empty() || viewer.getGlobalHistoryStore()->isSaved();
-    if (!saved && !arguments.flag("discardChanges", false))
+    if (hasUnsavedChanges(viewer) && !arguments.flag("discardChanges", false))
         return tl::unexpected(
             std::string("The scene has changes that are in no file. Save them with \"scene.saveFile\", "
                         "or call again with \"discardChanges\": true if the user wants to lose them."));

@@ -37,8 +37,12 @@ public:
     [[nodiscard]] std::vector<std::shared_ptr<Object>> objects() const override
     {
         StepObjects all;
+        const bool selectsOnly = !changesFile();
         for (const std::shared_ptr<HistoryAction>& action : actions_)
-            all.add(action->objects());
+        {
+            if (selectsOnly || action->changesFile())
+                all.add(action->objects());
+        }
         return all.take();
     }
 

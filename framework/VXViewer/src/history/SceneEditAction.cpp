@@ -87,10 +87,12 @@ void SceneEditAction::applySelection_(ChangeSide side)
 std::vector<std::shared_ptr<Object>> SceneEditAction::objects() const
 {
     StepObjects objects;
+    const bool selectsOnly = !changesFile();
     for (const ObjectChange& change : changes_)
     {
         const bool hasOtherChildren = objects.addDifference(change.childrenBefore, change.childrenAfter);
-        if (!hasOtherChildren || !change.fields.empty())
+        const bool isSorted = change.childrenDiffer && !hasOtherChildren;
+        if (selectsOnly || isSorted || std::ranges::any_of(change.fields, &FieldChange::isInFile))
             objects.add(change.object);
     }
     return objects.take();

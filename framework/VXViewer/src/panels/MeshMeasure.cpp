@@ -50,7 +50,9 @@ MeshMeasure measureMesh(const Mesh& mesh, const Transform& toScene)
     const Sums sums = tbb::parallel_deterministic_reduce(
         tbb::blocked_range<std::size_t>(0, mesh.triangles.size(), grain), Sums(), add,
         [](const Sums& x, const Sums& y) { return Sums{x.area + y.area, x.volume + y.volume, x.edges + y.edges}; });
-    return {sums.area, sums.edges == 0 ? std::optional(sums.volume) : std::nullopt};
+    // A mirror image turns the triangles round, and not the surface inside out.
+    const double volume = linear.determinant() < 0 ? -sums.volume : sums.volume;
+    return {sums.area, sums.edges == 0 ? std::optional(volume) : std::nullopt};
 }
 
 } // namespace VX

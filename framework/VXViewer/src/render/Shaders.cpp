@@ -151,6 +151,7 @@ void main()
     base *= texelFetch(faceColors, gl_PrimitiveID + firstTriangle).rgb;
 #endif
     base = mix(base * base, highlight.rgb, highlight.a);
+    float glow = highlight.a;
 
     vec3 v = normalize(vec3(-(gl_FragCoord.xy * viewRay.xy + viewRay.zw), 1.0));
 #ifdef FLAT
@@ -169,7 +170,10 @@ void main()
     }
 #if defined(SELECTED_FACES) || defined(SELECTED_POINTS)
     if (isSelected())
+    {
         base = mix(base, selectionColor * selectionColor, 0.85);
+        glow = 0.0;
+    }
 #endif
 
     // The key light reaches a little around the form, so that what turns away from it keeps its shape.
@@ -183,7 +187,7 @@ void main()
     shine *= shine;
     shine *= shine;
     float rim = 1.0 - max(dot(n, v), 0.0);
-    vec3 lit = base * light + gloss * shine + highlight.rgb * (highlight.a * rim * rim);
+    vec3 lit = base * light + gloss * shine + highlight.rgb * (glow * rim * rim);
     result = vec4(sqrt(lit), opacity);
 #ifdef WIRE
     result.rgb = mix(result.rgb, vec3(0.07, 0.08, 0.10), wire());

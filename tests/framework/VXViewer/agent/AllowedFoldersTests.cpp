@@ -119,6 +119,17 @@ TEST_F(AllowedFoldersTests, WantsAnAbsolutePathThatNamesAFile)
     EXPECT_FALSE(folders_().forWriting(in_("allowed/..")));
 }
 
+TEST_F(AllowedFoldersTests, RefusesLineEndsInNames)
+{
+    EXPECT_THAT(folders_().forWriting(in_("allowed/a\nb.stl")).error(), HasSubstr("control characters"));
+    EXPECT_THAT(folders_().forReading(std::string(in_("allowed/a")) + '\0').error(), HasSubstr("control characters"));
+}
+
+TEST_F(AllowedFoldersTests, TakesATildeForTheHomeFolder)
+{
+    EXPECT_EQ(AllowedFolders::ofSettings().forReading("~"), std::filesystem::canonical(getUserHomeDir()));
+}
+
 TEST_F(AllowedFoldersTests, IsTheHomeFolderUntilTheUserChooses)
 {
     EXPECT_THAT(AllowedFolders::ofSettings().folders(), ElementsAre(std::filesystem::canonical(getUserHomeDir())));

@@ -43,9 +43,10 @@ TEST_F(SaveLossesTests, NamesTheGeometryThatAKindOfFileCannotHold)
 {
     root_->addChild(std::make_shared<ObjectPoints>());
     root_->addChild(std::make_shared<ObjectLines>());
+    root_->addChild(std::make_shared<ObjectLines>());
     EXPECT_THAT(saveLosses(*root_, ".stl"),
-                ElementsAre(HasSubstr("1 point cloud was left out"), HasSubstr("1 object of lines was left out")));
-    EXPECT_THAT(saveLosses(*root_, ".ply"), ElementsAre(HasSubstr("1 object of lines was left out")));
+                ElementsAre(HasSubstr("1 point cloud was left out"), HasSubstr("2 objects of lines were left out")));
+    EXPECT_THAT(saveLosses(*root_, ".ply"), ElementsAre(HasSubstr("2 objects of lines were left out")));
     EXPECT_THAT(saveLosses(*root_, ".obj"), IsEmpty());
 }
 
@@ -55,6 +56,15 @@ TEST_F(SaveLossesTests, SaysThatObjectsBecomeOne)
     root_->addChild(VX::Test::makeBox("Lid"));
     EXPECT_THAT(saveLosses(*root_, ".stl"), ElementsAre(HasSubstr("became one")));
     EXPECT_THAT(saveLosses(*root_, ".obj"), IsEmpty());
+}
+
+TEST_F(SaveLossesTests, SaysThatGroupsAreLostWhereObjectsAreNot)
+{
+    const auto group = std::make_shared<Object>();
+    group->addChild(box_);
+    root_->addChild(group);
+    EXPECT_THAT(saveLosses(*root_, ".obj"), ElementsAre(HasSubstr("1 group was left out")));
+    EXPECT_THAT(saveLosses(*root_, ".stl"), IsEmpty());
 }
 
 TEST_F(SaveLossesTests, SaysThatColoursAreLost)

@@ -183,6 +183,13 @@ TEST_F(SelectToolsTests, CountsNoTrianglesOfAHiddenObjectWhichAreNotDeleted)
     EXPECT_THAT(error_("select.delete", R"({"what": "faces"})"), HasSubstr("No faces of a mesh that shows"));
 }
 
+TEST_F(SelectToolsTests, SelectsNoTrianglesOfAHiddenObject)
+{
+    b_->setVisible(false);
+    EXPECT_THAT(error_("select.primitive", R"({"face": 0, "id": )" + id_(*b_) + "}"), HasSubstr("is hidden"));
+    EXPECT_EQ(b_->selectedFaces(), nullptr);
+}
+
 TEST_F(SelectToolsTests, SelectsTheCurvedRegionAroundAFace)
 {
     a_->setMesh(std::make_shared<const Mesh>(makeCylinder({.radius = 1, .height = 5, .segments = 48})));

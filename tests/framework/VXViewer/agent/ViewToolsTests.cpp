@@ -84,6 +84,14 @@ TEST_F(ViewToolsTests, RefusesAnUpThatIsTheDirectionOfLooking)
                 HasSubstr("\"up\" must point elsewhere"));
 }
 
+TEST_F(ViewToolsTests, MovesNothingWhereThereIsNothingToDoOrToSee)
+{
+    EXPECT_THAT(error_("camera.set"), HasSubstr("say how to look"));
+    EXPECT_THAT(error_("camera.set", R"({"eye": [1, 1, 1], "up": [0, 0, 0]})"), HasSubstr("must not be 0, 0, 0"));
+    a_->setVisible(false);
+    EXPECT_THAT(error_("camera.fit", R"({"ids": [)" + id_(*a_) + "]}"), HasSubstr("None of these objects shows"));
+}
+
 TEST_F(ViewToolsTests, ShowsChosenObjectsLarge)
 {
     call_("camera.fit");
@@ -115,6 +123,13 @@ TEST_F(ViewToolsTests, ListsTheStepsTheLatestFirst)
     EXPECT_THAT(namesOf_(list["steps"]), ElementsAre("Remove Objects", "Rename"));
     EXPECT_FALSE(list["steps"][0]["done"].asBool());
     EXPECT_EQ(list["position"].asInt(), 1);
+}
+
+TEST_F(ViewToolsTests, NothingIsUnsavedInAnEmptyScene)
+{
+    call_("scene.remove", fmt::format(R"({{"ids": [{}, {}, {}]}})", a_->id(), b_->id(), c_->id()));
+    EXPECT_FALSE(call_("viewer.getStatus")["scene"]["unsavedChanges"].asBool());
+    EXPECT_FALSE(call_("history.list")["unsavedChanges"].asBool());
 }
 
 TEST_F(ViewToolsTests, NamesTheObjectsOfAStep)
@@ -155,9 +170,17 @@ TEST_F(ViewToolsTests, SaysWhyARibbonItemCannotBePressed)
     EXPECT_THAT(error_("ribbon.press", R"({"name": "Nothing"})"), HasSubstr("ribbon.items"));
 }
 
-TEST_F(ViewToolsTests, NamesTheItemThatTheUserReadsSo)
+TEST_F(ViewToolsTests, PressesTheItemThatTheUserReadsSo)
 {
-    EXPECT_THAT(error_("ribbon.press", R"({"name": "deselect"})"), HasSubstr("the name \"Clear Selections\""));
+    a_->setSelected(true);
+    EXPECT_EQ(call_("ribbon.press", R"({"name": "deselect"})")["name"].asString(), "Clear Selections");
+    EXPECT_FALSE(a_->isSelected());
+}
+
+TEST_F(ViewToolsTests, NoViewTurnsAnyMoreBehindTheAnswer)
+{
+    call_("ribbon.press", R"({"name": "View Front"})");
+    EXPECT_TRUE(viewer_.view().camera().direction().isApprox(Vector3d::UnitY()));
 }
 
 TEST_F(ViewToolsTests, NamesTheToolInPlaceOfAnItemThatAsksTheUser)

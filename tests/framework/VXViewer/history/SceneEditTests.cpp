@@ -384,6 +384,7 @@ TEST_F(SceneEditMemoryTests, AnUndoneStepCountsWhatItAdded)
 TEST_F(SceneEditTests, NamesWhatAStepIsAboutOnce)
 {
     const auto gone = addBox_("Gone");
+    const auto other = addBox_("Only selected");
     const auto group = std::make_shared<Object>();
     root_->addChild(group);
     const auto fresh = VX::Test::makeBox("Fresh");
@@ -398,12 +399,25 @@ TEST_F(SceneEditTests, NamesWhatAStepIsAboutOnce)
             root_->addChild(fresh);
             group->addChild(box_);
             box_->setName("Moved");
+            edit.touch(other);
+            other->setSelected(true);
         }
         SceneEdit edit(store_, "Hide");
         edit.touch(fresh);
         fresh->setVisible(false);
     }
     EXPECT_THAT(store_.actions().back()->objects(), testing::UnorderedElementsAre(fresh, gone, box_));
+}
+
+TEST_F(SceneEditTests, ASelectionIsAboutWhatIsSelected)
+{
+    {
+        const HistoryScope scope(store_, "Select");
+        SceneEdit edit(store_, "Select");
+        edit.touch(box_);
+        box_->setSelected(true);
+    }
+    EXPECT_THAT(store_.actions().back()->objects(), testing::ElementsAre(box_));
 }
 
 TEST_F(SceneEditTests, AnotherOrderIsAboutTheObjectAbove)

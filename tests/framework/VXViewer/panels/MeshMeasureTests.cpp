@@ -26,6 +26,14 @@ TEST(MeshMeasure, MeasuresItWhereItStands)
     EXPECT_NEAR(measure.volume.value_or(0), 8, 1e-9);
 }
 
+TEST(MeshMeasure, TakesNoMirrorImageForInsideOut)
+{
+    const auto box = VX::Test::makeBox("Box");
+    Transform mirror = Transform::Identity();
+    mirror.scale(Vector3d(-1, 1, 1));
+    EXPECT_NEAR(measureMesh(*box->mesh(), mirror).volume.value_or(0), 1, 1e-9);
+}
+
 TEST(MeshMeasure, KnowsNoVolumeOfAnOpenSurface)
 {
     Mesh mesh = *VX::Test::makeBox("Box")->mesh();

@@ -42,6 +42,24 @@ TEST_F(SelectedFacesTests, TheyHaveTheirColorTheOthersKeepTheirs)
     EXPECT_TRUE(isBlue_(colorAt_(image, -0.5, 0.5)));
 }
 
+TEST_F(SelectedFacesTests, TheyLookAlikeWhetherTheirObjectIsSelectedOrNot)
+{
+    const auto mesh = Shapes::makeSphere(160);
+    const auto object = addRed_(mesh);
+    select_(*object, [](std::size_t) { return true; });
+    const Image alone = draw_();
+    object->setSelected(true);
+    const Image both = draw_();
+    // In the middle, and where the surface turns away from the eye.
+    for (const double x : {0.0, 0.97})
+    {
+        const Color before = colorAt_(alone, x, 0);
+        const Color now = colorAt_(both, x, 0);
+        EXPECT_NEAR(now.r, before.r, 60) << x;
+        EXPECT_TRUE(isBlue_(now)) << x;
+    }
+}
+
 TEST_F(SelectedFacesTests, AChangeOfThemIsAChangeOfThePicture)
 {
     const auto object = addRed_(Shapes::makeSquare());
