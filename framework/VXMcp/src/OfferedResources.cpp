@@ -55,7 +55,7 @@ void replyNotFound(const ClientRequest& request, const std::string& uri)
     RpcError error{.code = request.isModern ? RpcCode::InvalidParams : RpcCode::ResourceNotFound,
                    .message = "There is no such resource; \"resources/list\" names those that there are."};
     error.data["uri"] = uri;
-    replyError(request, std::move(error));
+    replyError(request, error);
 }
 
 /// Reads the resource, or that of a template.

@@ -86,7 +86,7 @@ void replyInputRequired(const ClientRequest& request, const Registry::Info& serv
         RpcError error{.code = RpcCode::MissingClientCapability,
                        .message = "This needs a capability that the client has not declared."};
         error.data["requiredCapabilities"] = std::move(missing);
-        replyError(request, std::move(error));
+        replyError(request, error);
         return;
     }
     Json::Value result(Json::objectValue);
