@@ -400,9 +400,9 @@ void Connection::lookForClient_()
                            const bool isEnded = error && error != asio::error::operation_aborted;
                            if (isEnded || hasPeerEnded(self->socket_.native_handle()))
                                self->reportGone_();
+                           // The deadline of another operation, or late news of bytes that another thread has read
+                           // meanwhile.
                            else if (self->socket_.available(ignored) == 0)
-                               // The deadline of another operation, or the news of bytes that were read already: one
-                               // thread may pass it on when another has done all of that.
                                self->lookForClient_();
                        });
 }

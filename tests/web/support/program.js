@@ -80,12 +80,14 @@ class Program {
         let found;
         const look = async () => {
             const shown = (await this.useTool('ui.tree', window ? { window } : {})).widgets;
-            found = shown.find((widget) => widget.label === label && widget.kind === 'button' && widget.visible);
+            found = shown.find((widget) => widget.label === label && widget.kind === 'button' &&
+                widget.visible !== false);
         };
         for (const deadline = Date.now() + 30000; !found && Date.now() < deadline;) {
             await look();
         }
-        this.screen.click(Math.round(found.x + found.width / 2), Math.round(found.y + found.height / 2));
+        const [x, y, width, height] = found.box;
+        this.screen.click(Math.round(x + width / 2), Math.round(y + height / 2));
     }
 
     async useTool(name, args) {

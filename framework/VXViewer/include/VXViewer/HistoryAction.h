@@ -37,8 +37,8 @@ public:
     /// Called only while it is undone.
     virtual void redo() = 0;
 
-    /// What it changes, adds and takes away, each object once, without those that are only selected otherwise where
-    /// others are changed; some may be in no scene now.
+    /// The objects that it changes, adds or takes away, each once; those that it only selects count only where it does
+    /// nothing else. Some may be in no scene now.
     [[nodiscard]] virtual std::vector<std::shared_ptr<Object>> objects() const { return {}; }
 
     /// The memory that would be free without it: its own, and that of geometry which the scene no longer holds.

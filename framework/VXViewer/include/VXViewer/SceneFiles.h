@@ -16,6 +16,10 @@ class FileDialog;
 class Object;
 class Viewer;
 
+/// Whether the scene has changes that are in no file; one without objects has none.
+/// @threads the UI thread
+[[nodiscard]] VXVIEWER_API bool hasUnsavedChanges(const Viewer& viewer);
+
 /// Writes the scene into files, in the background, and sees to it that no work is lost when the program closes.
 /// @threads the UI thread
 class VXVIEWER_API SceneFiles
@@ -55,9 +59,6 @@ public:
 
     /// True while a file is being written.
     [[nodiscard]] bool isSaving() const { return saving_ > 0; }
-
-    /// False when the scene has changes that are in no file.
-    [[nodiscard]] bool isSaved() const;
 
     /// Answers the user's wish to close the program: true when it may close at once. Otherwise the user is asked about
     /// what is not saved, or a file that is being written is waited for, and the program closes after that.

@@ -45,7 +45,7 @@ public:
     void answer(AgentResult result);
 
     /// What is edited now would become part of the step that the user is in the middle of, such as a drag; or would be
-    /// lost where the user, asked about unsaved changes, lets those go that were there.
+    /// lost with the rest if the user, asked about unsaved changes, discards them.
     /// @return true where that is so: the call is answered then
     bool refuseDuringUsersWork();
 

@@ -30,6 +30,8 @@ constexpr std::array namedViews{NamedView{"front", StandardView::Front},
                                 NamedView{"bottom", StandardView::Bottom},
                                 NamedView{"isometric", StandardView::Isometric}};
 
+constexpr const char* withoutUp = "Leave it out: z is up then, or y where the camera looks along z.";
+
 /// z, or y where one looks along z.
 Vector3d usualUp(const Vector3d& direction)
 {
@@ -134,10 +136,9 @@ tl::expected<Camera, std::string> changedCamera(Camera camera, const AgentArgume
         return camera;
     const Vector3d up = fields.vector("up").value_or(usualUp(direction));
     if (up.norm() == 0)
-        return tl::unexpected(std::string("\"up\" must not be 0, 0, 0. Leave it out: z is up then."));
+        return tl::unexpected(std::string("\"up\" must not be 0, 0, 0. ") + withoutUp);
     if (up.cross(direction).norm() <= 1e-9 * up.norm())
-        return tl::unexpected(
-            std::string("\"up\" must point elsewhere than the camera looks. Leave it out: z is up then."));
+        return tl::unexpected(std::string("\"up\" must point elsewhere than the camera looks. ") + withoutUp);
     camera.setRotation(Camera::lookRotation(direction, up));
     return camera;
 }

@@ -12,6 +12,7 @@
 #include <VXViewer/FileOpening.h>
 #include <VXViewer/HistoryStore.h>
 #include <VXViewer/ProgressBar.h>
+#include <VXViewer/SceneFiles.h>
 #include <VXViewer/SceneJson.h>
 #include <VXViewer/Selection.h>
 #include <VXViewer/Viewer.h>
@@ -74,11 +75,6 @@ Json::Value filesStatus(const Viewer& viewer)
 }
 
 } // namespace
-
-bool hasUnsavedChanges(const Viewer& viewer)
-{
-    return !viewer.scene().children().empty() && !viewer.getGlobalHistoryStore()->isSaved();
-}
 
 Json::Value viewerStatus(const Viewer& viewer)
 {

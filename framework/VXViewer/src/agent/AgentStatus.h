@@ -14,8 +14,4 @@ class Viewer;
 /// The schema of that.
 [[nodiscard]] Json::Value viewerStatusSchema();
 
-/// Whether closing the program would lose what is in no file.
-/// @threads the UI thread
-[[nodiscard]] bool hasUnsavedChanges(const Viewer& viewer);
-
 } // namespace VX

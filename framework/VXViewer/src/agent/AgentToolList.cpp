@@ -63,29 +63,31 @@ void AgentContext::compute(std::shared_ptr<AgentCall> call, std::function<void()
     workers_.start([call = std::move(call), work = std::move(work)] { guard(call, work); });
 }
 
-void AgentToolList::start(Mcp::Tool tool, Start begin)
+void AgentToolList::start(Mcp::Tool tool, Start begin, When when)
 {
     // What only reads changes nothing that is to be seen.
     const auto post = tool.readOnly ? appendQuietCommand : [](std::function<void()> command)
     { CommandLoop::appendCommand(std::move(command)); };
     tool.run = [&viewer = context_->viewer, begin = std::move(begin), post,
-                readOnly = tool.readOnly](std::shared_ptr<Mcp::ToolCall> called, Mcp::Tool::Answer answer)
+                isFree = tool.readOnly || when == When::Always](std::shared_ptr<Mcp::ToolCall> called,
+                                                                Mcp::Tool::Answer answer)
     {
         auto call = std::make_shared<AgentCall>(viewer, std::move(called), std::move(answer));
         post(
-            [begin, readOnly, call = std::move(call)]
+            [begin, isFree, call = std::move(call)]
             {
-                if (!call->tool().isCanceled() && (readOnly || !call->refuseDuringUsersWork()))
+                if (!call->tool().isCanceled() && (isFree || !call->refuseDuringUsersWork()))
                     guard(call, [&] { begin(call); });
             });
     };
     tools_.push_back(std::move(tool));
 }
 
-void AgentToolList::add(Mcp::Tool tool, Work work)
+void AgentToolList::add(Mcp::Tool tool, Work work, When when)
 {
-    start(std::move(tool), [work = std::move(work)](const std::shared_ptr<AgentCall>& call)
-          { call->answer(work(call->viewer(), call->arguments())); });
+    start(
+        std::move(tool), [work = std::move(work)](const std::shared_ptr<AgentCall>& call)
+        { call->answer(work(call->viewer(), call->arguments())); }, when);
 }
 
 std::vector<Mcp::Tool> makeAgentTools(Viewer& viewer)

@@ -33,10 +33,18 @@ private:
 };
 
 /// The viewer's tools, each of which does its work on the UI thread: a call is posted to the loop. Those that change
-/// something are refused while the user is in the middle of an edit.
+/// something are refused while the user is in the middle of an edit, or is asked whether to save, unless they are for
+/// any time.
 class AgentToolList
 {
 public:
+    /// When a tool that changes something can be called.
+    enum class When
+    {
+        UserIsIdle,
+        Always
+    };
+
     /// Does the work at once.
     using Work = std::function<AgentResult(Viewer&, const AgentArguments&)>;
     /// Begins the work, which answers the call later.
@@ -48,8 +56,8 @@ public:
     }
 
     /// @param tool  all but `run`
-    void add(Mcp::Tool tool, Work work);
-    void start(Mcp::Tool tool, Start begin);
+    void add(Mcp::Tool tool, Work work, When when = When::UserIsIdle);
+    void start(Mcp::Tool tool, Start begin, When when = When::UserIsIdle);
 
     [[nodiscard]] const std::shared_ptr<AgentContext>& context() const { return context_; }
 

@@ -106,8 +106,8 @@ Json::Value inspectionMessages(const Json::Value& arguments)
                       : "Load \"" + file + "\" into the 3D viewer with scene.loadFile.") +
         " Take a picture from several sides with viewer.captureMontage and list the objects with scene.list. For each "
         "large object ask scene.getObject for its area, volume, parts and open boundaries (its \"holes\"). Then tell "
-        "me what it is, how large it "
-        "is, and what is wrong with it: open surfaces, several parts where one is to be expected, volumes that are "
+        "me what it is, how large it is, and what is wrong with it: open surfaces, several parts where one is to be "
+        "expected, volumes that are "
         "inside out. Change nothing.";
     Json::Value messages(Json::arrayValue);
     messages.append(std::move(message));

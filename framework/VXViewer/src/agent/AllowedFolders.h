@@ -29,9 +29,9 @@ public:
 
     [[nodiscard]] const std::vector<std::filesystem::path>& folders() const { return folders_; }
 
-    /// The file that `text` names: absolute, or "~/…".
-    /// @return its path without links; or what is wrong and what to do: the path is not absolute, there is no such
-    /// file, it is in no allowed folder, it is hidden
+    /// The file or folder that `text` names: absolute, or "~/…", or "~" for the home folder.
+    /// @return its path without links; or what is wrong and what to do: the path is not absolute or has control
+    /// characters, there is no such file, it is in no allowed folder, it is hidden
     [[nodiscard]] tl::expected<std::filesystem::path, std::string> forReading(const std::string& text) const;
 
     /// The same of a file to write, which need not exist, in a folder that does.

@@ -9,7 +9,9 @@
 #include <VXViewer/Viewer.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
+#include <vector>
 
 namespace VX
 {
@@ -35,8 +37,10 @@ tl::expected<Camera, std::string> fitted(Viewer& viewer, const AgentArguments& a
     const auto objects = arguments.objects("ids", viewer.scene());
     if (!objects)
         return tl::unexpected(objects.error());
-    const std::shared_ptr<const Object> root = objects->empty() ? viewer.sceneRoot() : ChosenScene(*objects).root();
-    if (!objects->empty() && std::ranges::none_of(*objects, [](const auto& object) { return isShown(*object); }))
+    std::vector<std::shared_ptr<Object>> shown;
+    std::ranges::copy_if(*objects, std::back_inserter(shown), [](const auto& object) { return isShown(*object); });
+    const std::shared_ptr<const Object> root = shown.empty() ? viewer.sceneRoot() : ChosenScene(shown).root();
+    if (!objects->empty() && (shown.empty() || root->worldBox().isEmpty()))
         return tl::unexpected(std::string("None of these objects shows: the view would be empty. Show them with "
                                           "\"scene.setVisibility\" first."));
     SceneRenderer::fit(camera, *root, viewer.view().fitArea(), viewer.view().options().viewport);
@@ -114,8 +118,9 @@ void addCameraTools(AgentToolList& list)
         cameraTool("camera.fit", "Show all, or chosen objects",
                    "Moves the camera of the user's view, without turning it, until the objects fill the "
                    "picture.");
-    fitTool.inputSchema =
-        Schema::object({{"ids", Schema::objectIds("The objects to show; all that is visible if left out.")}});
+    fitTool.inputSchema = Schema::object(
+        {{"ids", Schema::objectIds(
+                     "The objects to show, of which hidden ones do not count; all that is visible if left out.")}});
     list.add(std::move(fitTool), fit);
 }
 

@@ -213,13 +213,12 @@ Mcp::Tool saveTool()
     tool.description =
         "Writes the scene, or the objects named, to a file of the kind that its extension says; \".vxu\" "
         "keeps all of the scene. Other kinds leave out hidden objects, but for those that \"ids\" itself names, and "
-        "what they "
-        "cannot hold: \"warnings\" say what. After any other kind, or \"ids\", the scene still counts as having "
-        "unsaved changes. A "
-        "file that exists stays unless \"overwrite\" is true.";
+        "what they cannot hold: \"warnings\" say what. After any other kind, or \"ids\", the scene still counts as "
+        "having unsaved changes. A file that exists stays unless \"overwrite\" is true.";
     tool.inputSchema =
         Schema::object({{"path", Schema::text("Of the file: absolute, or \"~/…\". Its folder exists.")},
-                        {"ids", Schema::objectIds("Only these objects with what is below them; all if left out.")},
+                        {"ids", Schema::objectIds("Only these objects with what is below them, and beside them "
+                                                  "those named below a hidden one that is not; all if left out.")},
                         {"overwrite", Schema::flag("Replace a file of this name; false if left out.")},
                         {"wait", waitSchema()}},
                        {"path"});

@@ -1,15 +1,17 @@
 #include "AgentSchema.h"
-#include "AgentStatus.h"
 #include "AgentToolList.h"
 #include "Paging.h"
 
 #include <VXMesh/Object.h>
 #include <VXViewer/HistoryAction.h>
 #include <VXViewer/HistoryStore.h>
+#include <VXViewer/SceneFiles.h>
 #include <VXViewer/Viewer.h>
 
 #include <algorithm>
+#include <memory>
 #include <utility>
+#include <vector>
 
 namespace VX
 {
@@ -33,9 +35,10 @@ void describe(const Viewer& viewer, Json::Value& value)
     value["unsavedChanges"] = hasUnsavedChanges(viewer);
 }
 
-void describe(const HistoryAction& action, Json::Value& step)
+void describe(const HistoryAction& action, const Object& root, Json::Value& step)
 {
-    const auto objects = action.objects();
+    auto objects = action.objects();
+    std::erase_if(objects, [&](const auto& object) { return object.get() == &root; });
     step["name"] = action.name();
     step["objectCount"] = Json::UInt64(objects.size());
     step["objects"] = Json::Value(Json::arrayValue);
@@ -92,7 +95,7 @@ AgentResult listSteps(Viewer& viewer, const AgentArguments& arguments)
         const std::size_t index = actions.size() - 1 - i;
         Json::Value step;
         step["number"] = Json::UInt64(index + 1);
-        describe(*actions[index], step);
+        describe(*actions[index], viewer.scene(), step);
         step["done"] = index < history.position();
         value["steps"].append(std::move(step));
     }
@@ -144,7 +147,9 @@ Mcp::Tool listTool()
                      Schema::result(
                          {{"number", Schema::count("From 1, the oldest.")},
                           {"name", Schema::text("What was done.")},
-                          {"objectCount", Schema::count("How many objects it changed, added or took away.")},
+                          {"objectCount", Schema::count("How many objects it changed, added or took away; what is "
+                                                        "below one that came or went does not count."
+                                                        "")},
                           {"objects",
                            Schema::list("The first five of them, as they are called now; some may not be in the scene.",
                                         objectSchema())},

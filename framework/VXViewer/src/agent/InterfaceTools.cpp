@@ -60,13 +60,18 @@ std::string captionOf(const std::string& name, const RibbonItemInfo& info)
     return Locale::translate(info.caption.empty() ? name : info.caption);
 }
 
+std::string tooltipOf(const RibbonItemInfo& info)
+{
+    return info.tooltip.empty() ? std::string() : Locale::translate(info.tooltip);
+}
+
 Json::Value itemJson(const std::string& name, const RibbonItemInfo& info)
 {
     const std::string reason = info.item->unavailableReason();
     Json::Value value;
     value["name"] = name;
     value["caption"] = captionOf(name, info);
-    value["tooltip"] = info.tooltip.empty() ? std::string() : Locale::translate(info.tooltip);
+    value["tooltip"] = tooltipOf(info);
     value["active"] = info.item->isActive();
     value["available"] = reason.empty();
     if (!reason.empty())
@@ -78,7 +83,8 @@ bool fits(const std::string& name, const RibbonItemInfo& info, const std::string
 {
     if (wanted.empty())
         return true;
-    std::string all = name + "\n" + info.caption + "\n" + info.tooltip;
+    std::string all =
+        fmt::format("{}\n{}\n{}\n{}\n{}", name, info.caption, info.tooltip, captionOf(name, info), tooltipOf(info));
     for (const std::string& keyword : info.keywords)
         all += "\n" + keyword;
     return toLower(all).find(wanted) != std::string::npos;
@@ -111,7 +117,8 @@ AgentResult listItems(Viewer& viewer, const AgentArguments& arguments)
     return Mcp::ToolResult::of(std::move(value));
 }
 
-/// The item that `name` means: its name, or what the user reads on it alone, in any letter case.
+/// The item that `name` means: its name, or what is read on it alone, in English or the user's language, with letters A
+/// to Z in either case.
 tl::expected<std::string, std::string> itemNamed(const RibbonMenu& ribbon, const std::string& name)
 {
     if (RibbonSchemaHolder::find(name) && !ribbon.isItemHidden(name))
@@ -120,7 +127,8 @@ tl::expected<std::string, std::string> itemNamed(const RibbonMenu& ribbon, const
     std::vector<std::string> meant;
     for (const auto& [each, info] : RibbonSchemaHolder::schema().items)
     {
-        const bool isMeant = toLower(each) == wanted || toLower(captionOf(each, info)) == wanted;
+        const bool isMeant =
+            toLower(each) == wanted || toLower(info.caption) == wanted || toLower(captionOf(each, info)) == wanted;
         if (info.item && isMeant && !ribbon.isItemHidden(each))
             meant.push_back(each);
     }
@@ -285,8 +293,7 @@ Mcp::Tool treeTool()
          {"label", Schema::text("What the user reads on it.")},
          {"value", Schema::text("What it is set to, where it has a value.")},
          {"enabled", Schema::flag("false: it cannot be used now; true if missing.")},
-         {"visible", Schema::flag("false: scrolled or cut out of sight; true if "
-                                  "missing.")},
+         {"visible", Schema::flag("false: scrolled or cut out of sight; true if missing.")},
          {"box", Schema::list("x from the left and y from the top of the window as \"viewer.getStatus\" tells its size "
                               "(a picture of it may be smaller), width and height, in pixels.",
                               Schema::number("Pixels."), 4, 4)}},

@@ -80,20 +80,22 @@ void addJobTools(AgentToolList& list)
     list.add(std::move(status), [context = list.context()](Viewer&, const AgentArguments& arguments)
              { return describe(*context->jobs, idOf(arguments)); });
 
-    list.add(jobTool("jobs.cancel", "Cancel a piece of work",
-                     "Ends a job. Nothing that it would have done is done. One that has ended is left alone."),
-             [context = list.context()](Viewer&, const AgentArguments& arguments)
-             {
-                 auto before = describe(*context->jobs, idOf(arguments));
-                 ProgressBar::cancel(idOf(arguments));
-                 auto after = describe(*context->jobs, idOf(arguments));
-                 if (before && !after)
-                 {
-                     before->structured["state"] = "canceled";
-                     return before;
-                 }
-                 return after;
-             });
+    list.add(
+        jobTool("jobs.cancel", "Cancel a piece of work",
+                "Ends a job. Nothing that it would have done is done. One that has ended is left alone."),
+        [context = list.context()](Viewer&, const AgentArguments& arguments)
+        {
+            auto before = describe(*context->jobs, idOf(arguments));
+            ProgressBar::cancel(idOf(arguments));
+            auto after = describe(*context->jobs, idOf(arguments));
+            if (before && !after)
+            {
+                before->structured["state"] = "canceled";
+                return before;
+            }
+            return after;
+        },
+        AgentToolList::When::Always);
 }
 
 } // namespace VX

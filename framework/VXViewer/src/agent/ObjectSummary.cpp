@@ -8,6 +8,8 @@
 #include <VXViewer/SceneJson.h>
 #include <VXViewer/Selection.h>
 
+#include <cmath>
+
 namespace VX
 {
 
@@ -41,7 +43,8 @@ void addAppearance(Json::Value& value, const Object& object)
     if (const auto* visual = dynamic_cast<const VisualObject*>(&object))
     {
         value["color"] = colorText(visual->color());
-        value["opacity"] = rounded(visual->color().a / 255.0);
+        // A colour keeps 8 bits of it.
+        value["opacity"] = rounded(std::round(visual->color().a / 255.0 * 1000) / 1000);
     }
     if (const auto* mesh = dynamic_cast<const ObjectMesh*>(&object))
         value["flatShaded"] = mesh->isFlatShaded();

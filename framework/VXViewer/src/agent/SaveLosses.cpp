@@ -42,19 +42,18 @@ struct Content
     std::size_t clouds = 0;
     std::size_t lines = 0;
     std::size_t colored = 0; ///< in another colour than objects have at first
-    std::size_t groups = 0;  ///< objects without geometry of their own, below the root
+    std::size_t groups = 0;  ///< objects without geometry of their own, with some of others below that shows
     std::size_t hidden = 0;  ///< which do not count as any of the others
 };
 
-void count(const Object& object, bool shown, Content& content)
+/// @return whether some geometry shows
+bool count(const Object& object, bool shown, Content& content)
 {
     shown = shown && object.isVisible();
     const auto* visual = dynamic_cast<const VisualObject*>(&object);
     const bool isShownGeometry = visual && shown;
     if (visual && !shown)
         ++content.hidden;
-    if (!visual && shown && object.parent())
-        ++content.groups;
     if (isShownGeometry && dynamic_cast<const ObjectMesh*>(visual))
         ++content.meshes;
     if (isShownGeometry && dynamic_cast<const ObjectPoints*>(visual))
@@ -63,8 +62,12 @@ void count(const Object& object, bool shown, Content& content)
         ++content.lines;
     if (isShownGeometry && visual->color() != ObjectMesh().color())
         ++content.colored;
+    bool showsBelow = false;
     for (const std::shared_ptr<Object>& child : object.children())
-        count(*child, shown, content);
+        showsBelow |= count(*child, shown, content);
+    if (!visual && showsBelow && object.parent())
+        ++content.groups;
+    return isShownGeometry || showsBelow;
 }
 
 std::string leftOut(std::size_t number, const char* one, const char* several, const std::string& why)
@@ -86,8 +89,7 @@ std::vector<std::string> saveLosses(const Object& root, const std::string& exten
     const std::string holds = fmt::format("{} files hold none.", extension);
     if (content.hidden > 0)
         losses.push_back(leftOut(content.hidden, "hidden object", "hidden objects",
-                                 "only \".vxu\" keeps them. Show them, or name their "
-                                 "ids."));
+                                 "only \".vxu\" keeps them. Show them, or name their ids."));
     if (content.clouds > 0 && !kept.clouds)
         losses.push_back(leftOut(content.clouds, "point cloud", "point clouds", holds));
     if (content.lines > 0 && !kept.lines)
@@ -98,7 +100,8 @@ std::vector<std::string> saveLosses(const Object& root, const std::string& exten
         losses.push_back(fmt::format(
             "The objects became one, without their names and groups: {} files hold one object.", extension));
     if (content.groups > 0 && kept.objects)
-        losses.push_back(leftOut(content.groups, "group", "groups", "what is in it was kept, beside all else."));
+        losses.push_back(
+            leftOut(content.groups, "group", "groups", "the objects in groups were kept, without the groups."));
     if (content.colored > 0 && !kept.colors)
         losses.push_back(fmt::format("The colours of objects were left out: {}", holds));
     return losses;

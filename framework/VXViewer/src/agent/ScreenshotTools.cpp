@@ -270,8 +270,7 @@ Mcp::Tool screenshotTool()
         "Draws the scene and gives the picture back. Without arguments it is what the user's view shows; "
         "\"view\", \"camera\" and \"ids\" show it otherwise without moving the user's view. Selected objects take "
         "on some orange and selected triangles are magenta, but not with \"ids\". Also works while the window is "
-        "minimised or "
-        "hidden. Give the answer as \"picture\" to \"select.pick\" to point at pixels of this picture.";
+        "minimised or hidden. Give the answer as \"picture\" to \"select.pick\" to point at pixels of this picture.";
     tool.inputSchema = pictureSchema();
     Json::Value& fields = tool.inputSchema["properties"];
     fields["area"] = Schema::choice(

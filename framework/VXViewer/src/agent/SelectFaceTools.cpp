@@ -56,11 +56,20 @@ Json::Value facesJson(const Viewer& viewer, const std::vector<VisibleFaces>& fou
     return value;
 }
 
+bool isBelow(const Object& object, const Object& root)
+{
+    const Object* above = &object;
+    while (above && above != &root)
+        above = above->parent();
+    return above != nullptr;
+}
+
 std::string hiddenText(const Object& object)
 {
-    return fmt::format("The mesh {} is hidden, and triangles are selected only of what shows. Show it with "
-                       "\"scene.setVisibility\" first, and all above it.",
-                       object.id());
+    return fmt::format(
+        "The mesh {} is hidden, and triangles are selected only of what shows. Show it and all above it with "
+        "\"scene.setVisibility\" first.",
+        object.id());
 }
 
 /// Selects the region that a worker found, unless the mesh has changed meanwhile.
@@ -69,9 +78,10 @@ void takeRegion(const std::shared_ptr<AgentCall>& call, const std::shared_ptr<Ob
 {
     if (call->refuseDuringUsersWork())
         return;
-    if (object->mesh() != mesh)
+    if (object->mesh() != mesh || !isShown(*object) || !isBelow(*object, call->viewer().scene()))
     {
-        call->answer(tl::unexpected(std::string("The mesh was changed meanwhile: nothing was selected. Call again.")));
+        call->answer(tl::unexpected(
+            std::string("The mesh was changed, hidden or removed meanwhile: nothing was selected. Call again.")));
         return;
     }
     const std::vector<VisibleFaces> found{{object.get(), std::move(region)}};
@@ -185,8 +195,7 @@ AgentResult selectRectangle(Viewer& viewer, const AgentArguments& arguments)
         for (VisibleFaces& each : found)
             each.object = dynamic_cast<const ObjectMesh*>(picture->chosen->originalOf(each.object).get());
     }
-    const auto hidden =
-        std::ranges::find_if(found, [](const VisibleFaces& each) { return each.object && !isShown(*each.object); });
+    const auto hidden = std::ranges::find_if(found, [](const VisibleFaces& each) { return !isShown(*each.object); });
     if (hidden != found.end())
         return tl::unexpected(hiddenText(*hidden->object));
     selectFaces(viewer, translatable("Select Rectangle"), found, modeOf(arguments));

@@ -109,9 +109,9 @@ SceneFiles::SceneFiles(Viewer& viewer, FileDialog& dialog)
 {
 }
 
-bool SceneFiles::isSaved() const
+bool hasUnsavedChanges(const Viewer& viewer)
 {
-    return viewer_.scene().children().empty() || viewer_.getGlobalHistoryStore()->isSaved();
+    return !viewer.scene().children().empty() && !viewer.getGlobalHistoryStore()->isSaved();
 }
 
 void SceneFiles::save()
@@ -286,7 +286,7 @@ bool SceneFiles::mayClose()
         closing_ = true;
         return false;
     }
-    if (isSaved())
+    if (!hasUnsavedChanges(viewer_))
         return true;
     asking_ = true;
     viewer_.incrementForceRedrawFrames(2);

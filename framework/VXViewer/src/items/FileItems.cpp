@@ -14,11 +14,11 @@ namespace VX
 namespace
 {
 
-std::string whyNotSave(const SceneFiles& files, SceneSummary& scene)
+std::string whyNotSave(const Viewer& viewer, SceneSummary& scene)
 {
     if (std::string reason = scene.needsObjects(); !reason.empty())
         return reason;
-    return files.isSaved() ? tr("Everything is saved.") : std::string();
+    return hasUnsavedChanges(viewer) ? std::string() : tr("Everything is saved.");
 }
 
 } // namespace
@@ -32,7 +32,7 @@ RibbonItems makeFileItems(Viewer& viewer, const std::shared_ptr<SceneSummary>& s
         std::make_shared<OpenRecentItem>(viewer),
         std::make_shared<ActionItem>(
             "Save", ItemActions{.press = [files] { files().save(); },
-                                .unavailableReason = [files, scene] { return whyNotSave(files(), *scene); }}),
+                                .unavailableReason = [&viewer, scene] { return whyNotSave(viewer, *scene); }}),
         std::make_shared<ActionItem>("Save Scene As",
                                      ItemActions{.press = [files] { files().saveAs(); },
                                                  .unavailableReason = [scene] { return scene->needsObjects(); }}),

@@ -12,7 +12,7 @@ namespace VX
 struct MeshMeasure
 {
     double area = 0;
-    std::optional<double> volume; ///< of a closed surface; negative where it is inside out
+    std::optional<double> volume; ///< of a closed surface; negative where it is inside out, which a mirror image is not
 };
 
 /// Measures `mesh` after `toScene`. The volume is the sum of the signed tetrahedra between a point and the triangles

@@ -119,6 +119,11 @@ TEST_F(AllowedFoldersTests, WantsAnAbsolutePathThatNamesAFile)
     EXPECT_FALSE(folders_().forWriting(in_("allowed/..")));
 }
 
+TEST_F(AllowedFoldersTests, TakesNamesOfAnyLanguage)
+{
+    EXPECT_TRUE(folders_().forWriting(in_("allowed/Gehäuse 外壳.stl")));
+}
+
 TEST_F(AllowedFoldersTests, RefusesLineEndsInNames)
 {
     EXPECT_THAT(folders_().forWriting(in_("allowed/a\nb.stl")).error(), HasSubstr("control characters"));

@@ -1,7 +1,9 @@
 #include "AgentFixture.h"
 
 #include <VXViewer/FileOpening.h>
+#include <VXViewer/ImGuiMenu.h>
 #include <VXViewer/ProgressBar.h>
+#include <VXViewer/SceneFiles.h>
 
 #include <gtest/gtest.h>
 
@@ -181,12 +183,16 @@ TEST_F(FileToolsTests, SavesWhatIsNamedBelowAHiddenObjectThatIsNot)
 {
     a_->addChild(b_);
     b_->addChild(c_);
+    a_->setTransform(Transform(Eigen::Translation3d(100, 0, 0)));
     b_->setVisible(false);
+    const Box3d place = c_->worldBox();
     const std::string ids = R"("ids": [)" + id_(*a_) + ", " + id_(*c_) + "]";
     const Json::Value saved = call_("scene.saveFile", withPath_(folder_.path() / "two.obj", ids));
     EXPECT_THAT(saved["warnings"][0].asString(), HasSubstr("1 hidden object was left out"));
     call_("scene.loadFile", withPath_(folder_.path() / "two.obj"));
-    EXPECT_THAT(namesBelow_(*viewer_.scene().children().back()), ElementsAre("A", "C"));
+    const Object& both = *viewer_.scene().children().back();
+    ASSERT_THAT(namesBelow_(both), ElementsAre("A", "C"));
+    EXPECT_TRUE(both.children().back()->worldBox().isApprox(place, 1e-6));
 }
 
 TEST_F(FileToolsTests, SaysHowManyHiddenObjectsAreNotInTheFile)
@@ -196,6 +202,15 @@ TEST_F(FileToolsTests, SaysHowManyHiddenObjectsAreNotInTheFile)
     ASSERT_EQ(saved["warnings"].size(), 1U);
     EXPECT_THAT(saved["warnings"][0].asString(), HasSubstr("1 hidden object was left out"));
     EXPECT_TRUE(call_("scene.saveFile", withPath_(folder_.path() / "scene.vxu"))["warnings"].empty());
+}
+
+TEST_F(FileToolsTests, CancelsAlsoWhileTheUserIsAskedToSave)
+{
+    openSlowly_();
+    call_("scene.rename", R"({"name": "X", "id": )" + id_(*a_) + "}");
+    const Json::Value begun = call_("scene.loadFile", withPath_(folder_.write("slow.box", ""), R"("wait": false)"));
+    ASSERT_FALSE(viewer_.getMenuPlugin()->sceneFiles().mayClose());
+    EXPECT_EQ(call_("jobs.cancel", R"({"job": )" + begun["job"].asString() + "}")["state"].asString(), "canceled");
 }
 
 TEST_F(FileToolsTests, NeverReplacesAFileUnlessTold)

@@ -65,6 +65,8 @@ TEST_F(SaveLossesTests, SaysThatGroupsAreLostWhereObjectsAreNot)
     root_->addChild(group);
     EXPECT_THAT(saveLosses(*root_, ".obj"), ElementsAre(HasSubstr("1 group was left out")));
     EXPECT_THAT(saveLosses(*root_, ".stl"), IsEmpty());
+    root_->addChild(std::make_shared<Object>());
+    EXPECT_THAT(saveLosses(*root_, ".obj"), ElementsAre(HasSubstr("1 group was left out")));
 }
 
 TEST_F(SaveLossesTests, SaysThatColoursAreLost)

@@ -83,7 +83,7 @@ TEST_F(SceneEditToolsTests, ChangesColorOpacityAndShading)
     const Json::Value answer = callAsStep_("scene.setAppearance", withIds_({a_}, R"("color": "#FF8000", "opacity": 0.5,
                                                                                   "flatShaded": true)"));
     EXPECT_EQ(answer["objects"][0]["color"].asString(), "#ff8000");
-    EXPECT_NEAR(answer["objects"][0]["opacity"].asDouble(), 0.5, 0.01);
+    EXPECT_EQ(answer["objects"][0]["opacity"].asDouble(), 0.502);
     for (const auto& object : {a_, b_})
     {
         EXPECT_EQ(object->color(), (Color{0xFF, 0x80, 0, 128}));

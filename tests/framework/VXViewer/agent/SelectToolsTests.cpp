@@ -21,13 +21,21 @@ protected:
                            middle.y(), more.empty() ? "" : ", ", more);
     }
 
-    /// What is told of a picture of A alone, from above, where B covers A.
+    /// What is told of a picture of `objects` alone, from above onto where A is at first.
+    [[nodiscard]] Json::Value pictureOf_(const std::vector<std::shared_ptr<ObjectMesh>>& objects)
+    {
+        std::vector<std::uint64_t> ids;
+        std::ranges::transform(objects, std::back_inserter(ids), &ObjectMesh::id);
+        return call_("viewer.captureScreenshot",
+                     R"({"maxSize": 200, "camera": {"eye": [0.5, 0.5, 100], "target": [0.5, 0.5, 0]}, "ids": [)" +
+                         fmt::format("{}", fmt::join(ids, ", ")) + "]}");
+    }
+
+    /// The same of A alone, where B covers A.
     [[nodiscard]] Json::Value pictureOfA_()
     {
         b_->setTransform(Transform(Eigen::Translation3d(-4, -1, 10)));
-        return call_("viewer.captureScreenshot",
-                     R"({"maxSize": 200, "camera": {"eye": [0.5, 0.5, 100], "target": [0.5, 0.5, 0]}, "ids": [)" +
-                         id_(*a_) + "]}");
+        return pictureOf_({a_});
     }
 };
 
@@ -188,6 +196,38 @@ TEST_F(SelectToolsTests, SelectsNoTrianglesOfAHiddenObject)
     b_->setVisible(false);
     EXPECT_THAT(error_("select.primitive", R"({"face": 0, "id": )" + id_(*b_) + "}"), HasSubstr("is hidden"));
     EXPECT_EQ(b_->selectedFaces(), nullptr);
+}
+
+TEST_F(SelectToolsTests, SelectsNoTrianglesBelowAHiddenObject)
+{
+    a_->addChild(b_);
+    a_->setVisible(false);
+    EXPECT_THAT(error_("select.primitive", R"({"face": 0, "id": )" + id_(*b_) + "}"), HasSubstr("all above it"));
+    EXPECT_EQ(b_->selectedFaces(), nullptr);
+}
+
+TEST_F(SelectToolsTests, SelectsNoTrianglesOfAHiddenObjectThatAPictureShows)
+{
+    a_->setVisible(false);
+    Json::Value arguments;
+    arguments["picture"] = pictureOfA_();
+    arguments["x0"] = arguments["y0"] = 0;
+    arguments["x1"] = arguments["picture"]["width"];
+    arguments["y1"] = arguments["picture"]["height"];
+    EXPECT_THAT(error_("select.rectangle", arguments.toStyledString()), HasSubstr("is hidden"));
+    EXPECT_EQ(a_->selectedFaces(), nullptr);
+}
+
+TEST_F(SelectToolsTests, PicksInAPictureWhatWasNamedBelowAHiddenObjectThatWasNot)
+{
+    b_->addChild(c_);
+    c_->addChild(a_);
+    c_->setVisible(false);
+    Json::Value arguments;
+    arguments["picture"] = pictureOf_({b_, a_});
+    arguments["x"] = arguments["picture"]["width"].asInt() / 2;
+    arguments["y"] = arguments["picture"]["height"].asInt() / 2;
+    EXPECT_EQ(call_("select.pick", arguments.toStyledString())["object"]["name"].asString(), "A");
 }
 
 TEST_F(SelectToolsTests, SelectsTheCurvedRegionAroundAFace)

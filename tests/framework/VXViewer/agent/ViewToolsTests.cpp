@@ -90,6 +90,12 @@ TEST_F(ViewToolsTests, MovesNothingWhereThereIsNothingToDoOrToSee)
     EXPECT_THAT(error_("camera.set", R"({"eye": [1, 1, 1], "up": [0, 0, 0]})"), HasSubstr("must not be 0, 0, 0"));
     a_->setVisible(false);
     EXPECT_THAT(error_("camera.fit", R"({"ids": [)" + id_(*a_) + "]}"), HasSubstr("None of these objects shows"));
+    const double distance = viewer_.view().camera().distance();
+    call_("camera.fit", R"({"ids": [)" + id_(*b_) + "]}");
+    const double alone = viewer_.view().camera().distance();
+    call_("camera.fit", fmt::format(R"({{"ids": [{}, {}]}})", a_->id(), b_->id()));
+    EXPECT_NE(alone, distance);
+    EXPECT_DOUBLE_EQ(viewer_.view().camera().distance(), alone);
 }
 
 TEST_F(ViewToolsTests, ShowsChosenObjectsLarge)
@@ -143,6 +149,17 @@ TEST_F(ViewToolsTests, NamesTheObjectsOfAStep)
     EXPECT_THAT(namesOf_(steps[1]["objects"]), ElementsAre("A", "C"));
 }
 
+TEST_F(ViewToolsTests, NamesTheFirstObjectsOfAStepAndCountsAll)
+{
+    std::string ids;
+    for (int i = 0; i < 7; ++i)
+        ids += (i > 0 ? ", " : "") + id_(*addBox_("More", {0, 0, 0}, {1, 1, 1}));
+    call_("scene.remove", R"({"ids": [)" + ids + "]}");
+    const Json::Value step = call_("history.list")["steps"][0];
+    EXPECT_EQ(step["objects"].size(), 5U);
+    EXPECT_EQ(step["objectCount"].asInt(), 7);
+}
+
 TEST_F(ViewToolsTests, SaysSoWhereThereIsNothingToUndo)
 {
     EXPECT_THAT(error_("history.undo"), HasSubstr("nothing to undo"));
@@ -175,6 +192,7 @@ TEST_F(ViewToolsTests, PressesTheItemThatTheUserReadsSo)
     a_->setSelected(true);
     EXPECT_EQ(call_("ribbon.press", R"({"name": "deselect"})")["name"].asString(), "Clear Selections");
     EXPECT_FALSE(a_->isSelected());
+    EXPECT_THAT(error_("ribbon.press", R"({"name": "open"})"), HasSubstr("\"scene.loadFile\""));
 }
 
 TEST_F(ViewToolsTests, NoViewTurnsAnyMoreBehindTheAnswer)

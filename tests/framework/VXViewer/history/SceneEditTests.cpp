@@ -409,6 +409,23 @@ TEST_F(SceneEditTests, NamesWhatAStepIsAboutOnce)
     EXPECT_THAT(store_.actions().back()->objects(), testing::UnorderedElementsAre(fresh, gone, box_));
 }
 
+TEST_F(SceneEditTests, ASelectionOnTheWayIsNotWhatAStepIsAbout)
+{
+    const auto other = addBox_("Only selected");
+    {
+        const HistoryScope scope(store_, "Both");
+        {
+            SceneEdit select(store_, "Select");
+            select.touch(other);
+            other->setSelected(true);
+        }
+        SceneEdit hide(store_, "Hide");
+        hide.touch(box_);
+        box_->setVisible(false);
+    }
+    EXPECT_THAT(store_.actions().back()->objects(), testing::ElementsAre(box_));
+}
+
 TEST_F(SceneEditTests, ASelectionIsAboutWhatIsSelected)
 {
     {

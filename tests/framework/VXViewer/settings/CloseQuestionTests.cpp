@@ -113,7 +113,7 @@ TEST_F(CloseQuestionTests, StaysOpenWithAMessageWhereSavingFails)
     driver_.press("Save", "Save Changes");
     ASSERT_TRUE(driver_.waitFor([&] { return UiTree::instance().hasWindow("Error Modal"); }));
     EXPECT_FALSE(isClosing_());
-    EXPECT_FALSE(files_().isSaved());
+    EXPECT_TRUE(hasUnsavedChanges(viewer_));
 }
 
 TEST_F(CloseQuestionTests, WaitsForAFileThatIsBeingWritten)

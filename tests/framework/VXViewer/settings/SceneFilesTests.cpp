@@ -31,11 +31,11 @@ TEST_F(SceneFilesTests, SaveGoesToTheSceneFileThatTheSceneCameFrom)
     const auto path = sceneFile_("scene.vxu");
     open_(path);
     renameFirst_("Renamed");
-    EXPECT_FALSE(files_().isSaved());
+    EXPECT_TRUE(hasUnsavedChanges(viewer_));
     save_();
     EXPECT_FALSE(UiTree::instance().hasWindow("File Dialog"));
     EXPECT_THAT(namesIn_(path), ElementsAre("Renamed"));
-    EXPECT_TRUE(files_().isSaved());
+    EXPECT_FALSE(hasUnsavedChanges(viewer_));
     EXPECT_THAT(signalled_, IsEmpty());
 }
 
@@ -49,7 +49,7 @@ TEST_F(SceneFilesTests, SaveAsksForAFileWhereTheSceneCameFromAnotherFormat)
     EXPECT_THAT(namesIn_(target), ElementsAre("Renamed"));
     EXPECT_EQ(viewer_.sceneFile(), target);
     EXPECT_EQ(viewer_.sceneName(), "new.vxu");
-    EXPECT_TRUE(files_().isSaved());
+    EXPECT_FALSE(hasUnsavedChanges(viewer_));
 }
 
 TEST_F(SceneFilesTests, SaveAsTellsWhatWasSavedAndRemembersIt)
@@ -73,7 +73,7 @@ TEST_F(SceneFilesTests, SaveSelectedWritesThatAndLeavesTheSceneUnsaved)
     chooseFile_(target);
     EXPECT_THAT(namesIn_(target), ElementsAre("Two"));
     EXPECT_THAT(signalled_, ElementsAre(target));
-    EXPECT_FALSE(files_().isSaved());
+    EXPECT_TRUE(hasUnsavedChanges(viewer_));
     EXPECT_TRUE(viewer_.sceneFile().empty());
 }
 
@@ -142,7 +142,7 @@ TEST_F(SceneFilesTests, AFailedSaveIsToldAndLeavesTheSceneUnsaved)
     std::filesystem::create_directory(path);
     save_();
     EXPECT_TRUE(UiTree::instance().hasWindow("Error Modal"));
-    EXPECT_FALSE(files_().isSaved());
+    EXPECT_TRUE(hasUnsavedChanges(viewer_));
     EXPECT_THAT(signalled_, IsEmpty());
 }
 
@@ -153,15 +153,15 @@ TEST_F(SceneFilesTests, WhatIsDoneWhileTheFileIsWrittenIsNotSaved)
     files_().save();
     renameFirst_("Later");
     ASSERT_TRUE(driver_.waitFor([&] { return !files_().isSaving(); }));
-    EXPECT_FALSE(files_().isSaved());
+    EXPECT_TRUE(hasUnsavedChanges(viewer_));
 }
 
 TEST_F(SceneFilesTests, AFileThatComesIntoASceneFileIsAChangeOfIt)
 {
     open_(sceneFile_("scene.vxu"));
-    EXPECT_TRUE(files_().isSaved());
+    EXPECT_FALSE(hasUnsavedChanges(viewer_));
     open_(folder_.write("part.stl", VX::Test::triangleStl()));
-    EXPECT_FALSE(files_().isSaved());
+    EXPECT_TRUE(hasUnsavedChanges(viewer_));
 }
 
 TEST_F(SceneFilesTests, FilesDroppedOverAPanelAreOpened)
