@@ -33,7 +33,7 @@ public:
         }
         frame.root = root.get();
         frame.size = benchPicture;
-        SceneRenderer::fit(frame.camera, *root, frame.size);
+        SceneRenderer::fit(frame.camera, *root, {frame.size});
         pivot_ = SceneRenderer::visibleBox(*root).center();
     }
 

@@ -18,7 +18,7 @@ ScenePicker::Request requestFor(const Object& root)
     ScenePicker::Request request;
     request.root = &root;
     request.size = benchPicture;
-    SceneRenderer::fit(request.camera, root, request.size);
+    SceneRenderer::fit(request.camera, root, {request.size});
     // On the ring rather than in its hole.
     request.pixel = request.camera.project({80, 0, 20}, request.size).value();
     return request;

@@ -75,7 +75,7 @@ TEST_P(CameraTests, AFittedBoxLiesInsideWithAMarginOnAllSides)
 {
     Camera camera = camera_;
     const Box3d box(Vector3d(-3, 100, 7), Vector3d(9, 104, 8));
-    camera.fit(box, viewport);
+    camera.fit(box, {viewport});
     Eigen::AlignedBox2d seen;
     for (int i = 0; i < 8; ++i)
         seen.extend(camera.project(box.corner(static_cast<Box3d::CornerType>(i)), viewport).value());
@@ -111,7 +111,7 @@ TEST_P(CameraTests, AFitLeavesFreeWhatIsCovered)
 TEST_P(CameraTests, AFittedPointHasAFiniteDistance)
 {
     Camera camera = camera_;
-    camera.fit(Box3d(Vector3d(5, 6, 7)), viewport);
+    camera.fit(Box3d(Vector3d(5, 6, 7)), {viewport});
     EXPECT_TRUE(camera.target().isApprox(Vector3d(5, 6, 7)));
     EXPECT_GT(camera.distance(), 0);
     EXPECT_LT(camera.distance(), 1);
@@ -121,11 +121,11 @@ TEST_P(CameraTests, AFitComesBackFromFarAway)
 {
     const Box3d box(Vector3d(9, -21, 29), Vector3d(11, -19, 31));
     Camera near = camera_;
-    near.fit(box, viewport);
+    near.fit(box, {viewport});
     Camera far = camera_;
     far.setTarget({7e15, -3e15, 1e15});
     far.setDistance(1e15);
-    far.fit(box, viewport);
+    far.fit(box, {viewport});
     EXPECT_TRUE(far.target().isApprox(near.target(), 1e-12));
     EXPECT_NEAR(far.distance(), near.distance(), 1e-9);
 }
@@ -133,7 +133,7 @@ TEST_P(CameraTests, AFitComesBackFromFarAway)
 TEST_P(CameraTests, AnEmptyBoxChangesNothing)
 {
     Camera camera = camera_;
-    camera.fit(Box3d(), viewport);
+    camera.fit(Box3d(), {viewport});
     EXPECT_EQ(camera, camera_);
 }
 

@@ -331,8 +331,8 @@ TEST_F(SceneRendererDetailTests, FitFillsThePictureCloserThanTheBox)
     camera.setProjection(Projection::Perspective);
     camera.setStandardView(StandardView::Isometric);
     Camera byBox = camera;
-    byBox.fit(SceneRenderer::visibleBox(*root_), size);
-    SceneRenderer::fit(camera, *root_, size);
+    byBox.fit(SceneRenderer::visibleBox(*root_), {size});
+    SceneRenderer::fit(camera, *root_, {size});
     EXPECT_LT(camera.distance(), byBox.distance() * 0.8);
     Eigen::AlignedBox2d seen;
     for (const Vector3f& point : mesh->points)
@@ -345,7 +345,7 @@ TEST_F(SceneRendererDetailTests, FitFillsThePictureCloserThanTheBox)
 TEST_F(SceneRendererDetailTests, FitOfAnEmptySceneChangesNothing)
 {
     Camera camera = frame_.camera;
-    SceneRenderer::fit(camera, *root_, size);
+    SceneRenderer::fit(camera, *root_, {size});
     EXPECT_EQ(camera, frame_.camera);
 }
 

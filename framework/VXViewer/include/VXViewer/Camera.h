@@ -49,14 +49,8 @@ struct ClipRange
 /// The part of a viewport in which something is to be shown whole.
 struct FitArea
 {
-    FitArea(PixelSize size, int hiddenTop = 0)
-        : viewport(size)
-        , coveredTop(hiddenTop)
-    {
-    }
-
     PixelSize viewport;
-    int coveredTop; ///< pixels along the upper edge that something else lies over
+    int coveredTop = 0; ///< pixels along the upper edge that something else lies over
 };
 
 /// Where the scene is looked at from, as a value. The camera looks at `target` from `distance` away; what lies in the

@@ -142,7 +142,7 @@ tl::expected<Vector2d, std::string> pixelOf(const AgentPicture& picture, const A
                                             const char* y)
 {
     const Vector2d point(arguments.number(x, 0), arguments.number(y, 0));
-    const Vector2d pixel = point - picture.corner;
+    Vector2d pixel = point - picture.corner;
     const PixelSize& size = picture.capture.size;
     if (pixel.x() < 0 || pixel.y() < 0 || pixel.x() > size.width || pixel.y() > size.height)
         return tl::unexpected(fmt::format(

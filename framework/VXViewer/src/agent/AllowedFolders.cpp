@@ -60,7 +60,7 @@ bool isHidden(const std::string& name)
 
 } // namespace
 
-AllowedFolders::AllowedFolders(std::vector<std::filesystem::path> folders)
+AllowedFolders::AllowedFolders(const std::vector<std::filesystem::path>& folders)
 {
     for (const std::filesystem::path& folder : folders)
     {
@@ -97,7 +97,7 @@ AllowedFolders AllowedFolders::ofSettings()
     std::vector<std::filesystem::path> folders = settings();
     if (folders.empty())
         folders.push_back(getUserHomeDir());
-    return AllowedFolders(std::move(folders));
+    return AllowedFolders(folders);
 }
 
 tl::expected<std::filesystem::path, std::string> AllowedFolders::forReading(const std::string& text) const
@@ -108,7 +108,7 @@ tl::expected<std::filesystem::path, std::string> AllowedFolders::forReading(cons
     // Nothing is told of what is elsewhere, not even whether it is there.
     std::error_code error;
     const std::filesystem::path named = std::filesystem::weakly_canonical(*path, error);
-    const auto allowed = checked_(error ? path->lexically_normal() : named, text);
+    auto allowed = checked_(error ? path->lexically_normal() : named, text);
     if (!allowed)
         return allowed;
     auto found = withoutLinks(*path);

@@ -18,7 +18,7 @@ class VXVIEWER_API AllowedFolders
 {
 public:
     /// Those that do not exist count for nothing.
-    explicit AllowedFolders(std::vector<std::filesystem::path> folders);
+    explicit AllowedFolders(const std::vector<std::filesystem::path>& folders);
 
     /// The user's choice; the home folder where there is none.
     [[nodiscard]] static AllowedFolders ofSettings();

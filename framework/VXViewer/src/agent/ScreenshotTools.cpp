@@ -141,7 +141,7 @@ tl::expected<SceneCapture, std::string> captureOf(Viewer& viewer, const AgentArg
     else if (view)
         capture.camera->setStandardView(*view);
     if (arguments.flag("fit", !fields && (view || !objects->empty())))
-        SceneRenderer::fit(*capture.camera, capture.root ? *capture.root : viewer.scene(), capture.size,
+        SceneRenderer::fit(*capture.camera, capture.root ? *capture.root : viewer.scene(), {capture.size},
                            viewer.view().options().viewport);
     return capture;
 }
@@ -219,7 +219,7 @@ void captureMontage(AgentContext& context, const std::shared_ptr<AgentCall>& cal
         if (const auto view = standardViewOf(views[i]))
         {
             cell.camera->setStandardView(*view);
-            SceneRenderer::fit(*cell.camera, cell.root ? *cell.root : call->viewer().scene(), cell.size,
+            SceneRenderer::fit(*cell.camera, cell.root ? *cell.root : call->viewer().scene(), {cell.size},
                                call->viewer().view().options().viewport);
         }
         const PixelRect place = montage.add(call->viewer().view().take(cell));
