@@ -79,8 +79,9 @@ class Program {
     async press(label, window) {
         let found;
         const look = async () => {
-            const shown = (await this.useTool('ui.tree', window ? { window } : {})).widgets;
-            found = shown.find((widget) => widget.label === label && widget.kind === 'button' &&
+            // There is no answer while the window is not shown yet.
+            const shown = await this.useTool('ui.tree', window ? { window } : {});
+            found = shown?.widgets.find((widget) => widget.label === label && widget.kind === 'button' &&
                 widget.visible !== false);
         };
         for (const deadline = Date.now() + 30000; !found && Date.now() < deadline;) {
