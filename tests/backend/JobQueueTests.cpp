@@ -1,4 +1,5 @@
 #include "support/BackendTestSupport.h"
+#include "tests/support/StartThreads.h"
 #include "tests/support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +9,6 @@
 
 #include <atomic>
 #include <set>
-#include <thread>
 #include <vector>
 
 namespace VX::Test
@@ -301,18 +301,14 @@ TEST_F(JobQueueTest, handsEachJobToOneOfManyWorkers)
         queueJob(std::to_string(i));
     const auto other = open(); // A connection of its own, as another process has.
     std::vector<std::string> claimed[4];
-    std::vector<std::thread> workers;
-    workers.reserve(std::size(claimed));
-    for (int w = 0; w < 4; ++w)
-        workers.emplace_back(
-            [&, w]
-            {
-                JobQueue& mine = w % 2 == 0 ? *queue : *other;
-                while (const std::optional<ClaimedJob> job = mine.claim().value_or(std::nullopt))
-                    claimed[w].push_back(job->id);
-            });
-    for (auto& worker : workers)
-        worker.join();
+    startThreads(4,
+                 [&](std::size_t w)
+                 {
+                     JobQueue& mine = w % 2 == 0 ? *queue : *other;
+                     while (const std::optional<ClaimedJob> job = mine.claim().value_or(std::nullopt))
+                         claimed[w].push_back(job->id);
+                 })
+        .clear();
 
     std::multiset<std::string> all;
     for (const auto& ids : claimed)
@@ -325,19 +321,15 @@ TEST_F(JobQueueTest, opensANewDatabaseFromSeveralThreadsAtOnce)
 {
     const auto fresh = folder.path() / "fresh.sqlite";
     std::atomic<int> opened = 0;
-    std::vector<std::thread> threads;
-    threads.reserve(6);
-    for (int i = 0; i < 6; ++i)
-        threads.emplace_back(
-            [&, i]
-            {
-                const auto mine = JobQueue::open(fresh);
-                EXPECT_TRUE(mine) << mine.error();
-                if (mine && (*mine)->add(std::to_string(i)))
-                    ++opened;
-            });
-    for (auto& thread : threads)
-        thread.join();
+    startThreads(6,
+                 [&](int i)
+                 {
+                     const auto mine = JobQueue::open(fresh);
+                     EXPECT_TRUE(mine) << mine.error();
+                     if (mine && (*mine)->add(std::to_string(i)))
+                         ++opened;
+                 })
+        .clear();
     EXPECT_EQ(opened, 6);
 }
 

@@ -1,3 +1,4 @@
+#include "tests/support/StartThreads.h"
 #include "tests/support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -6,7 +7,6 @@
 
 #include <algorithm>
 #include <set>
-#include <thread>
 #include <vector>
 
 namespace VX::Test
@@ -43,12 +43,9 @@ TEST(SigningSecret, isOneForAllThatMakeItAtOnce)
 {
     const TempDir folder;
     std::vector<SigningSecret> secrets(8);
-    std::vector<std::thread> threads;
-    threads.reserve(secrets.size());
-    for (auto& secret : secrets)
-        threads.emplace_back([&] { secret = loadOrCreateSecret(folder.path() / "key").value(); });
-    for (auto& thread : threads)
-        thread.join();
+    startThreads(std::size(secrets),
+                 [&](std::size_t i) { secrets[i] = loadOrCreateSecret(folder.path() / "key").value(); })
+        .clear();
     EXPECT_EQ(std::set<SigningSecret>(secrets.begin(), secrets.end()).size(), 1U);
 }
 

@@ -1,5 +1,7 @@
 #include "launcher/ConversionLock.h"
 
+#include "tests/support/StartThreads.h"
+
 #include <VXMesh/AtomicFile.h>
 
 #include <sys/stat.h>
@@ -145,25 +147,19 @@ TEST_F(ConversionLockTest, isHadByOneAtATime)
 {
     std::atomic_int owners{0};
     std::atomic_int mostOwners{0};
-    std::vector<std::thread> threads;
-    threads.reserve(4);
-    for (int i = 0; i < 4; ++i)
-    {
-        threads.emplace_back(
-            [&]
-            {
-                for (int round = 0; round < 20; ++round)
-                {
-                    const auto lock = ConversionLock::acquire("locked.part.step", {});
-                    if (const int now = ++owners; now > mostOwners)
-                        mostOwners = now;
-                    std::this_thread::yield();
-                    --owners;
-                }
-            });
-    }
-    for (auto& thread : threads)
-        thread.join();
+    VX::Test::startThreads(4,
+                           [&](int)
+                           {
+                               for (int round = 0; round < 20; ++round)
+                               {
+                                   const auto lock = ConversionLock::acquire("locked.part.step", {});
+                                   if (const int now = ++owners; now > mostOwners)
+                                       mostOwners = now;
+                                   std::this_thread::yield();
+                                   --owners;
+                               }
+                           })
+        .clear();
     EXPECT_EQ(mostOwners, 1);
 }
 

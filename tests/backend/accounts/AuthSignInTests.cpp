@@ -1,9 +1,8 @@
 #include "support/AccountTestSupport.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/StartThreads.h"
 
 #include <gmock/gmock.h>
-
-#include <thread>
 
 namespace VX::Test
 {
@@ -183,12 +182,8 @@ TEST_F(AuthSignInTest, takesARefreshTokenOverAndOver)
 {
     makeAccount();
     const std::string token = refreshToken();
-    std::vector<std::thread> clients;
     std::vector<int> statuses(8);
-    for (int& status : statuses)
-        clients.emplace_back([&] { status = refresh(token).status; });
-    for (auto& thread : clients)
-        thread.join();
+    startThreads(std::size(statuses), [&](std::size_t i) { statuses[i] = refresh(token).status; }).clear();
     EXPECT_THAT(statuses, Each(200));
     start();
     EXPECT_EQ(refresh(token).status, 200);

@@ -1,10 +1,10 @@
 #include "support/AccountTestSupport.h"
+#include "tests/support/StartThreads.h"
 
 #include <gmock/gmock.h>
 
 #include <regex>
 #include <set>
-#include <thread>
 
 namespace VX::Test
 {
@@ -97,12 +97,8 @@ TEST_F(AuthSignUpTest, refusesAnAddressThatHasAnAccount)
 
 TEST_F(AuthSignUpTest, makesOneAccountOfManyAttemptsAtOnce)
 {
-    std::vector<std::thread> clients;
     std::vector<int> statuses(6);
-    for (int& status : statuses)
-        clients.emplace_back([&] { status = signUp().status; });
-    for (auto& thread : clients)
-        thread.join();
+    startThreads(std::size(statuses), [&](std::size_t i) { statuses[i] = signUp().status; }).clear();
     EXPECT_EQ(std::ranges::count(statuses, 200), 1);
     EXPECT_EQ(mailCount(outbox), 1U);
     EXPECT_EQ(confirm(newestCode()).status, 200);

@@ -21,8 +21,6 @@ namespace VX
 namespace
 {
 
-using testing::Contains;
-using testing::Each;
 using testing::IsEmpty;
 using testing::SizeIs;
 

@@ -32,7 +32,6 @@ using Test::SceneFacts;
 using Test::stepFileText;
 using Test::StepTextBuilder;
 using Test::TempDir;
-using testing::IsEmpty;
 using testing::SizeIs;
 using testing::UnorderedElementsAre;
 

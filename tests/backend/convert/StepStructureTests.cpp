@@ -16,7 +16,6 @@ namespace
 
 using Test::ref;
 using Test::StepTextBuilder;
-using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 

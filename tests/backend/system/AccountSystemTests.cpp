@@ -1,5 +1,6 @@
 #include "BackendProcess.h"
 #include "tests/backend/accounts/support/AccountTestSupport.h"
+#include "tests/support/StartThreads.h"
 #include "tests/support/TempDir.h"
 
 #include <fmt/format.h>
@@ -137,16 +138,13 @@ std::vector<int> atOnce(std::size_t count, std::size_t threads, const std::funct
 {
     std::vector<int> statuses(count);
     std::atomic<std::size_t> next = 0;
-    std::vector<std::thread> clients;
-    for (std::size_t i = 0; i < threads; ++i)
-        clients.emplace_back(
-            [&]
-            {
-                for (std::size_t n = next++; n < count; n = next++)
-                    statuses[n] = call();
-            });
-    for (auto& client : clients)
-        client.join();
+    startThreads(threads,
+                 [&](int)
+                 {
+                     for (std::size_t n = next++; n < count; n = next++)
+                         statuses[n] = call();
+                 })
+        .clear();
     return statuses;
 }
 
@@ -291,16 +289,13 @@ TEST_F(AccountSystemTest, losesNothingThatItAnsweredWhenItIsKilled)
     for (int i = 0; i < kills; ++i)
     {
         const auto backend = start();
-        std::vector<std::thread> threads;
-        for (auto& client : clients)
-            threads.emplace_back([&] { client.run(backend->port()); });
+        auto threads = startThreads(std::size(clients), [&](std::size_t c) { clients[c].run(backend->port()); });
         // A moment of its work, however fast the machine is: some answers on, and somewhere within an operation.
         const std::size_t answers = AccountClient::answers + 1 + random() % 8;
         EXPECT_TRUE(waitUntil([&] { return AccountClient::answers >= answers; }));
         std::this_thread::sleep_for(std::chrono::microseconds(random() % 20'000));
         backend->killNow();
-        for (auto& thread : threads)
-            thread.join();
+        threads.clear();
     }
 
     const auto stored = store();

@@ -3,6 +3,7 @@
 #include "tests/support/EnvironmentVariable.h"
 #include "tests/support/PrivateRoot.h"
 #include "tests/support/Processes.h"
+#include "tests/support/StartThreads.h"
 #include "tests/support/TempDir.h"
 
 #include <fmt/format.h>
@@ -160,19 +161,15 @@ TEST_F(BackendSystemTest, sharesItsDataFolderWithAnother)
 {
     constexpr std::size_t allJobs = 100;
     const std::unique_ptr<BackendProcess> backends[] = {start(), start()};
-    std::vector<std::thread> clients;
-    clients.reserve(10);
     std::vector<std::string> results(allJobs);
-    for (std::size_t c = 0; c < 10; ++c)
-        clients.emplace_back(
-            [&, c]
-            {
-                // Each client stays with one of the two; the jobs are done by both.
-                for (std::size_t i = c; i < allJobs; i += 10)
-                    results[i] = client(backends[c % 2]).run(fmt::format("succeed {}", i));
-            });
-    for (auto& thread : clients)
-        thread.join();
+    startThreads(10,
+                 [&](std::size_t c)
+                 {
+                     // Each client stays with one of the two; the jobs are done by both.
+                     for (std::size_t i = c; i < allJobs; i += 10)
+                         results[i] = client(backends[c % 2]).run(fmt::format("succeed {}", i));
+                 })
+        .clear();
 
     for (std::size_t i = 0; i < allJobs; ++i)
         EXPECT_EQ(results[i], fmt::format("converted {}", i));

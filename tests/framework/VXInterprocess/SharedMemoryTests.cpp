@@ -1,4 +1,5 @@
 #include "ChannelFixture.h"
+#include "tests/support/StartThreads.h"
 #include "tests/support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -121,29 +122,23 @@ TEST_F(SharedMemoryTest, RunsOneActionAtATime)
     SharedMemory owner(name_, true);
     std::atomic<int> running{0};
     std::atomic<int> most{0};
-    std::vector<std::thread> threads;
-    threads.reserve(4);
-    for (int i = 0; i < 4; ++i)
-    {
-        threads.emplace_back(
-            [&]
-            {
-                SharedMemory other(name_, false);
-                for (int round = 0; round < 200; ++round)
-                {
-                    other.notify(
-                        [&]
-                        {
-                            if (const int now = ++running; now > most)
-                                most = now;
-                            std::this_thread::yield();
-                            --running;
-                        });
-                }
-            });
-    }
-    for (auto& thread : threads)
-        thread.join();
+    VX::Test::startThreads(4,
+                           [&](int)
+                           {
+                               SharedMemory other(name_, false);
+                               for (int round = 0; round < 200; ++round)
+                               {
+                                   other.notify(
+                                       [&]
+                                       {
+                                           if (const int now = ++running; now > most)
+                                               most = now;
+                                           std::this_thread::yield();
+                                           --running;
+                                       });
+                               }
+                           })
+        .clear();
     EXPECT_EQ(most, 1);
 }
 

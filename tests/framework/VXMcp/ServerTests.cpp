@@ -1,10 +1,10 @@
 #include "McpFixture.h"
+#include "tests/support/StartThreads.h"
 
 #include <gmock/gmock.h>
 
 #include <atomic>
 #include <future>
-#include <thread>
 #include <vector>
 
 namespace VX::Test
@@ -104,7 +104,7 @@ TEST_F(ServerTests, TheAnswersOfCancelledCallsArriveBeforeItStops)
 {
     std::promise<void> started;
     server.addTool({.name = "long",
-                    .run = [&](std::shared_ptr<Mcp::ToolCall> call, const Mcp::Tool::Answer& answer)
+                    .run = [&](const std::shared_ptr<Mcp::ToolCall>& call, const Mcp::Tool::Answer& answer)
                     {
                         call->onCanceled([answer] { answer(Mcp::ToolResult::error("closing")); });
                         started.set_value();
@@ -157,21 +157,18 @@ TEST_F(ServerTests, ManyClientsAreServedAtOnce)
 {
     addTool("echo", [](Mcp::ToolCall& call) { return Mcp::ToolResult::of(call.arguments()); });
     std::atomic<int> right = 0;
-    std::vector<std::thread> clients;
-    for (int i = 0; i < 16; ++i)
-        clients.emplace_back(
-            [&, i]
-            {
-                for (int n = 0; n < 20; ++n)
-                {
-                    Json::Value params = object("name", "echo");
-                    params["arguments"]["n"] = i * 100 + n;
-                    if (modern("tools/call", params).json["result"]["structuredContent"]["n"] == i * 100 + n)
-                        ++right;
-                }
-            });
-    for (auto& client : clients)
-        client.join();
+    startThreads(16,
+                 [&](int i)
+                 {
+                     for (int n = 0; n < 20; ++n)
+                     {
+                         Json::Value params = object("name", "echo");
+                         params["arguments"]["n"] = i * 100 + n;
+                         if (modern("tools/call", params).json["result"]["structuredContent"]["n"] == i * 100 + n)
+                             ++right;
+                     }
+                 })
+        .clear();
     EXPECT_EQ(right, 16 * 20);
 }
 

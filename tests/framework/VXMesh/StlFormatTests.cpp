@@ -18,7 +18,6 @@ namespace
 {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 
 using Facet = std::array<Vector3f, 3>;
 

@@ -1,3 +1,4 @@
+#include "tests/support/StartThreads.h"
 #include <quorvix/setup/Deployment.h>
 
 #include <gmock/gmock.h>
@@ -7,7 +8,6 @@
 #include <tests/support/LogCapture.h>
 #include <tests/support/TempDir.h>
 
-#include <thread>
 #include <vector>
 
 namespace VX
@@ -239,12 +239,7 @@ TEST_F(DeploymentOfProcess, isTheSameForThreadsThatUseItFirstTogether)
     const TempDir folder;
     const EnvironmentVariable variable("QUORVIX_DEPLOYMENT", folder.write("d.json", "{}").string());
     std::vector<const Deployment*> seen(4);
-    std::vector<std::thread> threads;
-    threads.reserve(seen.size());
-    for (auto& record : seen)
-        threads.emplace_back([&record] { record = &deployment(); });
-    for (auto& thread : threads)
-        thread.join();
+    VX::Test::startThreads(std::size(seen), [&](std::size_t i) { seen[i] = &deployment(); }).clear();
     for (const Deployment* record : seen)
         EXPECT_EQ(record, seen.front());
 }

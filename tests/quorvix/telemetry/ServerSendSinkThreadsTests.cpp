@@ -1,4 +1,5 @@
 #include "tests/support/HttpRecorder.h"
+#include "tests/support/StartThreads.h"
 #include "tests/support/TempConfig.h"
 #include "tests/support/WaitUntil.h"
 #include <quorvix/auth/UserInfo.h>
@@ -15,7 +16,6 @@
 #include <atomic>
 #include <map>
 #include <mutex>
-#include <thread>
 
 namespace VX
 {
@@ -88,20 +88,15 @@ protected:
     void logFromAllThreads_()
     {
         std::atomic<int> running = threadCount;
-        std::vector<std::thread> threads;
-        threads.reserve(threadCount);
-        for (int t = 0; t < threadCount; ++t)
-            threads.emplace_back(
-                [this, t, &running]
-                {
-                    for (int i = 0; i < lineCount; ++i)
-                        logLine_(fmt::format("{} {}", t, i));
-                    --running;
-                });
+        const auto threads = VX::Test::startThreads(threadCount,
+                                                    [this, &running](int t)
+                                                    {
+                                                        for (int i = 0; i < lineCount; ++i)
+                                                            logLine_(fmt::format("{} {}", t, i));
+                                                        --running;
+                                                    });
         while (running > 0)
             sink_.flush();
-        for (auto& thread : threads)
-            thread.join();
     }
 
     [[nodiscard]] ServerSendSink::Params params_() const

@@ -1,4 +1,5 @@
 #include "tests/quorvix/support/AccountsFixture.h"
+#include "tests/support/StartThreads.h"
 #include <quorvix/telemetry/SessionLogs.h>
 
 #include <VXMesh/Logger.h>
@@ -7,8 +8,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <spdlog/sinks/sink.h>
-
-#include <thread>
 
 namespace VX
 {
@@ -293,17 +292,13 @@ TEST_F(SessionLogsTest, takesWhatTheFrameworkReports)
 
 TEST_F(SessionLogsTest, takesActionsFromSeveralThreads)
 {
-    std::vector<std::thread> threads;
-    threads.reserve(4);
-    for (int t = 0; t < 4; ++t)
-        threads.emplace_back(
-            []
-            {
-                for (int i = 0; i < 100; ++i)
-                    SessionLogs::logAction("Action", false);
-            });
-    for (auto& thread : threads)
-        thread.join();
+    VX::Test::startThreads(4,
+                           [](int)
+                           {
+                               for (int i = 0; i < 100; ++i)
+                                   SessionLogs::logAction("Action", false);
+                           })
+        .clear();
     openSession_("ann@example.com");
     EXPECT_EQ(actions_().size(), 400U);
 }

@@ -12,10 +12,11 @@ ViewVolume::ViewVolume(const Eigen::Matrix4d& toCamera, const Eigen::Matrix4d& p
 {
     // The planes of the clip space, taken back through the projection (Gribb and Hartmann, 2001).
     const Eigen::Matrix4d toClip = projection * toCamera;
-    for (int axis = 0; axis < 3; ++axis)
+    for (std::size_t axis = 0; axis < 3; ++axis)
     {
-        planes_[static_cast<std::size_t>(2 * axis)] = toClip.row(3) + toClip.row(axis);
-        planes_[static_cast<std::size_t>(2 * axis + 1)] = toClip.row(3) - toClip.row(axis);
+        const auto row = toClip.row(static_cast<Eigen::Index>(axis));
+        planes_[2 * axis] = toClip.row(3) + row;
+        planes_[2 * axis + 1] = toClip.row(3) - row;
     }
     const Eigen::Matrix3d fromCamera = toCamera.topLeftCorner<3, 3>().inverse();
     if (perspective_)

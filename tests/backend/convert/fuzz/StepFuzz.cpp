@@ -13,10 +13,11 @@
 #include <cstdlib>
 #include <string_view>
 
-namespace
+namespace VX
 {
 
-using namespace VX;
+namespace
+{
 
 void check(bool holds)
 {
@@ -87,3 +88,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     check(scene || scene.error().ends_with('.'));
     return 0;
 }
+
+} // namespace VX
