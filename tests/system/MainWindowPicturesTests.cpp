@@ -56,8 +56,8 @@ protected:
 TEST_P(MainWindowPictures, LookAsTheyDidWhenTheyWereJudged)
 {
     const auto file = program_.folder().path() / "window.png";
-    const auto result = program_.run(
-        {QX_SOURCE_DIR "/samples/bearing-block.step", "-windowShot", file.string(), "-size", std::get<3>(GetParam())});
+    const auto result = program_.run({std::string(QX_SOURCE_DIR) + "/samples/bearing-block.step", "-windowShot",
+                                      file.string(), "-size", std::get<3>(GetParam())});
     ASSERT_EQ(result.status, 0) << result.errors;
     const auto picture = readPng(file);
     ASSERT_TRUE(picture) << picture.error();

@@ -18,7 +18,6 @@ using ToolCallTests = McpFixture;
 using Mcp::ToolCall;
 using Mcp::ToolResult;
 using testing::HasSubstr;
-using testing::Not;
 
 Json::Value call(const char* tool, Json::Value arguments = Json::objectValue)
 {

@@ -19,7 +19,6 @@ namespace
 {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 /// The entries of an archive as libzip sees them.

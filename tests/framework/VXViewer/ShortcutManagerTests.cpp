@@ -10,7 +10,7 @@ namespace VX
 class ShortcutManagerTests : public testing::Test
 {
 protected:
-    void set_(int key, int mods, std::string name)
+    void set_(int key, int mods, const std::string& name)
     {
         shortcuts_.set({{key, mods}, name, ShortcutCategory::Edit, [this, name] { last_ = name; }});
     }

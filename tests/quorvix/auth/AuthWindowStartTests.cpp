@@ -13,8 +13,6 @@ namespace VX
 namespace
 {
 
-using ::testing::AllOf;
-using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;

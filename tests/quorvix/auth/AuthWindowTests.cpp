@@ -14,8 +14,6 @@ namespace
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::Not;
 using ::testing::SizeIs;
 
 using AuthWindowTest = VX::Test::AuthWindowFixture;

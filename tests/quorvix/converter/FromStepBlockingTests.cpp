@@ -16,7 +16,6 @@ namespace
 
 using Test::Form;
 using Test::HttpRecorder;
-using ::testing::ElementsAre;
 
 class FromStepBlocking : public Test::FromStepFixture
 {

@@ -17,7 +17,6 @@ namespace
 using Test::Form;
 using Test::HttpRecorder;
 using Test::MountScope;
-using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::StartsWith;

@@ -14,7 +14,6 @@ namespace
 using std::chrono::nanoseconds;
 using std::chrono::seconds;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using ::testing::Pair;
 using ::testing::SizeIs;
 using ::testing::UnorderedElementsAre;

@@ -11,7 +11,6 @@ namespace VX::Test
 namespace
 {
 
-using Mcp::Prompt;
 using Mcp::Resource;
 
 void addText(Mcp::Server& server, const char* uri, const char* name, std::string content)

@@ -8,7 +8,6 @@
 #include <new>
 #include <set>
 #include <stdexcept>
-#include <utility>
 
 namespace VX
 {
@@ -44,10 +43,10 @@ template <typename Exception>
 class FailingItem : public RibbonMenuItem
 {
 public:
-    FailingItem(Viewer& viewer, Exception exception)
+    FailingItem(Viewer& viewer, const Exception& exception)
         : RibbonMenuItem("Failing")
         , viewer_(viewer)
-        , exception_(std::move(exception))
+        , exception_(exception)
     {
     }
 
