@@ -110,33 +110,31 @@ private:
 
 void addBearing(Assembly& assembly, const TDF_Label& top)
 {
-    using namespace Sample;
     const TDF_Label bearing = assembly.addAssembly("Ball bearing");
-    const TDF_Label inner = assembly.addPart("Inner ring", makeRace(shaftRadius, 14.6), ringSteel);
-    const TDF_Label outer = assembly.addPart("Outer ring", makeRace(18.4, boreRadius), ringSteel);
-    const TDF_Label ball = assembly.addPart("Ball", makeBall(), chrome);
+    const TDF_Label inner = assembly.addPart("Inner ring", Sample::makeRace(Sample::shaftRadius, 14.6), ringSteel);
+    const TDF_Label outer = assembly.addPart("Outer ring", Sample::makeRace(18.4, Sample::boreRadius), ringSteel);
+    const TDF_Label ball = assembly.addPart("Ball", Sample::makeBall(), chrome);
     assembly.place(bearing, inner, "Inner ring", gp_Trsf());
     assembly.place(bearing, outer, "Outer ring", gp_Trsf());
-    for (int index = 0; index < ballCount; ++index)
+    for (int index = 0; index < Sample::ballCount; ++index)
     {
-        const double angle = 2 * std::numbers::pi * index / ballCount;
+        const double angle = 2 * std::numbers::pi * index / Sample::ballCount;
         assembly.place(bearing, ball, "Ball " + std::to_string(index + 1),
-                       moved(ballCircle * std::sin(angle), 0, ballCircle * std::cos(angle)));
+                       moved(Sample::ballCircle * std::sin(angle), 0, Sample::ballCircle * std::cos(angle)));
     }
-    assembly.place(top, bearing, "Ball bearing", moved(0, 0, boreHeight));
+    assembly.place(top, bearing, "Ball bearing", moved(0, 0, Sample::boreHeight));
 }
 
 void addBolts(Assembly& assembly, const TDF_Label& top)
 {
-    using namespace Sample;
     const TDF_Label fastener = assembly.addAssembly("Bolt with washer");
-    assembly.place(fastener, assembly.addPart("Hexagon bolt M8", makeBolt(), blackOxide), "Bolt",
-                   moved(0, 0, washerHeight));
-    assembly.place(fastener, assembly.addPart("Washer M8", makeWasher(), zinc), "Washer", gp_Trsf());
+    assembly.place(fastener, assembly.addPart("Hexagon bolt M8", Sample::makeBolt(), blackOxide), "Bolt",
+                   moved(0, 0, Sample::washerHeight));
+    assembly.place(fastener, assembly.addPart("Washer M8", Sample::makeWasher(), zinc), "Washer", gp_Trsf());
     int number = 0;
-    for (const double x : {-boltX, boltX})
-        for (const double y : {-boltY, boltY})
-            assembly.place(top, fastener, "Bolt " + std::to_string(++number), moved(x, y, flangeHeight - 1));
+    for (const double x : {-Sample::boltX, Sample::boltX})
+        for (const double y : {-Sample::boltY, Sample::boltY})
+            assembly.place(top, fastener, "Bolt " + std::to_string(++number), moved(x, y, Sample::flangeHeight - 1));
 }
 
 /// The writer puts the time of day and its own build into the header; the sample is to be the same each time.
@@ -152,16 +150,8 @@ bool settleHeader(const std::filesystem::path& path)
     return out.good();
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+bool makeSample(const std::filesystem::path& path)
 {
-    if (argc != 2)
-    {
-        std::fputs("usage: make-sample-step FILE.step\n", stderr);
-        return 2;
-    }
-    std::cout.rdbuf(nullptr);
     Assembly assembly;
     const TDF_Label top = assembly.addAssembly("Bearing block");
     assembly.place(top, assembly.addPart("Block", Sample::makeBlock(), paint), "Block", gp_Trsf());
@@ -173,10 +163,29 @@ int main(int argc, char** argv)
         assembly.addPart("Retaining ring", Sample::makeRing(Sample::shaftRadius, 14, 1.5), blackOxide);
     assembly.place(top, ring, "Retaining ring front", moved(0, -9.5, Sample::boreHeight));
     assembly.place(top, ring, "Retaining ring back", moved(0, 9.5, Sample::boreHeight), &marked);
-    if (!assembly.write(argv[1]) || !settleHeader(argv[1]))
+    return assembly.write(path) && settleHeader(path);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc != 2)
     {
-        std::fprintf(stderr, "%s cannot be written.\n", argv[1]);
-        return 1;
+        std::fputs("usage: make-sample-step FILE.step\n", stderr);
+        return 2;
     }
-    return 0;
+    bool made = false;
+    try
+    {
+        std::cout.rdbuf(nullptr);
+        made = makeSample(argv[1]);
+    }
+    catch (...)
+    {
+        // The library's failures are no std::exception; what is missing then is the file.
+    }
+    if (!made)
+        std::fprintf(stderr, "%s cannot be written.\n", argv[1]);
+    return made ? 0 : 1;
 }
