@@ -175,17 +175,16 @@ int main(int argc, char** argv)
         std::fputs("usage: make-sample-step FILE.step\n", stderr);
         return 2;
     }
-    bool made = false;
     try
     {
         std::cout.rdbuf(nullptr);
-        made = makeSample(argv[1]);
-    }
-    catch (...)
-    {
-        // The library's failures are no std::exception; what is missing then is the file.
-    }
-    if (!made)
+        if (makeSample(argv[1]))
+            return 0;
         std::fprintf(stderr, "%s cannot be written.\n", argv[1]);
-    return made ? 0 : 1;
+    }
+    catch (...) // The library's failures are no std::exception.
+    {
+        std::fprintf(stderr, "%s cannot be made.\n", argv[1]);
+    }
+    return 1;
 }
