@@ -187,6 +187,8 @@ public:
         see_("Incorrect username or password.");
         trySignIn_(newPassword);
         see_(address);
+        // The end of the program gives up what is still on its way to the service.
+        EXPECT_TRUE(driver_.waitFor([&] { return actions_().size() == 13; }));
     }
 };
 
