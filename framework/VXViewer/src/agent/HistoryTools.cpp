@@ -148,8 +148,7 @@ Mcp::Tool listTool()
                          {{"number", Schema::count("From 1, the oldest.")},
                           {"name", Schema::text("What was done.")},
                           {"objectCount", Schema::count("How many objects it changed, added or took away; what is "
-                                                        "below one that came or went does not count."
-                                                        "")},
+                                                        "below one that came or went does not count.")},
                           {"objects",
                            Schema::list("The first five of them, as they are called now; some may not be in the scene.",
                                         objectSchema())},

@@ -121,7 +121,8 @@ AgentResult listItems(Viewer& viewer, const AgentArguments& arguments)
 /// to Z in either case.
 tl::expected<std::string, std::string> itemNamed(const RibbonMenu& ribbon, const std::string& name)
 {
-    if (RibbonSchemaHolder::find(name) && !ribbon.isItemHidden(name))
+    const RibbonItemInfo* exact = RibbonSchemaHolder::find(name);
+    if (exact && exact->item && !ribbon.isItemHidden(name))
         return name;
     const std::string wanted = toLower(name);
     std::vector<std::string> meant;

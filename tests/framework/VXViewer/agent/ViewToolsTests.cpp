@@ -2,6 +2,7 @@
 
 #include <VXViewer/ImGuiMenu.h>
 #include <VXViewer/NotificationType.h>
+#include <VXViewer/RibbonSchemaHolder.h>
 #include <VXViewer/SceneFiles.h>
 
 #define GLFW_INCLUDE_NONE
@@ -193,6 +194,13 @@ TEST_F(ViewToolsTests, PressesTheItemThatTheUserReadsSo)
     EXPECT_EQ(call_("ribbon.press", R"({"name": "deselect"})")["name"].asString(), "Clear Selections");
     EXPECT_FALSE(a_->isSelected());
     EXPECT_THAT(error_("ribbon.press", R"({"name": "open"})"), HasSubstr("\"scene.loadFile\""));
+}
+
+TEST_F(ViewToolsTests, PressesNoNameThatHasNoItem)
+{
+    RibbonSchemaHolder::schema().items["Only a Name"];
+    EXPECT_THAT(error_("ribbon.press", R"({"name": "Only a Name"})"), HasSubstr("There is no ribbon item"));
+    RibbonSchemaHolder::schema().items.erase("Only a Name");
 }
 
 TEST_F(ViewToolsTests, NoViewTurnsAnyMoreBehindTheAnswer)
