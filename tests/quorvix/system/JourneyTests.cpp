@@ -24,7 +24,8 @@ constexpr const char* welcomeCard = "Drag & Drop Files";
 constexpr std::size_t languageList = 0;
 constexpr std::size_t themeList = 1;
 
-/// From the first start to the sign-in with another password, each step as the user does it.
+/// From the first start to the sign-in with another password, each step as the user does it. Before the program ends
+/// and before the user signs out what is reported has arrived: both give up what is still on its way.
 class JourneyTest : public JourneyFixture
 {
 public:
@@ -150,6 +151,7 @@ public:
     {
         press_("Show on Startup");
         EXPECT_FALSE(Config::instance().getBool("cShowWelcomeWindow", true));
+        EXPECT_TRUE(waitForActions_(9));
     }
 
     /// What the program remembers when it starts again.
@@ -161,6 +163,7 @@ public:
         EXPECT_FALSE(shows_("We'd Like to Improve Your Experience"));
         EXPECT_FALSE(shows_(welcomeCard));
         EXPECT_EQ(ColorTheme::getPreset(), ColorTheme::Preset::Light);
+        EXPECT_TRUE(waitForActions_(11));
     }
 
     void signOut_()
@@ -187,8 +190,7 @@ public:
         see_("Incorrect username or password.");
         trySignIn_(newPassword);
         see_(address);
-        // The end of the program gives up what is still on its way to the service.
-        EXPECT_TRUE(driver_.waitFor([&] { return actions_().size() == 13; }));
+        EXPECT_TRUE(waitForActions_(13));
     }
 };
 

@@ -3,7 +3,9 @@
 #include "tests/backend/accounts/support/AccountTestSupport.h"
 #include "tests/backend/system/BackendProcess.h"
 #include "tests/support/TempConfig.h"
+#include "tests/support/WaitUntil.h"
 #include <quorvix/setup/Deployment.h>
+#include <quorvix/telemetry/SessionLogs.h>
 
 #include <VXViewer/Viewer.h>
 #include <VXViewer/WebRequests.h>
@@ -12,6 +14,7 @@
 
 #include <backend/SqliteDatabase.h>
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -58,6 +61,17 @@ protected:
     [[nodiscard]] std::vector<std::string> actions_() const
     {
         return stored_("SELECT name FROM actions ORDER BY session, id");
+    }
+
+    /// Sends what is gathered until the service has so many actions.
+    [[nodiscard]] bool waitForActions_(std::size_t count) const
+    {
+        return waitUntil(
+            [&]
+            {
+                SessionLogs::flushIfNeeded(true);
+                return actions_().size() >= count;
+            });
     }
 
     const TempConfig config_{"Quorvix"};

@@ -38,17 +38,6 @@ protected:
         ServiceFixture::TearDown();
     }
 
-    /// Sends what is gathered until the service has so many actions.
-    [[nodiscard]] bool waitForActions_(std::size_t count) const
-    {
-        return waitUntil(
-            [&]
-            {
-                SessionLogs::flushIfNeeded(true);
-                return actions_().size() >= count;
-            });
-    }
-
     void signIn_() const
     {
         UserInfo::setAccessToken("token");
