@@ -13,9 +13,6 @@ namespace VX
 
 TEST(GraphicsFences, AMutexIsDestroyedOnceItIsReleased)
 {
-#ifdef __SANITIZE_THREAD__
-    GTEST_SKIP() << "the thread sanitizer destroys in its own way";
-#endif
     pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
     std::latch isLocked(1);
     std::atomic<bool> isReleased = false;
@@ -36,9 +33,6 @@ TEST(GraphicsFences, AMutexIsDestroyedOnceItIsReleased)
 
 TEST(GraphicsFences, AMutexThatItsOwnThreadHoldsIsNotWaitedForForLong)
 {
-#ifdef __SANITIZE_THREAD__
-    GTEST_SKIP() << "the thread sanitizer destroys in its own way";
-#endif
     pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
     pthread_mutex_lock(&mutex);
     EXPECT_EQ(pthread_mutex_destroy(&mutex), EBUSY);
