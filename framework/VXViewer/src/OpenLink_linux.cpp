@@ -1,8 +1,12 @@
 #include "dialog/ChildProcess.h"
+#include "menu/Translate.h"
 
 #include <VXMesh/StringConvert.h>
 #include <VXMesh/ThreadAnnotations.h>
+#include <VXViewer/CommandLoop.h>
+#include <VXViewer/ImGuiMenu.h>
 #include <VXViewer/OpenLink.h>
+#include <VXViewer/Viewer.h>
 
 #include <spdlog/spdlog.h>
 
@@ -53,6 +57,19 @@ bool isAllowed(const std::string& url)
                                  [](char c) { return static_cast<unsigned char>(c) <= ' ' || c == '\x7f'; });
 }
 
+/// The user can copy the address from the message.
+void tellFailure(const std::string& url)
+{
+    CommandLoop::appendCommand(
+        [url]
+        {
+            if (const auto& menu = getViewerInstance().getMenuPlugin())
+                menu->showModalMessage(tr("The browser cannot be started. Copy this address to open it yourself:") +
+                                           "\n" + url,
+                                       NotificationType::Error);
+        });
+}
+
 } // namespace
 
 bool OpenLink(const std::string& url)
@@ -67,9 +84,17 @@ bool OpenLink(const std::string& url)
         opener(url);
         return true;
     }
-    const auto started = startDetached("xdg-open", {url});
+    const auto started = startDetached("xdg-open", {url},
+                                       [url]
+                                       {
+                                           spdlog::warn("The browser cannot be started: xdg-open has failed.");
+                                           tellFailure(url);
+                                       });
     if (!started)
+    {
         spdlog::warn("The browser cannot be started (xdg-open): {}", started.error());
+        tellFailure(url);
+    }
     return started.has_value();
 }
 

@@ -5,6 +5,7 @@
 #include <tl/expected.hpp>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,10 +15,12 @@ namespace VX
 
 /// Starts `program` (looked up in PATH where it has no slash) with `arguments`, without a shell, and lets it go: it
 /// outlives this process and is not waited for.
+/// @param onFailure  called on another thread where the program ends within ten seconds with a status other than 0
 /// @return why it cannot be started
 /// @threads any
 [[nodiscard]] tl::expected<void, std::string> startDetached(const std::string& program,
-                                                            const std::vector<std::string>& arguments);
+                                                            const std::vector<std::string>& arguments,
+                                                            const std::function<void()>& onFailure = {});
 
 /// A program that is started, and read to its end.
 class VXVIEWER_API ChildProcess

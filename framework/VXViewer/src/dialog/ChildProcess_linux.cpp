@@ -1,3 +1,4 @@
+#include "BackgroundTasks.h"
 #include "ChildProcess.h"
 
 #include <VXMesh/StringConvert.h>
@@ -10,6 +11,8 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
+#include <condition_variable>
 #include <csignal>
 #include <system_error>
 #include <utility>
@@ -92,21 +95,70 @@ public:
         return children;
     }
 
-    void add(pid_t child)
+    ~DetachedChildren()
+    {
+        {
+            const MutexLock lock(mutex_);
+            ending_ = true;
+        }
+        changed_.notify_all();
+    }
+
+    DetachedChildren(const DetachedChildren&) = delete;
+    DetachedChildren& operator=(const DetachedChildren&) = delete;
+
+    void add(pid_t child, const std::function<void()>& onFailure)
+    {
+        if (onFailure)
+            watchers_.start([this, child, onFailure] { watch_(child, onFailure); });
+        else
+            keep_(child);
+    }
+
+private:
+    DetachedChildren() = default;
+
+    void keep_(pid_t child)
     {
         const MutexLock lock(mutex_);
         std::erase_if(children_, [](pid_t each) { return waitpid(each, nullptr, WNOHANG) != 0; });
         children_.push_back(child);
     }
 
-private:
+    void watch_(pid_t child, const std::function<void()>& onFailure)
+    {
+        const auto end = std::chrono::steady_clock::now() + watchedTime;
+        int status = 0;
+        bool hasEnded = false;
+        {
+            MutexLock lock(mutex_);
+            while (!ending_ && !hasEnded && std::chrono::steady_clock::now() < end)
+            {
+                changed_.wait_for(lock, watchInterval);
+                hasEnded = waitpid(child, &status, WNOHANG) == child;
+            }
+        }
+        if (!hasEnded)
+            keep_(child);
+        else if (status != 0)
+            onFailure();
+    }
+
+    static constexpr std::chrono::seconds watchedTime{10};
+    static constexpr std::chrono::milliseconds watchInterval{50};
+
     Mutex mutex_;
+    std::condition_variable_any changed_;
     std::vector<pid_t> children_ VX_GUARDED_BY(mutex_);
+    bool ending_ VX_GUARDED_BY(mutex_) = false;
+    /// Last: its end waits for those that use the others.
+    BackgroundTasks watchers_{4};
 };
 
 } // namespace
 
-tl::expected<void, std::string> startDetached(const std::string& program, const std::vector<std::string>& arguments)
+tl::expected<void, std::string> startDetached(const std::string& program, const std::vector<std::string>& arguments,
+                                              const std::function<void()>& onFailure)
 {
     const std::vector<char*> array = argumentArray(program, arguments);
     SpawnActions actions;
@@ -118,7 +170,7 @@ tl::expected<void, std::string> startDetached(const std::string& program, const 
     const int error = posix_spawnp(&child, program.c_str(), actions.get(), attributes.get(), array.data(), environ);
     if (error != 0)
         return tl::make_unexpected(reasonOf(error));
-    DetachedChildren::instance().add(child);
+    DetachedChildren::instance().add(child, onFailure);
     return {};
 }
 
