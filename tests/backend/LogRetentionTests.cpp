@@ -43,8 +43,9 @@ public:
         EXPECT_TRUE(service) << service.error();
         const auto store = LogStore::open(DataFolder::open(data)->telemetry()).value();
         EXPECT_TRUE(waitUntil([&] { return store->findLines({})->size() == expected; }));
+        const std::vector<LoggedLine> lines = store->findLines({}).value();
         std::vector<std::string> ages;
-        for (const LoggedLine& line : store->findLines({}).value())
+        for (const LoggedLine& line : lines)
             ages.push_back(line.message);
         return ages;
     }
