@@ -13,8 +13,8 @@ namespace VX::Test
 namespace
 {
 
-/// No process has as much memory; a sanitizer keeps so many addresses for its notes.
-constexpr std::uint64_t tooLarge = std::uint64_t{1} << 40U;
+/// No program that is tested has as much memory; a sanitizer keeps so many addresses for its notes.
+constexpr std::uint64_t tooLarge = std::uint64_t{1} << 34U;
 
 /// A range of addresses that a process can read.
 struct Range
